@@ -1,0 +1,52 @@
+#include "Desktop.h"
+
+#include <utility>
+
+namespace {
+std::unique_ptr<Desktop> gDesktop;
+
+// Stands in until the program or a test installs a desktop: answers every question with
+// its default button and opens nothing, so no code path ever meets a missing seam.
+class SilentDesktop final : public Desktop {
+public:
+    int MsgBox(const QString&, int style, const QString&) override {
+        switch (style & 7) {
+        case vb::vbOKCancel:
+            return (style & vb::vbDefaultButton2) ? vb::vbCancel : vb::vbOK;
+        case vb::vbYesNo:
+        case vb::vbYesNoCancel:
+            return (style & vb::vbDefaultButton2) ? vb::vbNo : vb::vbYes;
+        case vb::vbRetryCancel:
+            return (style & vb::vbDefaultButton2) ? vb::vbCancel : vb::vbRetry;
+        default:
+            return vb::vbOK;
+        }
+    }
+    QString InputBox(const QString&, const QString&, const QString&) override { return {}; }
+    bool OpenDocument(const QString&) override { return false; }
+    bool PrinterDialog(QPrinter&, QWidget*) override { return false; }
+    void Beep() override {}
+};
+} // namespace
+
+Desktop& TheDesktop() {
+    if (!gDesktop)
+        gDesktop = std::make_unique<SilentDesktop>();
+    return *gDesktop;
+}
+
+void InstallDesktop(std::unique_ptr<Desktop> desktop) {
+    gDesktop = std::move(desktop);
+}
+
+int MsgBox(const QString& prompt, int style, const QString& title) {
+    return TheDesktop().MsgBox(prompt, style, title);
+}
+
+QString InputBox(const QString& prompt, const QString& title, const QString& defaultText) {
+    return TheDesktop().InputBox(prompt, title, defaultText);
+}
+
+void Beep() {
+    TheDesktop().Beep();
+}

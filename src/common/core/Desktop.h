@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+
+class QPrinter;
+class QWidget;
+
+// Message box styles and answers, as the program has always numbered them.
+namespace vb {
+enum MsgBoxStyle {
+    vbOKOnly = 0,
+    vbOKCancel = 1,
+    vbAbortRetryIgnore = 2,
+    vbYesNoCancel = 3,
+    vbYesNo = 4,
+    vbRetryCancel = 5,
+    vbCritical = 16,
+    vbQuestion = 32,
+    vbExclamation = 48,
+    vbInformation = 64,
+    vbDefaultButton2 = 256,
+    vbDefaultButton3 = 512,
+};
+enum MsgBoxResult { vbOK = 1, vbCancel = 2, vbAbort = 3, vbRetry = 4, vbIgnore = 5, vbYes = 6, vbNo = 7 };
+} // namespace vb
+
+// The desktop seam: everything the program asks of the user's desktop. The program installs
+// the Qt implementation at start; tests install a scripted one that records each call and
+// answers from a queue.
+class Desktop {
+public:
+    virtual ~Desktop() = default;
+
+    // Returns one of vb::MsgBoxResult.
+    virtual int MsgBox(const QString& prompt, int style, const QString& title) = 0;
+    // Returns the text typed, or "" when the user cancels.
+    virtual QString InputBox(const QString& prompt, const QString& title,
+                             const QString& defaultText) = 0;
+    // Hands a file, URL or mailto: address to the desktop; false when nothing took it.
+    virtual bool OpenDocument(const QString& target) = 0;
+    // The printer dialog; false when the user cancels.
+    virtual bool PrinterDialog(QPrinter& printer, QWidget* parent) = 0;
+    virtual void Beep() = 0;
+};
+
+Desktop& TheDesktop();
+void InstallDesktop(std::unique_ptr<Desktop> desktop);
+
+// The old free functions, forwarding to the installed desktop.
+int MsgBox(const QString& prompt, int style = vb::vbOKOnly, const QString& title = QString());
+QString InputBox(const QString& prompt, const QString& title = QString(),
+                 const QString& defaultText = QString());
+void Beep();

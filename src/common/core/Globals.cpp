@@ -1,0 +1,21 @@
+#include "Globals.h"
+
+bool gbNewRecord = false;
+bool gbRecordSaved = false;
+QString gsSavedRebateID;
+QString gFindWhat;
+QString gsCalendarDate;
+Currency gcCalculatorValue;
+QString gTCRLink;
+bool gAppStarted = false;
+
+void ResetGlobals() {
+    gbNewRecord = false;
+    gbRecordSaved = false;
+    gsSavedRebateID.clear();
+    gFindWhat.clear();
+    gsCalendarDate.clear();
+    gcCalculatorValue = Currency();
+    gTCRLink.clear();
+    gAppStarted = false;
+}

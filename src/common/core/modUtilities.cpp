@@ -1,0 +1,76 @@
+#include "modUtilities.h"
+
+#include "Desktop.h"
+#include "VbError.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+QString gAppDirectory;
+QString gExeName;
+} // namespace
+
+QVariant NZ(const QVariant& value, const QVariant& defaultValue) {
+    return value.isNull() ? defaultValue : value;
+}
+
+void AppLocation::Override(const QString& directory, const QString& exeName) {
+    gAppDirectory = directory;
+    gExeName = exeName;
+}
+
+void AppLocation::Reset() {
+    gAppDirectory.clear();
+    gExeName.clear();
+}
+
+QString AppPath() {
+    QString path = gAppDirectory.isEmpty() ? QCoreApplication::applicationDirPath() : gAppDirectory;
+    if (!path.endsWith(QLatin1Char('/')))
+        path += QLatin1Char('/');
+    return path;
+}
+
+QString AppExeName() {
+    if (!gExeName.isEmpty())
+        return gExeName;
+    return QFileInfo(QCoreApplication::applicationFilePath()).completeBaseName();
+}
+
+QString AppVersion() {
+    return QStringLiteral("%1.%2.%3")
+        .arg(VANTRY_VERSION_MAJOR)
+        .arg(VANTRY_VERSION_MINOR)
+        .arg(VANTRY_VERSION_PATCH);
+}
+
+bool FileExists(const QString& path) {
+    if (path.isEmpty())
+        return false;
+    return QFileInfo(path).isFile();
+}
+
+bool KillFile(const QString& mask) {
+    const QFileInfo info(mask);
+    const QDir dir = info.dir();
+    const QStringList matches =
+        dir.entryList(QStringList{info.fileName()}, QDir::Files | QDir::Hidden, QDir::Name);
+    if (matches.isEmpty())
+        return false;
+    if (!QFile::remove(dir.filePath(matches.first())))
+        throw VbError(VbError::PathFileAccess);
+    return true;
+}
+
+QString TempPath() {
+    QString path = QDir::tempPath();
+    while (path.size() > 1 && path.endsWith(QLatin1Char('/')))
+        path.chop(1);
+    return path;
+}
+
+void OpenDocument(const QString& target) {
+    TheDesktop().OpenDocument(target);
+}

@@ -1,0 +1,54 @@
+#include "Fixture.h"
+
+#include "Clock.h"
+#include "Globals.h"
+#include "Settings.h"
+#include "modUtilities.h"
+
+#include <QFile>
+#include <QTest>
+
+const QDate Fixture::kToday(2026, 11, 23);
+
+Fixture::Fixture() {
+    QVERIFY2(mDir.isValid(), "no temporary folder");
+    QFile::copy(QStringLiteral(VANTRY_RESERVE_DB), ReservePath());
+    QFile::copy(QStringLiteral(VANTRY_RESERVE_DB), DatabasePath());
+    QFile::setPermissions(DatabasePath(), QFile::ReadOwner | QFile::WriteOwner);
+    QFile::setPermissions(ReservePath(), QFile::ReadOwner | QFile::WriteOwner);
+    AppLocation::Override(mDir.path(), QStringLiteral("Vantry"));
+    SettingsStore::SetDirectory(mDir.path() + QStringLiteral("/settings"));
+    auto desktop = std::make_unique<ScriptedDesktop>();
+    mDesktop = desktop.get();
+    InstallDesktop(std::move(desktop));
+    Clock::SetFixed(QDateTime(kToday, QTime(10, 0, 0)));
+    ResetGlobals();
+}
+
+Fixture::~Fixture() {
+    InstallDesktop(nullptr);
+    Clock::UseSystem();
+    SettingsStore::SetDirectory(QString());
+    AppLocation::Reset();
+    ResetGlobals();
+}
+
+QString Fixture::ProgramDir() const {
+    return mDir.path() + QLatin1Char('/');
+}
+QString Fixture::DatabasePath() const {
+    return ProgramDir() + QStringLiteral("Vantry.mdb");
+}
+QString Fixture::ReservePath() const {
+    return ProgramDir() + QStringLiteral("Vantry.rdb");
+}
+QString Fixture::LogPath() const {
+    return ProgramDir() + QStringLiteral("Vantry.log");
+}
+QString Fixture::SettingsFile() const {
+    return SettingsStore::FileFor(kAppTitle);
+}
+
+void InitTestResources() {
+    Q_INIT_RESOURCE(vantry);
+}

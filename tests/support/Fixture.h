@@ -1,0 +1,35 @@
+#pragma once
+
+#include "ScriptedDesktop.h"
+
+#include <QDateTime>
+#include <QString>
+#include <QTemporaryDir>
+
+// What every test starts from: a temporary program folder holding a fresh copy of the
+// reserve database as "Vantry.rdb" and "Vantry.mdb", settings in a temporary folder, the
+// scripted desktop, the clock fixed at kToday 10:00:00, and the globals reset.
+// Create one per test function (init()/cleanup() or a local), never share across tests.
+class Fixture {
+public:
+    static const QDate kToday; // 2026-11-23
+
+    Fixture();
+    ~Fixture();
+    Fixture(const Fixture&) = delete;
+    Fixture& operator=(const Fixture&) = delete;
+
+    QString ProgramDir() const;                      // with a trailing "/"
+    QString DatabasePath() const;                    // ProgramDir() + "Vantry.mdb"
+    QString ReservePath() const;                     // ProgramDir() + "Vantry.rdb"
+    QString LogPath() const;                         // ProgramDir() + "Vantry.log"
+    QString SettingsFile() const;                    // the INI file in use
+    ScriptedDesktop& Desktop() { return *mDesktop; } // owned by the seam
+
+private:
+    QTemporaryDir mDir;
+    ScriptedDesktop* mDesktop;
+};
+
+// Registers the program's compiled resources (icons, help pages) in a test executable.
+void InitTestResources();

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Desktop.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+// The desktop of the tests: records every call and answers from queues set in advance.
+// A message box with no queued answer gets its default button, as a user pressing Enter.
+class ScriptedDesktop final : public Desktop {
+public:
+    struct Box {
+        QString prompt;
+        int style;
+        QString title;
+        int answer;
+    };
+
+    int MsgBox(const QString& prompt, int style, const QString& title) override;
+    QString InputBox(const QString& prompt, const QString& title,
+                     const QString& defaultText) override;
+    bool OpenDocument(const QString& target) override;
+    bool PrinterDialog(QPrinter& printer, QWidget* parent) override;
+    void Beep() override { ++beeps; }
+
+    // The answer of the next message box (vb::vbYes, vb::vbNo, ...).
+    void SetNextAnswer(int answer) { answers.append(answer); }
+    // Runs while the next message box is "showing" (to look at the program in that moment).
+    void OnNextBox(std::function<void(const Box&)> action) { boxActions.append(std::move(action)); }
+    void SetNextInput(const QString& text) { inputs.append(text); }
+
+    QList<Box> boxes;
+    QList<int> answers;
+    QList<std::function<void(const Box&)>> boxActions;
+    QStringList inputs;
+    QStringList inputPrompts;
+    QStringList openedDocuments;
+    bool openDocumentResult = true;
+    bool printerDialogResult = true;
+    int printerDialogs = 0;
+    int beeps = 0;
+};
