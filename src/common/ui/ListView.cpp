@@ -22,6 +22,8 @@ constexpr int kLargeIconSize = 32;
 constexpr int kSmallIconSize = 16;
 // Past this many separate stretches of removed rows, the views are simply told to start over.
 constexpr int kMaxRemovalRanges = 64;
+// From this many rows out of order on, a sort folds the keys' case first.
+constexpr int kFoldedSortFrom = 256;
 
 VbError IndexOutOfBounds() {
     return VbError(kIndexOutOfBounds, QStringLiteral("Index out of bounds"));
@@ -652,7 +654,23 @@ void ListView::SortRows() {
         kept.emplace_back(index.row() < RowCount() ? RowAt(index.row()) : nullptr, index.column());
 
     const auto middle = mRows.begin() + mSortedUpTo;
-    std::stable_sort(middle, mRows.end(), inOrder);
+    if (mRows.end() - middle < kFoldedSortFrom) {
+        std::stable_sort(middle, mRows.end(), inOrder);
+    } else {
+        // Many rows: fold the case of each key once and compare the folded keys plainly,
+        // which gives the same order as the case-blind comparison at a fraction of its cost.
+        std::vector<std::pair<QString, std::unique_ptr<ListItem>>> keyed;
+        keyed.reserve(static_cast<size_t>(mRows.end() - middle));
+        for (auto row = middle; row != mRows.end(); ++row)
+            keyed.emplace_back(textOf(**row).toCaseFolded(), std::move(*row));
+        std::stable_sort(keyed.begin(), keyed.end(), [descending](const auto& a, const auto& b) {
+            const int c = QString::compare(a.first, b.first, Qt::CaseSensitive);
+            return descending ? c > 0 : c < 0;
+        });
+        auto row = middle;
+        for (auto& entry : keyed)
+            *row++ = std::move(entry.second);
+    }
     if (mSortedUpTo > 0)
         std::inplace_merge(mRows.begin(), middle, mRows.end(), inOrder);
     Renumber(0);
