@@ -165,7 +165,6 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
     layout->addLayout(top);
     layout->addWidget(picSwitchboard);
     layout->addWidget(tbsSwitch, 1);
-    setMinimumSize(kMinWidth / kTwipsPerPixel, kMinHeight / kTwipsPerPixel);
 
     Timer1 = new QTimer(this);
     Timer1->setObjectName(QStringLiteral("Timer1"));
@@ -187,9 +186,6 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
 frmSwitchboard::~frmSwitchboard() {
     if (gInstance == this)
         gInstance = nullptr;
-    delete mnuPopup;
-    for (QMenu* menu : Menus())
-        delete menu;
 }
 
 QList<QMenu*> frmSwitchboard::Menus() const {
@@ -199,8 +195,8 @@ QList<QMenu*> frmSwitchboard::Menus() const {
 // --- building the form --------------------------------------------------------------------
 
 void frmSwitchboard::BuildMenus() {
-    const auto menu = [](const char* name, const char* caption, int help) {
-        auto* m = new QMenu(QString::fromLatin1(caption));
+    const auto menu = [this](const char* name, const char* caption, int help) {
+        auto* m = new QMenu(QString::fromLatin1(caption), this);
         m->setObjectName(QString::fromLatin1(name));
         m->menuAction()->setObjectName(QString::fromLatin1(name));
         m->menuAction()->setProperty(Help::kContextProperty, help);
@@ -509,8 +505,8 @@ void frmSwitchboard::PlaceWindow() {
     const int top = read("SwitchboardTop", defaultTop);
     const int width = std::max(read("SwitchboardWidth", kDesignSize), kMinWidth);
     const int height = std::max(read("SwitchboardHeight", kDesignSize), kMinHeight);
-    frame->setMinimumSize(frame->minimumSizeHint().expandedTo(
-        QSize(kMinWidth / kTwipsPerPixel, kMinHeight / kTwipsPerPixel)));
+    // The window's outer size, frame included, never goes below 8000 x 5000 twips.
+    frame->setMinimumSize(kMinWidth / kTwipsPerPixel, kMinHeight / kTwipsPerPixel);
     frame->setGeometry(left / kTwipsPerPixel, top / kTwipsPerPixel, width / kTwipsPerPixel,
                        height / kTwipsPerPixel);
     connect(area, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* window) {
