@@ -14,6 +14,7 @@
 #include "Toolbar.h"
 #include "VbError.h"
 #include "cLogErr.h"
+#include "clsRebate.h"
 #include "modListUtilities.h"
 #include "modUtilities.h"
 
@@ -21,6 +22,7 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QIcon>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -83,6 +85,14 @@ void SetEnabledIfDifferent(QAction* action, bool enabled) {
 bool IsBlank(const QVariant& value) {
     return CStr(NZ(value)).isEmpty();
 }
+
+// Format(value, "yyyy-mm-dd"), sparing a plain date the general routine's detour through a
+// local date and time: it runs for every row of a full load.
+QString SortableDate(const QVariant& value) {
+    if (value.typeId() == QMetaType::QDate && value.toDate().isValid())
+        return value.toDate().toString(Qt::ISODate);
+    return Format(value, QStringLiteral("yyyy-mm-dd"));
+}
 } // namespace
 
 // Column indexes of one recordset over Rebates, resolved once before a walk.
@@ -102,6 +112,34 @@ struct RebateColumns {
     int dateDue;
     int dateReceived;
     int followupDate;
+};
+
+// What a record's row shows. Worked out once per record: both of its lists share the texts.
+struct RebateRowTexts {
+    RebateRowTexts(const Recordset& rs, const RebateColumns& columns, const QString& status) {
+        // The date of the row's text is the value's plain text, unformatted.
+        const QVariant dateSent = rs.Fields(columns.dateSent);
+        const QString name = CStr(NZ(rs.Fields(columns.rebateName)));
+        text = IsBlank(dateSent) ? QStringLiteral("No date: ") + name
+                                 : CStr(dateSent) + QStringLiteral(": ") + name;
+        product = CStr(NZ(rs.Fields(columns.productName)));
+        // Column 3 takes its date by the status, not by the list, so lvAll's "Date Sent"
+        // column can show a due, payment or followup date.
+        int dateColumn = columns.dateSent;
+        if (status == QLatin1String("Overdue"))
+            dateColumn = columns.dateDue;
+        else if (status == QLatin1String("Paid"))
+            dateColumn = columns.dateReceived;
+        else if (status == QLatin1String("Followup"))
+            dateColumn = columns.followupDate;
+        const QVariant value = dateColumn == columns.dateSent ? dateSent : rs.Fields(dateColumn);
+        date = IsBlank(value) ? QStringLiteral("No Date") : SortableDate(value);
+        rebateID = CStr(NZ(rs.Fields(columns.rebateID)));
+    }
+    QString text;
+    QString product;
+    QString date; // yyyy-mm-dd, so that the text sort of the column is the order of dates
+    QString rebateID;
 };
 
 frmSwitchboard* frmSwitchboard::Instance() {
@@ -131,7 +169,15 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
 
     picSwitchboard = new QLabel(this);
     picSwitchboard->setObjectName(QStringLiteral("picSwitchboard"));
-    picSwitchboard->setPixmap(ImageList::Render(QStringLiteral(":/icons/banner.svg"), 48));
+    // The banner picture at its own size, on its own dark blue to the window's right edge.
+    const QIcon banner(QStringLiteral(":/icons/banner.svg"));
+    picSwitchboard->setPixmap(banner.pixmap(banner.actualSize(QSize(640, 56))));
+    picSwitchboard->setAutoFillBackground(true);
+    QPalette bannerPalette = picSwitchboard->palette();
+    bannerPalette.setColor(QPalette::Window, QColor(0x1F, 0x3A, 0x5F));
+    picSwitchboard->setPalette(bannerPalette);
+    picSwitchboard->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    picSwitchboard->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     picSwitchboard->setToolTip(QStringLiteral(
         "Vantry! Vantry! is brought to you by Thrift Courier. Click here to visit their web site "
         "for information on freebies, coupons, rebates, refunds, and more..."));
@@ -179,6 +225,16 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
     connect(nextTab, &QAction::triggered, this, &frmSwitchboard::NextTab);
     addAction(nextTab);
 
+    // The record object of the rebate form reads its key from the selected row.
+    clsRebate::SetSelectedRebateIDSource([] {
+        const frmSwitchboard* board = Instance();
+        ListView* lv = board ? board->GetCurrentLV() : nullptr;
+        ListItem* item = lv ? lv->SelectedItem() : nullptr;
+        if (!item)
+            throw VbError(VbError::ObjectNotSet);
+        return item->SubItems(3);
+    });
+
     Form_Load();
     Timer1->start();
 }
@@ -186,6 +242,7 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
 frmSwitchboard::~frmSwitchboard() {
     if (gInstance == this)
         gInstance = nullptr;
+    clsRebate::SetSelectedRebateIDSource(nullptr);
 }
 
 QList<QMenu*> frmSwitchboard::Menus() const {
@@ -406,8 +463,8 @@ void frmSwitchboard::BuildLists() {
     make(lvRejected, "lvRejected", 6);
     make(lvAll, "lvAll", 7);
 
-    lvNew->ColumnHeaders().Add(QStringLiteral("Item"), 2000);
-    lvNew->ColumnHeaders().Add(QStringLiteral("Description"), 4000);
+    lvNew->ColumnHeaders().Add(QStringLiteral("Item"), 3600);
+    lvNew->ColumnHeaders().Add(QStringLiteral("Description"), 4200);
     const std::array<std::pair<ListView*, const char*>, 7> thirdColumn{{
         {lvUnsent, "Date Sent"},
         {lvPending, "Date Sent"},
@@ -418,9 +475,9 @@ void frmSwitchboard::BuildLists() {
         {lvAll, "Date Sent"},
     }};
     for (const auto& [lv, header] : thirdColumn) {
-        lv->ColumnHeaders().Add(QStringLiteral("Rebate"), 2000);
-        lv->ColumnHeaders().Add(QStringLiteral("Product Purchased"), 1500);
-        lv->ColumnHeaders().Add(QString::fromLatin1(header), 1200);
+        lv->ColumnHeaders().Add(QStringLiteral("Rebate"), 3600);
+        lv->ColumnHeaders().Add(QStringLiteral("Product Purchased"), 2400);
+        lv->ColumnHeaders().Add(QString::fromLatin1(header), 1500);
         lv->ColumnHeaders().Add(QStringLiteral("RebateID"), 0);
         lv->SetMultiSelect(true);
         connect(lv, &ListView::ItemClick, this, &frmSwitchboard::lv_ItemClick);
@@ -576,25 +633,12 @@ ListView* frmSwitchboard::ListForStatus(const QString& status) const {
     return nullptr;
 }
 
-ListItem* frmSwitchboard::AddRebateItem(const Recordset& rs, const RebateColumns& columns,
-                                        const QString& status, ListView* lv) {
-    const QVariant dateSent = rs.Fields(columns.dateSent);
-    const QString name = CStr(NZ(rs.Fields(columns.rebateName)));
-    const QString text = IsBlank(dateSent) ? QStringLiteral("No date: ") + name
-                                           : CStr(dateSent) + QStringLiteral(": ") + name;
-    ListItem* item = lv->ListItems().Add(text, status, status);
-    item->SetSubItems(1, CStr(NZ(rs.Fields(columns.productName))));
-    int dateColumn = columns.dateSent;
-    if (status == QLatin1String("Overdue"))
-        dateColumn = columns.dateDue;
-    else if (status == QLatin1String("Paid"))
-        dateColumn = columns.dateReceived;
-    else if (status == QLatin1String("Followup"))
-        dateColumn = columns.followupDate;
-    const QVariant date = dateColumn == columns.dateSent ? dateSent : rs.Fields(dateColumn);
-    item->SetSubItems(2, IsBlank(date) ? QStringLiteral("No Date")
-                                       : Format(date, QStringLiteral("yyyy-mm-dd")));
-    item->SetSubItems(3, CStr(NZ(rs.Fields(columns.rebateID))));
+ListItem* frmSwitchboard::AddRebateItem(const RebateRowTexts& texts, const QString& status,
+                                        ListView* lv) {
+    ListItem* item = lv->ListItems().Add(texts.text, status, status);
+    item->SetSubItems(1, texts.product);
+    item->SetSubItems(2, texts.date);
+    item->SetSubItems(3, texts.rebateID);
     return item;
 }
 
@@ -614,8 +658,9 @@ void frmSwitchboard::AddAllListItems() {
             while (!rs->IsEOF()) {
                 const QString status = GetRebateStatus(*rs);
                 if (ListView* lv = ListForStatus(status)) {
-                    AddRebateItem(*rs, columns, status, lv);
-                    AddRebateItem(*rs, columns, status, lvAll);
+                    const RebateRowTexts texts(*rs, columns, status);
+                    AddRebateItem(texts, status, lv);
+                    AddRebateItem(texts, status, lvAll);
                 }
                 rs->MoveNext();
             }
@@ -648,9 +693,9 @@ void frmSwitchboard::AddIcons(const QString& rebateID) {
             rs->MoveFirst();
             const QString status = GetRebateStatus(*rs);
             if (ListView* lv = ListForStatus(status)) {
-                const RebateColumns columns(*rs);
-                AddRebateItem(*rs, columns, status, lv);
-                AddRebateItem(*rs, columns, status, lvAll);
+                const RebateRowTexts texts(*rs, RebateColumns(*rs), status);
+                AddRebateItem(texts, status, lv);
+                AddRebateItem(texts, status, lvAll);
             }
         }
     } catch (...) {

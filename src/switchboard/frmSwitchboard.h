@@ -17,7 +17,7 @@ class QTimer;
 class Recordset;
 class TabStrip;
 class Toolbar;
-struct RebateColumns;
+struct RebateRowTexts;
 
 // The Switchboard: the window of status lists. A tab strip of nine pages (creating a rebate,
 // seven lists of rebates by status, the statistics), its own toolbar and the menus it brings to
@@ -187,8 +187,7 @@ private:
     void BuildLists();
     void Form_Load();
     void PlaceWindow();
-    ListItem* AddRebateItem(const Recordset& rs, const RebateColumns& columns,
-                            const QString& status, ListView* lv);
+    ListItem* AddRebateItem(const RebateRowTexts& texts, const QString& status, ListView* lv);
     void AddNewRebateIcon();
     void PrepareLists();
     void ArrangeList(ListView* lv);
