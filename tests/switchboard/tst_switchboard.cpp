@@ -1,6 +1,7 @@
 #include "Database.h"
 #include "Fixture.h"
 #include "Forms.h"
+#include "Help.h"
 #include "ListView.h"
 #include "RebateRows.h"
 #include "Settings.h"
@@ -119,6 +120,10 @@ private Q_SLOTS:
     void letterKeySearch();
     void missingTableIsLogged();
     void windowPositionSaved();
+    void ctrlTabCycles();
+    void popupWithTwoSelected();
+    void helpWithoutHelpFile_data();
+    void helpWithoutHelpFile();
 };
 
 void tst_switchboard::recordGoesToItsList_data() {
@@ -638,6 +643,68 @@ void tst_switchboard::windowPositionSaved() {
     QCOMPARE(GetSetting(kAppTitle, "Settings", "SwitchboardWidth"), QString("10500"));
     Board again;
     QCOMPARE(again.window->geometry(), QRect(20, 30, 700, 500));
+}
+
+void tst_switchboard::ctrlTabCycles() {
+    Fixture fixture;
+    fixture.OpenDatabase();
+    Board board;
+    board.SelectTab("Rejected");
+    QWidget* focus = board.form->lvRejected->ActiveView();
+    focus->setFocus();
+    QTest::keyClick(focus, Qt::Key_Tab, Qt::ControlModifier);
+    QCOMPARE(board.Tab(), QString("All"));
+    QTest::keyClick(board.form->lvAll->ActiveView(), Qt::Key_Tab, Qt::ControlModifier);
+    QCOMPARE(board.Tab(), QString("Statistics"));
+    board.form->tbsSwitch->setFocus();
+    QTest::keyClick(board.form->tbsSwitch, Qt::Key_Tab, Qt::ControlModifier);
+    QCOMPARE(board.Tab(), QString("New")); // from the last tab back to the first
+}
+
+void tst_switchboard::popupWithTwoSelected() {
+    Fixture fixture;
+    fixture.OpenDatabase();
+    InsertRebates({RebateRow{.RebateID = "1", .RebateName = "a"},
+                   RebateRow{.RebateID = "2", .RebateName = "b"}});
+    Board board;
+    board.SelectTab("Unsent");
+    board.Action("mnuDetails")->trigger();
+    ListView* lv = board.form->lvUnsent;
+    auto* tree = qobject_cast<QTreeView*>(lv->ActiveView());
+    const QPoint second = tree->visualRect(tree->model()->index(1, 0)).center();
+    for (int selected : {1, 2}) {
+        lv->ListItems().Item(1)->SetSelected(true);
+        lv->ListItems().Item(2)->SetSelected(selected == 2);
+        QTest::mouseClick(tree->viewport(), Qt::RightButton, {},
+                          selected == 2 ? second : QPoint(5, 5));
+        QTRY_VERIFY(board.form->mnuPopup->isVisible());
+        QCOMPARE(board.form->mnuPopupOpen->isEnabled(), selected < 2);
+        QVERIFY(board.form->mnuPopupDelete->isEnabled()); // the others keep their state
+        board.form->mnuPopup->hide();
+    }
+}
+
+void tst_switchboard::helpWithoutHelpFile_data() {
+    QTest::addColumn<QString>("command");
+    QTest::newRow("introduction") << "mnuIntro";
+    QTest::newRow("contents") << "mnuContents";
+    QTest::newRow("search") << "mnuSearchForHelpOn";
+}
+
+void tst_switchboard::helpWithoutHelpFile() {
+    QFETCH(QString, command);
+    Fixture fixture;
+    fixture.OpenDatabase();
+    Board board;
+    App::SetHelpFile(QString());
+    board.Action(qPrintable(command))->trigger();
+    QCOMPARE(fixture.Desktop().boxes.size(), 1);
+    QCOMPARE(fixture.Desktop().boxes[0].prompt,
+             QString("Unable to display Help Contents. There is no Help associated with this "
+                     "project."));
+    QCOMPARE(fixture.Desktop().boxes[0].title, QString("Switchboard"));
+    QCOMPARE(fixture.Desktop().boxes[0].style, 64);
+    QCOMPARE(StatusText(), QString("Ready..."));
 }
 
 QTEST_MAIN(tst_switchboard)
