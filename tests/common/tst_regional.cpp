@@ -90,6 +90,7 @@ void tst_regional::parseDate_data() {
     QTest::newRow("2/30") << "2/30/2026" << none;
     QTest::newRow("4/31") << "4/31/2026" << none;
     QTest::newRow("13/45") << "13/45" << none;
+    QTest::newRow("day first") << "13/5/2026" << none;
     QTest::newRow("month 0") << "0/5/2026" << none;
     QTest::newRow("day 0") << "3/0/2026" << none;
     QTest::newRow("yy 00") << "1/1/00" << QDate(2000, 1, 1);
@@ -386,6 +387,12 @@ void tst_regional::formatNumber_data() {
                                   << "2,147,483,648";
     QTest::newRow("0.") << QVariant(0) << "0."
                         << "0.";
+    QTest::newRow("all four decimals") << Money(5) << "0.0000"
+                                       << "0.0005";
+    QTest::newRow("more decimals than kept") << Money(-5) << "0.000000"
+                                             << "-0.000500";
+    QTest::newRow("optional decimals") << QVariant(1.5) << "#.##"
+                                       << "1.5";
     QTest::newRow("True") << QVariant(true) << "0"
                           << "-1";
     QTest::newRow("sections") << QVariant(-5) << "0;(0);\"nil\""

@@ -125,6 +125,8 @@ int MonthFromName(const QString& word) {
 
 // Years of one or two digits fall in 1930-2029; three or four digits are taken as written.
 std::optional<int> YearFrom(const QString& digits) {
+    if (digits.size() > 4)
+        return std::nullopt;
     const int value = digits.toInt();
     if (digits.size() <= 2)
         return value < 30 ? 2000 + value : 1900 + value;
@@ -207,8 +209,6 @@ std::optional<QDate> ParseDatePart(const QString& text) {
             return MakeDate(Date().year(), first, tokens.at(1).text);
         if (first.size() >= 3)
             return MakeDate(YearFrom(first), tokens.at(1).text, tokens.at(2).text);
-        if (tokens.at(2).text.size() > 4)
-            return std::nullopt;
         return MakeDate(YearFrom(tokens.at(2).text), first, tokens.at(1).text);
     }
 
@@ -225,22 +225,17 @@ std::optional<QDate> ParseDatePart(const QString& text) {
     };
     if (tokens.size() == 2) {
         const QString other = number(words.front() == 0 ? 1 : 0);
-        if (other.size() > 4)
-            return std::nullopt;
         if (isYear(other)) // "March 2026": the first of the month
             return MakeDate(YearFrom(other), month, QStringLiteral("1"));
         return MakeDate(Date().year(), month, other);
     }
     switch (words.front()) {
     case 0: // March 5, 2026
-        return number(2).size() > 4 ? std::nullopt
-                                    : MakeDate(YearFrom(number(2)), month, number(1));
+        return MakeDate(YearFrom(number(2)), month, number(1));
     case 1: // 5-Mar-26, or 2026-Mar-05
         if (isYear(number(0)))
-            return number(0).size() > 4 ? std::nullopt
-                                        : MakeDate(YearFrom(number(0)), month, number(2));
-        return number(2).size() > 4 ? std::nullopt
-                                    : MakeDate(YearFrom(number(2)), month, number(0));
+            return MakeDate(YearFrom(number(0)), month, number(2));
+        return MakeDate(YearFrom(number(2)), month, number(0));
     default:
         return std::nullopt;
     }
@@ -295,8 +290,9 @@ struct Decimal {
 
     // At least one digit in front of the decimal point.
     void PadLeft() {
-        if (static_cast<int>(digits.size()) <= scale)
-            digits.insert(0, static_cast<size_t>(scale) - digits.size() + 1, '0');
+        const size_t needed = static_cast<size_t>(std::max(scale, 0)) + 1;
+        if (digits.size() < needed)
+            digits.insert(0, needed - digits.size(), '0');
     }
 
     void ShiftLeft(int places) { // times ten to the power of places
@@ -307,15 +303,15 @@ struct Decimal {
 
     // To the given number of decimals, a half going away from zero.
     void RoundHalfAway(int decimals) {
+        PadLeft();
         if (scale <= decimals) {
             digits.append(static_cast<size_t>(decimals - scale), '0');
             scale = decimals;
             return;
         }
-        PadLeft();
         const size_t keep = digits.size() - static_cast<size_t>(scale - decimals);
         const bool up = digits[keep] >= '5';
-        digits.resize(keep);
+        digits.erase(keep);
         scale = decimals;
         if (!up)
             return;

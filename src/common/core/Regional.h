@@ -92,5 +92,5 @@ QString FormatCurrency(const QVariant& value);
 
 // The pattern operator, case-sensitive: "*" any text, "?" one character, "#" one digit,
 // "[abc]", "[a-z]", "[!a-z]" sets ("-" first or last in a set, and "[" in it, are literal;
-// "[]" matches nothing at all, taking no character). An unclosed "[" raises 93.
+// "[]" matches the empty string). An unclosed "[" or a descending range raises 93.
 bool Like(const QString& text, const QString& pattern);
