@@ -7,6 +7,7 @@
 #include <QString>
 #include <QVariant>
 #include <optional>
+#include <utility>
 #include <vector>
 
 // The program's regional conventions, fixed to the United States in this one place.

@@ -6,6 +6,7 @@
 #include "Settings.h"
 #include "modUtilities.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QHash>
 #include <QStringList>
@@ -243,6 +244,12 @@ void LogError(const VbError& error, const QString& source, const QString& locati
     if (gErrorLog) {
         gErrorLog->LogIt(error.Number(), error.Description(), source, location, QString(),
                          vb::vbExclamation, title);
+        return;
+    }
+    if (!QCoreApplication::instance()) {
+        // Past the application object there is neither a program folder nor a desktop.
+        qWarning("%s: %s %d: %s", qUtf8Printable(source), qUtf8Printable(location), error.Number(),
+                 qUtf8Printable(error.Description()));
         return;
     }
     cLogErr lateLog;

@@ -80,6 +80,7 @@ extern std::unique_ptr<cLogErr> gErrorLog;
 // The standard trap: logs the error with style 48 under the given source and location.
 // After gErrorLog has been released at the end of the program, a fresh log object with the
 // default settings takes the entry, so an error of the last moments is still written and
-// shown.
+// shown. Once the application object is gone, the error goes to the program's warning
+// output instead.
 void LogError(const VbError& error, const QString& source, const QString& location,
               const QString& title = kErrorTitle);
