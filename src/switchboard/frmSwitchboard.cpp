@@ -1341,10 +1341,15 @@ void frmSwitchboard::mnuSearchForHelpOn_Click() {
 // --- closing -----------------------------------------------------------------------------------
 
 bool frmSwitchboard::Form_QueryUnload(bool systemShutdown) {
-    if (!systemShutdown &&
-        MsgBox(QStringLiteral("Do you really want to exit the application?"),
+    if (systemShutdown) {
+        gErrorLog.reset();
+        return true;
+    }
+    if (MsgBox(QStringLiteral("Do you really want to exit the application?"),
                vb::vbYesNo | vb::vbQuestion, QStringLiteral("Exiting Vantry! Vantry!")) == vb::vbNo)
         return false;
+    // An error of the last moments still reaches the log: LogError then uses a fresh one.
+    gErrorLog.reset();
     if (QWidget* mdi = MainForm())
         if (auto* timer = mdi->findChild<QTimer*>(QStringLiteral("MDITimer")))
             timer->start();
