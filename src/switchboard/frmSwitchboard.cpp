@@ -921,8 +921,7 @@ void frmSwitchboard::NextTab() {
 // --- list events -----------------------------------------------------------------------------
 
 void frmSwitchboard::lv_ItemClick() {
-    if (sender() != lvNew)
-        EnableRecordCommands();
+    EnableRecordCommands();
 }
 
 void frmSwitchboard::lv_MouseUp(int button, QPoint globalPos) {

@@ -96,7 +96,7 @@ void tst_listview::bulkLoadIsFast() {
     QCoreApplication::processEvents();
     // A guard against work that grows faster than the rows; bench_lists measures the speed.
     qInfo() << "200000 rows added, sorted and shown in" << timer.elapsed() << "ms";
-    QVERIFY2(timer.elapsed() < 2000, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY2(timer.elapsed() < 5000, qPrintable(QString::number(timer.elapsed())));
     QCOMPARE(lv.ListItems().Item(200000)->Text(), QString("99999"));
     auto* tree = lv.findChild<QTreeView*>();
     QCOMPARE(tree->model()->rowCount(), 200000);
