@@ -1,6 +1,7 @@
 #include "Database.h"
 #include "Fixture.h"
 #include "Forms.h"
+#include "Globals.h"
 #include "Help.h"
 #include "ListView.h"
 #include "RebateRows.h"
@@ -238,6 +239,8 @@ void tst_switchboard::updateIconsFollowsTheRecord_data() {
                                       << "All";
     QTest::newRow("from New to Paid") << "New"
                                       << "Paid";
+    QTest::newRow("on activation after a save") << "activate"
+                                                << "Paid";
 }
 
 void tst_switchboard::updateIconsFollowsTheRecord() {
@@ -251,10 +254,18 @@ void tst_switchboard::updateIconsFollowsTheRecord() {
          RebateRow{
              .RebateID = "20261101000001", .RebateName = "Stays", .DateSent = QDate(2026, 11, 2)}});
     Board board;
-    board.SelectTab(shown);
+    board.SelectTab(shown == "activate" ? "Pending" : shown);
     QSqlQuery(gDatabase->Connection())
         .exec("UPDATE Rebates SET AmountReceived = 50000 WHERE RebateID = '20261101000000'");
-    board.form->UpdateIcons("20261101000000");
+    if (shown == "activate") {
+        gbRecordSaved = true;
+        gsSavedRebateID = "20261101000000";
+        board.form->Form_Activate();
+        QVERIFY(!gbRecordSaved);
+        QVERIFY(gsSavedRebateID.isEmpty());
+    } else {
+        board.form->UpdateIcons("20261101000000");
+    }
 
     QCOMPARE(board.Tab(), expectedTab);
     QCOMPARE(Rows(board.form->lvPending).size(), 1);
