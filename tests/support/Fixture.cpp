@@ -1,8 +1,10 @@
 #include "Fixture.h"
 
 #include "Clock.h"
+#include "Database.h"
 #include "Globals.h"
 #include "Settings.h"
+#include "clsRebate.h"
 #include "modUtilities.h"
 
 #include <QFile>
@@ -26,6 +28,9 @@ Fixture::Fixture() {
 }
 
 Fixture::~Fixture() {
+    gDatabase.reset();
+    clsRebate::SetSelectedRebateIDSource(nullptr);
+    clsRebate::SetRebateFormSource(nullptr);
     InstallDesktop(nullptr);
     Clock::UseSystem();
     SettingsStore::SetDirectory(QString());
@@ -47,6 +52,10 @@ QString Fixture::LogPath() const {
 }
 QString Fixture::SettingsFile() const {
     return SettingsStore::FileFor(kAppTitle);
+}
+
+void Fixture::OpenDatabase() {
+    gDatabase = Database::Open(DatabasePath());
 }
 
 void InitTestResources() {
