@@ -10,8 +10,6 @@
 #include <QFile>
 #include <QTest>
 
-const QDate Fixture::kToday(2026, 11, 23);
-
 Fixture::Fixture() {
     QVERIFY2(mDir.isValid(), "no temporary folder");
     QFile::copy(QStringLiteral(VANTRY_RESERVE_DB), ReservePath());

@@ -13,7 +13,7 @@
 // Create one per test function (init()/cleanup() or a local), never share across tests.
 class Fixture {
 public:
-    static const QDate kToday; // 2026-11-23
+    static inline const QDate kToday{2026, 11, 23}; // inline: safe in other files' statics
 
     Fixture();
     ~Fixture();
