@@ -18,6 +18,7 @@ using store::Kind;
 namespace {
 
 constexpr std::int64_t kNull = std::numeric_limits<std::int64_t>::min();
+constexpr std::uint32_t kNullText = std::numeric_limits<std::uint32_t>::max();
 std::atomic<std::uint64_t> gSerials{0};
 
 VbError NoCurrentRecord() {
@@ -294,7 +295,12 @@ void Recordset::Load() {
 void Recordset::Append(Column& column, const QVariant& value) {
     if (!column.mixed) {
         if (column.kind == Kind::Text) {
-            column.texts.push_back(value.isNull() ? QString() : NonNull(value.toString()));
+            if (value.isNull())
+                column.spans.push_back({0, kNullText});
+            else if (value.metaType().id() == QMetaType::QString)
+                AppendText(column, *static_cast<const QString*>(value.constData()));
+            else
+                AppendText(column, value.toString());
             return;
         }
         std::int64_t number = 0;
@@ -313,12 +319,25 @@ void Recordset::Append(Column& column, const QVariant& value) {
     column.values.push_back(TypedFromSql(column.kind, value));
 }
 
+void Recordset::AppendText(Column& column, const QString& text) {
+    const auto start = static_cast<std::uint32_t>(column.chars.size());
+    if (column.chars.size() + text.size() >= kNullText)
+        throw VbError(dbError::DiskError, QStringLiteral("Too much text for one query."));
+    column.chars.insert(column.chars.end(), text.utf16(), text.utf16() + text.size());
+    column.spans.push_back({start, static_cast<std::uint32_t>(text.size())});
+}
+
 QVariant Recordset::Stored(const Column& column, std::size_t row) const {
     if (column.mixed)
         return column.values[row];
     if (column.kind == Kind::Text) {
-        const QString& text = column.texts[row];
-        return text.isNull() ? QVariant() : QVariant(text);
+        const TextSpan span = column.spans[row];
+        if (span.length == kNullText)
+            return QVariant();
+        if (span.length == 0)
+            return QVariant(NonNull(QString()));
+        return QVariant(
+            QString(reinterpret_cast<const QChar*>(column.chars.data() + span.start), span.length));
     }
     return TypedFromNumber(column.kind, column.numbers[row]);
 }
@@ -330,7 +349,13 @@ void Recordset::Store(Column& column, std::size_t row, const QVariant& typed) {
     }
     switch (column.kind) {
     case Kind::Text:
-        column.texts[row] = typed.isNull() ? QString() : NonNull(typed.toString());
+        if (typed.isNull()) {
+            column.spans[row] = {0, kNullText};
+        } else {
+            AppendText(column, typed.toString());
+            column.spans[row] = column.spans.back();
+            column.spans.pop_back();
+        }
         return;
     case Kind::Money:
         column.numbers[row] = typed.isNull() ? kNull : typed.value<Currency>().Raw();

@@ -74,18 +74,27 @@ private:
     friend class Database;
     Recordset(std::shared_ptr<store::Connection> connection, const QString& sql, bool snapshot);
 
+    // Where a text lies in its column's characters; a length of kNullText is Null.
+    struct TextSpan {
+        std::uint32_t start;
+        std::uint32_t length;
+    };
+
     struct Column {
         QString name;
         store::Kind kind;
-        // Typed storage by kind: texts for Text, numbers for Money (ten-thousandths), Date
-        // (Julian day) and Boolean (0/1), with kNull for Null. A column holding a value its
-        // declared type can't carry keeps all its values in `values` instead.
-        std::vector<QString> texts;
+        // Typed storage by kind. Text: the characters of all rows in one block, a span per
+        // row (an edited text is appended and its span moved). Money (ten-thousandths), Date
+        // (Julian day) and Boolean (0/1): one number per row, kNull for Null. A column holding
+        // a value its declared type can't carry keeps all its values in `values` instead.
+        std::vector<char16_t> chars;
+        std::vector<TextSpan> spans;
         std::vector<std::int64_t> numbers;
         std::vector<QVariant> values;
         bool mixed = false;
     };
 
+    static void AppendText(Column& column, const QString& text);
     void Load();
     void Append(Column& column, const QVariant& value);
     QVariant Stored(const Column& column, std::size_t row) const;
