@@ -132,18 +132,18 @@ std::unique_ptr<Database> Database::Open(const QString& path) {
         throw refuse(dbError::CannotOpen, QStringLiteral("Couldn't open file '%1' (%2).")
                                               .arg(path, connection->db.lastError().text()));
     // SQLite reads the header lazily: make it read now so that a foreign file is refused here.
+    bool readable = false;
+    QString reason;
     {
         QSqlQuery probe(connection->db);
-        if (!probe.exec(QStringLiteral("PRAGMA schema_version")) || !probe.next()) {
-            const QString reason = probe.lastError().databaseText();
-            probe.finish();
-            throw refuse(dbError::NotADatabase,
-                         QStringLiteral("Can't open database '%1'. It may not be a database "
-                                        "that this program recognizes, or the file may be "
-                                        "corrupt (%2).")
-                             .arg(path, reason));
-        }
+        readable = probe.exec(QStringLiteral("PRAGMA schema_version")) && probe.next();
+        reason = probe.lastError().databaseText();
     }
+    if (!readable)
+        throw refuse(dbError::NotADatabase,
+                     QStringLiteral("Can't open database '%1'. It may not be a database that "
+                                    "this program recognizes, or the file may be corrupt (%2).")
+                         .arg(path, reason));
     return std::unique_ptr<Database>(new Database(std::move(connection)));
 }
 
