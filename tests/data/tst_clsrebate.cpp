@@ -73,8 +73,6 @@ private Q_SLOTS:
     void refreshNeedsTheFormAndAKey();
     void refusedSaveCanBeRetried();
     void movesBeepAtTheEnds();
-    void cancelDropsTheNewRecord();
-    void deleteRemovesTheRowForGood();
     void walkerQueryIsRefused();
 };
 
@@ -301,31 +299,6 @@ void tst_clsrebate::movesBeepAtTheEnds() {
     fresh.MoveNext();
     fresh.MovePrevious();
     QCOMPARE(fixture.Desktop().beeps, 3);
-}
-
-void tst_clsrebate::cancelDropsTheNewRecord() {
-    Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({kFilled});
-    gbNewRecord = true;
-    clsRebate created;
-    created.AddNew();
-    created.Cancel();
-    SelectRow(kFilled.RebateID);
-    gbNewRecord = false;
-    clsRebate opened;
-    opened.Cancel(); // nothing pending
-    QCOMPARE(CountRebates(), 1);
-}
-
-void tst_clsrebate::deleteRemovesTheRowForGood() {
-    Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({kFilled});
-    SelectRow(kFilled.RebateID);
-    clsRebate rebate;
-    rebate.Delete();
-    QCOMPARE(CountRebates(), 0);
 }
 
 void tst_clsrebate::walkerQueryIsRefused() {

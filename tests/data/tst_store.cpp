@@ -260,7 +260,6 @@ void tst_store::moneyStaysExact() {
     for (; !all->IsEOF(); all->MoveNext())
         sum += all->Fields("AmountReceived").value<Currency>();
     QCOMPARE(sum.Raw(), 3000);
-    QVERIFY(0.10 + 0.20 != 0.30); // what a double sum would have given
 }
 
 void tst_store::unconvertibleValueChangesNothing_data() {
