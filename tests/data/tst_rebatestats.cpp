@@ -1,9 +1,9 @@
 #include "Database.h"
 #include "Fixture.h"
 #include "RebateRows.h"
-#include "cLogErr.h"
 #include "clsRebateStats.h"
 
+#include <QFile>
 #include <QTest>
 
 namespace {
@@ -80,8 +80,6 @@ private:
 
 void tst_rebatestats::init() {
     mFixture = std::make_unique<Fixture>();
-    if (!gErrorLog)
-        gErrorLog = std::make_unique<cLogErr>();
     mFixture->OpenDatabase();
 }
 
@@ -160,6 +158,12 @@ void tst_rebatestats::tooManyRowsForACount() {
     QCOMPARE(mFixture->Desktop().boxes[0].title, QString("Error Compiling Stats"));
     QCOMPARE(mFixture->Desktop().boxes[0].style, 48);
     QVERIFY(mFixture->Desktop().boxes[0].prompt.contains("Overflow"));
+    QFile log(mFixture->LogPath());
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    const QString entry = QString::fromLatin1(log.readAll());
+    QVERIFY(entry.contains("Error Number:\t\t6\r\n"));
+    QVERIFY(entry.contains("Error Source:\t\tclsRebateStats\r\n"));
+    QVERIFY(entry.contains("Error Location:\t\tGetStatistics()\r\n"));
     QCOMPARE(stats.CountPurchases(), 0);
     QCOMPARE(stats.TotalSpent(), Currency());
 }

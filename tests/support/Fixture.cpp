@@ -4,6 +4,7 @@
 #include "Database.h"
 #include "Globals.h"
 #include "Settings.h"
+#include "cLogErr.h"
 #include "clsRebate.h"
 #include "modUtilities.h"
 
@@ -23,12 +24,14 @@ Fixture::Fixture() {
     InstallDesktop(std::move(desktop));
     Clock::SetFixed(QDateTime(kToday, QTime(10, 0, 0)));
     ResetGlobals();
+    gErrorLog = std::make_unique<cLogErr>(); // its log file in the temporary program folder
 }
 
 Fixture::~Fixture() {
     gDatabase.reset();
     clsRebate::SetSelectedRebateIDSource(nullptr);
     clsRebate::SetRebateFormSource(nullptr);
+    gErrorLog.reset();
     InstallDesktop(nullptr);
     Clock::UseSystem();
     SettingsStore::SetDirectory(QString());
