@@ -48,6 +48,7 @@ class tst_store : public QObject {
 private Q_SLOTS:
     void openRefusesWhatIsNoDatabase_data();
     void openRefusesWhatIsNoDatabase();
+    void openTakesAnyFileName();
     void reserveSchema();
     void programQueriesRunAsWritten_data();
     void programQueriesRunAsWritten();
@@ -95,6 +96,15 @@ void tst_store::openRefusesWhatIsNoDatabase() {
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), content);
     }
+}
+
+void tst_store::openTakesAnyFileName() {
+    Fixture fixture;
+    const QString path = fixture.ProgramDir() + QString::fromUtf8("Rebates #1 ?%20 café.mdb");
+    QVERIFY(QFile::copy(fixture.ReservePath(), path));
+    auto database = Database::Open(path);
+    QCOMPARE(database->Name(), path);
+    QCOMPARE(database->OpenRecordset(kMatchNone)->FieldCount(), 24);
 }
 
 void tst_store::reserveSchema() {
