@@ -230,7 +230,7 @@ const QRegularExpression& SingleTableSelect() {
 
 Recordset::Recordset(std::shared_ptr<store::Connection> connection, const QString& sql,
                      bool snapshot)
-    : mConnection(std::move(connection)), mSql(sql), mQuery(sql) {
+    : mConnection(std::move(connection)), mQuery(sql) {
     const QRegularExpressionMatch match = SingleTableSelect().match(sql);
     if (match.hasMatch()) {
         if (const store::TableInfo* table = mConnection->Table(match.captured(1))) {
@@ -255,11 +255,12 @@ void Recordset::Load() {
     if (!query.exec(mQuery))
         throw store::SqlFailure(query.lastError(), dbError::QueryError);
 
+    // Built aside, so that a failed Requery leaves the rows held before.
     const store::TableInfo* table = mTable.isEmpty() ? nullptr : mConnection->Table(mTable);
     const QSqlRecord record = query.record();
     const int first = mUpdatable ? 1 : 0;
-    mColumns.clear();
-    mIndexByName.clear();
+    std::vector<Column> columns;
+    QHash<QString, int> indexByName;
     for (int i = first; i < record.count(); ++i) {
         Column column;
         column.name = record.fieldName(i);
@@ -273,19 +274,22 @@ void Recordset::Load() {
             }
         }
         column.mixed = column.kind == Kind::Other;
-        mIndexByName.insert(column.name, static_cast<int>(mColumns.size()));
-        mColumns.push_back(std::move(column));
+        indexByName.insert(column.name, static_cast<int>(columns.size()));
+        columns.push_back(std::move(column));
     }
 
-    mRowIds.clear();
+    std::vector<std::int64_t> rowIds;
     while (query.next()) {
-        mRowIds.push_back(mUpdatable ? query.value(0).toLongLong() : 0);
-        for (std::size_t c = 0; c < mColumns.size(); ++c)
-            Append(mColumns[c], query.value(static_cast<int>(c) + first));
+        rowIds.push_back(mUpdatable ? query.value(0).toLongLong() : 0);
+        for (std::size_t c = 0; c < columns.size(); ++c)
+            Append(columns[c], query.value(static_cast<int>(c) + first));
     }
     if (query.lastError().isValid())
         throw store::SqlFailure(query.lastError(), dbError::QueryError);
 
+    mColumns = std::move(columns);
+    mIndexByName = std::move(indexByName);
+    mRowIds = std::move(rowIds);
     mGone.assign(mRowIds.size(), 0);
     mLive = static_cast<int>(mRowIds.size());
     mPos = mLive > 0 ? 0 : -1;
@@ -322,7 +326,7 @@ void Recordset::Append(Column& column, const QVariant& value) {
 void Recordset::AppendText(Column& column, const QString& text) {
     const auto start = static_cast<std::uint32_t>(column.chars.size());
     if (column.chars.size() + text.size() >= kNullText)
-        throw VbError(dbError::DiskError, QStringLiteral("Too much text for one query."));
+        throw VbError(7, QStringLiteral("Out of memory"));
     column.chars.insert(column.chars.end(), text.utf16(), text.utf16() + text.size());
     column.spans.push_back({start, static_cast<std::uint32_t>(text.size())});
 }

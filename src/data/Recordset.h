@@ -105,9 +105,8 @@ private:
     void ClearEdit();
 
     std::shared_ptr<store::Connection> mConnection;
-    QString mSql;   // as the caller gave it
     QString mQuery; // as run (with the rowid when updatable)
-    QString mTable; // the one table of an updatable recordset
+    QString mTable; // the table of a "select * from <table> ..." statement
     bool mUpdatable = false;
     bool mClosed = false;
     std::uint64_t mSerial = 0;
