@@ -152,6 +152,10 @@ frmSwitchboard& frmSwitchboard::Load() {
     return *gInstance;
 }
 
+void frmSwitchboard::RegisterFactory() {
+    Forms::SetFactory(QStringLiteral("frmSwitchboard"), [] { return &Load(); });
+}
+
 frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("frmSwitchboard"));
     setWindowTitle(QStringLiteral("Switchboard"));
@@ -169,9 +173,9 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
 
     picSwitchboard = new QLabel(this);
     picSwitchboard->setObjectName(QStringLiteral("picSwitchboard"));
-    // The banner picture at its own size, on its own dark blue to the window's right edge.
-    const QIcon banner(QStringLiteral(":/icons/banner.svg"));
-    picSwitchboard->setPixmap(banner.pixmap(banner.actualSize(QSize(640, 56))));
+    // The banner picture, on its own dark blue to the window's right edge; narrower windows
+    // get it scaled down (see eventFilter).
+    FitBanner();
     picSwitchboard->setAutoFillBackground(true);
     QPalette bannerPalette = picSwitchboard->palette();
     bannerPalette.setColor(QPalette::Window, QColor(0x1F, 0x3A, 0x5F));
@@ -1286,7 +1290,9 @@ void frmSwitchboard::FillWindowMenu() {
     if (!area)
         return;
     for (QMdiSubWindow* window : area->subWindowList()) {
-        QAction* a = mnuWindow->addAction(window->windowTitle());
+        QAction* a = mnuWindow->addAction(QStringLiteral("&%1 %2")
+                                              .arg(mnuWindow->actions().size() + 1)
+                                              .arg(window->windowTitle()));
         a->setCheckable(true);
         a->setChecked(window == area->activeSubWindow());
         connect(a, &QAction::triggered, area, [area, window] { area->setActiveSubWindow(window); });
@@ -1400,7 +1406,22 @@ void frmSwitchboard::closeEvent(QCloseEvent* event) {
 }
 
 bool frmSwitchboard::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == picSwitchboard && event->type() == QEvent::MouseButtonRelease)
-        picSwitchboard_Click();
+    if (watched == picSwitchboard) {
+        if (event->type() == QEvent::MouseButtonRelease)
+            picSwitchboard_Click();
+        else if (event->type() == QEvent::Resize)
+            FitBanner();
+    }
     return QWidget::eventFilter(watched, event);
+}
+
+void frmSwitchboard::FitBanner() {
+    static const QSize full(640, 56);
+    const int width = std::min(full.width(), std::max(picSwitchboard->width(), 1));
+    const QSize size(width, std::max(1, width * full.height() / full.width()));
+    if (!picSwitchboard->pixmap().isNull() &&
+        picSwitchboard->pixmap().deviceIndependentSize().toSize() == size)
+        return;
+    picSwitchboard->setPixmap(QIcon(QStringLiteral(":/icons/banner.svg")).pixmap(size));
+    picSwitchboard->setFixedHeight(full.height());
 }

@@ -30,6 +30,8 @@ public:
     // Loads the Switchboard (once): the main window adds it as a child and shows it. Its
     // position is restored when it is first shown inside the main window.
     static frmSwitchboard& Load();
+    // Lets Forms::Load("frmSwitchboard") create the Switchboard (start-up calls this once).
+    static void RegisterFactory();
 
     explicit frmSwitchboard(QWidget* parent = nullptr);
     ~frmSwitchboard() override;
@@ -187,6 +189,7 @@ private:
     void BuildLists();
     void Form_Load();
     void PlaceWindow();
+    void FitBanner();
     ListItem* AddRebateItem(const RebateRowTexts& texts, const QString& status, ListView* lv);
     void AddNewRebateIcon();
     void PrepareLists();
