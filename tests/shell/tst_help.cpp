@@ -63,7 +63,7 @@ void tst_help::contentsListsEveryTopic() {
     Help::ShowContents();
     HelpWindow* window = Help::Window();
     QCOMPARE(window->CurrentTopic(), 0);
-    const QStringList titles = window->ListedTitles();
+    QStringList titles = window->ListedTitles();
     QCOMPARE(titles.size(), kContexts.size() + 1);
     QCOMPARE(titles.first(), QString("Contents"));
     QVERIFY(titles.contains("Introducing Vantry! Vantry!"));
