@@ -84,7 +84,7 @@ void tst_help::search_data() {
     QTest::addColumn<QStringList>("mustNotList");
     QTest::newRow("title word") << "overdue" << QStringList{"The Overdue page"} << QStringList{};
     QTest::newRow("any case, two words")
-        << "DELETED   recover" << QStringList{"Deleting rebates", "Options"}
+        << "DELETED   purge" << QStringList{"Deleting rebates", "Options"}
         << QStringList{"The toolbar", "The status bar"};
     QTest::newRow("body text only")
         << "56 days" << QStringList{"Creating a new rebate"} << QStringList{"The Paid page"};

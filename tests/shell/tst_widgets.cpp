@@ -158,9 +158,10 @@ void tst_widgets::toolbarButtonState() {
     save.SetEnabled(false);
     QVERIFY(!widget->isEnabled());
     save.SetVisible(false);
-    QVERIFY(!widget->isVisible());
+    QVERIFY(!save.Visible());
+    QTRY_VERIFY(!widget->isVisible());
     save.SetVisible(true);
-    QVERIFY(widget->isVisible());
+    QTRY_VERIFY(widget->isVisible());
     // A plain button has no down state.
     save.SetValue(1);
     QCOMPARE(save.Value(), 0);
