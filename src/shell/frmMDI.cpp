@@ -106,6 +106,8 @@ frmMDI::frmMDI(QWidget* parent)
 }
 
 frmMDI::~frmMDI() {
+    // The children go while this window is half gone: their activation must not reach it.
+    disconnect(mdiArea, nullptr, this, nullptr);
     if (gInstance == this)
         gInstance = nullptr;
 }
