@@ -97,6 +97,7 @@ frmMDI::frmMDI(QWidget* parent)
     sbStatusBar->AttachStatusLine();
 
     connect(mdiArea, &QMdiArea::subWindowActivated, this, &frmMDI::ShowMenusOf);
+    Help::InstallF1Handler();
     cLogErr::SetActiveControlNameSource([] {
         const QWidget* focus = QApplication::focusWidget();
         return focus ? focus->objectName() : QString();

@@ -317,7 +317,7 @@ void tst_mdi::rebateButtons() {
     };
     main->HideRebateButtons();
     QCOMPARE(visible(), (QList<int>{1, 2, 4, 5, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21}));
-    QVERIFY(!main->findChild<QToolButton*>("Save")->isVisible());
+    QTRY_VERIFY(!main->findChild<QToolButton*>("Save")->isVisible());
     QVERIFY(main->findChild<QToolButton*>("Print")->isVisible());
 
     // A rebate form whose record was never saved: all back, Print disabled.
@@ -396,7 +396,7 @@ void tst_mdi::childMayKeepProgramOpen() {
     switchboard->mRefuseClose = false;
     main->mnuFileExit_Click();
     QCOMPARE(mEnded, 1);
-    QVERIFY(!IsFormLoaded("frmSwitchboard"));
+    QTRY_VERIFY(!IsFormLoaded("frmSwitchboard"));
 }
 
 void tst_mdi::webButtons() {
