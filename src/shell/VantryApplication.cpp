@@ -34,6 +34,9 @@ void Report(const VbError& error, const QObject* receiver) {
 } // namespace
 
 VantryApplication::VantryApplication(int& argc, char** argv) : QApplication(argc, argv) {
+    // The icons and help pages live in the UI library, which the linker doesn't pull in
+    // by itself.
+    Q_INIT_RESOURCE(vantry);
     setWindowIcon(QIcon(QStringLiteral(":/icons/vantry.svg")));
 }
 
