@@ -19,11 +19,13 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
+#include <QGuiApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
+#include <QScreen>
 #include <QSignalBlocker>
 #include <QTimer>
 
@@ -102,7 +104,12 @@ frmMDI::frmMDI(QWidget* parent)
         const QWidget* focus = QApplication::focusWidget();
         return focus ? focus->objectName() : QString();
     });
-    resize(960, 680);
+    // The position isn't kept between runs: the window opens in the middle of the screen.
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        const QRect room = screen->availableGeometry();
+        resize(QSize(1000, 720).boundedTo(room.size() * 0.9));
+        move(room.center() - rect().center());
+    }
     MDIForm_Load();
 }
 

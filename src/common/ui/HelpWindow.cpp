@@ -110,10 +110,10 @@ HelpWindow::HelpWindow(QWidget* parent)
     splitter->addWidget(left);
     splitter->addWidget(right);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({230, 530});
+    splitter->setSizes({280, 560});
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(splitter);
-    resize(780, 540);
+    resize(860, 580);
 
     connect(mSearch, &QLineEdit::textChanged, this, &HelpWindow::Search);
     connect(mSearch, &QLineEdit::returnPressed, this, &HelpWindow::OpenFirstListed);
