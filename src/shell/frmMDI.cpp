@@ -1,5 +1,6 @@
 #include "frmMDI.h"
 
+#include "Database.h"
 #include "Desktop.h"
 #include "Forms.h"
 #include "Globals.h"
@@ -530,5 +531,7 @@ void frmMDI::closeEvent(QCloseEvent* event) {
 
 void frmMDI::MDIForm_Unload() {
     Help::Quit();
+    // Recordsets hold their rows by themselves; the database is what stays open.
+    gDatabase.reset();
     EndProgram(0);
 }

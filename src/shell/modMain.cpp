@@ -119,6 +119,10 @@ bool Main() {
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
         splash->repaint();
         gDatabase = Database::Open(dbPath);
+        // However the program ends, the store closes while the application still runs.
+        static const bool closesAtQuit = static_cast<bool>(
+            QObject::connect(qApp, &QCoreApplication::aboutToQuit, [] { gDatabase.reset(); }));
+        Q_UNUSED(closesAtQuit);
         gMainForm = new frmMDI;
         SplashDelay(gSplashSeconds);
         delete frmSplash::Instance();

@@ -1,3 +1,4 @@
+#include "Database.h"
 #include "Fixture.h"
 #include "Forms.h"
 #include "Globals.h"
@@ -383,6 +384,7 @@ void tst_mdi::settingsAtClose() {
 }
 
 void tst_mdi::childMayKeepProgramOpen() {
+    mFixture->OpenDatabase();
     frmMDI* main = MakeMain();
     FakeForm* switchboard = AddForm("frmSwitchboard");
     switchboard->mRefuseClose = true;
@@ -390,12 +392,14 @@ void tst_mdi::childMayKeepProgramOpen() {
     main->tbToolBar_ButtonClick("Exit");
     QVERIFY(main->isVisible());
     QCOMPARE(mEnded, 0);
+    QVERIFY(gDatabase);
     // The settings were saved before the child was asked.
     QCOMPARE(GetSetting(kAppTitle, "Settings", "MDI Toolbar"), QString("Small"));
 
     switchboard->mRefuseClose = false;
     main->mnuFileExit_Click();
     QCOMPARE(mEnded, 1);
+    QVERIFY(!gDatabase); // closed at the end
     QTRY_VERIFY(!IsFormLoaded("frmSwitchboard"));
 }
 
