@@ -8,11 +8,13 @@
 #include "Settings.h"
 #include "StatusBar.h"
 #include "Toolbar.h"
+#include "cLogErr.h"
 #include "frmMDI.h"
 #include "modMain.h"
 
 #include <QCloseEvent>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -92,6 +94,7 @@ private Q_SLOTS:
     void childMenus();
     void viewMenu();
     void timerEndsProgramWithoutSwitchboard();
+    void activeControlInLog();
 
 private:
     frmMDI* MakeMain();
@@ -618,6 +621,19 @@ void tst_mdi::timerEndsProgramWithoutSwitchboard() {
     QTRY_COMPARE(mEnded, 1);
     QVERIFY(clock.elapsed() < 1000);
     QTRY_VERIFY(!mMain);
+}
+
+void tst_mdi::activeControlInLog() {
+    frmMDI* main = MakeMain();
+    FakeForm* rebate = AddForm("frmRebate");
+    auto* button = rebate->findChild<QWidget*>("cmdDelete");
+    main->activateWindow();
+    button->setFocus();
+    QTRY_COMPARE(QApplication::focusWidget(), button);
+    LogError(VbError(VbError::InvalidCall), "frmRebate", "cmdOK_Click");
+    QFile log(mFixture->LogPath());
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    QVERIFY(log.readAll().contains("Active Control:\t\tcmdDelete\r\n"));
 }
 
 QTEST_MAIN(tst_mdi)
