@@ -22,7 +22,7 @@ QLabel* MakeLabel(QWidget* parent, const char* name, const QString& text) {
 } // namespace
 
 frmSplash::frmSplash(QWidget* parent)
-    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
+    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint),
       lblFlag(MakeLabel(this, "lblFlag", QStringLiteral("0"))),
       imgSplash(MakeLabel(this, "imgSplash", QString())),
       lblVersion(MakeLabel(this, "lblVersion", QString())),

@@ -128,9 +128,10 @@ bool Main() {
         delete frmSplash::Instance();
         gMainForm->show();
     } catch (const std::exception&) {
-        // Whatever failed, the user is told the database is corrupt, as always.
-        CorruptDatabaseBox();
+        // Whatever failed, the user is told the database is corrupt, as always. The splash
+        // goes first so that nothing covers the box.
         AbandonStartup();
+        CorruptDatabaseBox();
         return false;
     }
     // From here on a failure neither stops the start nor is reported. The Tip of the Day
