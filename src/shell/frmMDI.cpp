@@ -60,16 +60,11 @@ QMenu* MakeMenu(QWidget* parent, const char* name, const QString& caption, int h
     return menu;
 }
 
-// Runs a command of another form by name, as the program's handlers do with errors
-// ignored: a form without that command, or a command that fails, changes nothing here.
+// Runs a command of another form by name. A form without that command changes nothing;
+// an error the command lets out reaches the application object, which logs it.
 void Invoke(QWidget* form, const char* command) {
-    if (!form)
-        return;
-    try {
+    if (form)
         QMetaObject::invokeMethod(form, command);
-    } catch (const std::exception&) {
-        // The called form reports its own failures; this button just does nothing more.
-    }
 }
 } // namespace
 
