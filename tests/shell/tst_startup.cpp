@@ -219,8 +219,8 @@ void tst_startup::splashWait_data() {
     QTest::addColumn<bool>("click");
     QTest::addColumn<int>("atLeast");
     QTest::addColumn<int>("atMost");
-    QTest::newRow("click on the picture") << true << 0 << 1500;
-    QTest::newRow("no click: 3 to 4 seconds") << false << 2900 << 4800;
+    QTest::newRow("click on the picture") << true << 0 << 2500;
+    QTest::newRow("no click: 3 to 4 seconds") << false << 2900 << 6000;
 }
 
 void tst_startup::splashWait() {
