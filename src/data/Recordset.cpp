@@ -133,24 +133,6 @@ QVariant TypedFromSql(Kind kind, const QVariant& value) {
     return value;
 }
 
-bool IsNumberType(int type) {
-    switch (type) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Double:
-    case QMetaType::Float:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Long:
-    case QMetaType::ULong:
-        return true;
-    default:
-        return false;
-    }
-}
-
 // A caller's value converted to what the column holds; raises 13 when it doesn't convert.
 QVariant TypedForWrite(Kind kind, const QVariant& value) {
     if (value.isNull())

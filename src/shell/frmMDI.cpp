@@ -16,7 +16,6 @@
 #include "modUtilities.h"
 
 #include <QAction>
-#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
@@ -25,7 +24,6 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
-#include <QPointer>
 #include <QScreen>
 #include <QSignalBlocker>
 #include <QTimer>
@@ -251,28 +249,7 @@ QMdiSubWindow* frmMDI::AddChild(QWidget* form) {
 }
 
 void frmMDI::AttachWindowList(QMenu* windowMenu) {
-    auto* list = new QActionGroup(windowMenu);
-    connect(windowMenu, &QMenu::aboutToShow, this, [this, windowMenu, list] {
-        for (QAction* entry : list->actions())
-            delete entry;
-        const QList<QMdiSubWindow*> children = mdiArea->subWindowList();
-        if (children.isEmpty())
-            return;
-        list->addAction(windowMenu->addSeparator());
-        int number = 0;
-        for (QMdiSubWindow* child : children) {
-            QAction* entry = windowMenu->addAction(
-                QStringLiteral("&%1 %2").arg(++number).arg(child->windowTitle()));
-            entry->setCheckable(true);
-            entry->setChecked(child == mdiArea->currentSubWindow());
-            list->addAction(entry);
-            const QPointer<QMdiSubWindow> target(child);
-            connect(entry, &QAction::triggered, this, [this, target] {
-                if (target)
-                    mdiArea->setActiveSubWindow(target);
-            });
-        }
-    });
+    ::AttachWindowList(windowMenu, [this] { return mdiArea; });
 }
 
 QString frmMDI::ActiveFormName() const {
@@ -395,9 +372,7 @@ void frmMDI::mnuFileExit_Click() {
 
 bool frmMDI::NoHelpBox() {
     if (!Help::Available()) {
-        MsgBox(QStringLiteral("Unable to display Help Contents. There is no Help associated with "
-                              "this project."),
-               vb::vbInformation, windowTitle());
+        Help::NoHelpBox(windowTitle());
         return true;
     }
     return false;

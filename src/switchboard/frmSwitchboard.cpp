@@ -86,6 +86,67 @@ bool IsBlank(const QVariant& value) {
     return CStr(NZ(value)).isEmpty();
 }
 
+// The settings key under which each list's view is kept.
+constexpr std::array<std::pair<ListView * frmSwitchboard::*, const char*>, 8> kViewKeys{{
+    {&frmSwitchboard::lvNew, "New"},
+    {&frmSwitchboard::lvAll, "All"},
+    {&frmSwitchboard::lvFollowup, "Followup"},
+    {&frmSwitchboard::lvOverdue, "Overdue"},
+    {&frmSwitchboard::lvPaid, "Paid"},
+    {&frmSwitchboard::lvPending, "Pending"},
+    {&frmSwitchboard::lvRejected, "Rejected"},
+    {&frmSwitchboard::lvUnsent, "Unsent"},
+}};
+
+// The toolbar buttons that work on any list page; "Delete" needs a record besides.
+constexpr std::array<const char*, 9> kListButtons{"New", "Large", "Small", "List",       "Details",
+                                                  "AZ",  "ZA",    "Find",  "Arrange All"};
+
+// The menu entries of a list page.
+std::array<QAction*, 14> ListMenus(const frmSwitchboard& form) {
+    return {form.mnuArrangeAll,    form.mnuDeleteRebate,    form.mnuDetails,
+            form.mnuEditRebate,    form.mnuInvertSelection, form.mnuLargeIcons,
+            form.mnuList,          form.mnuRefresh,         form.mnuSelectAll,
+            form.mnuSmallIcons,    form.mnuSortAscending,   form.mnuSortDescending,
+            form.mnuPrintSelected, form.mnuPrintPreview};
+}
+
+// The commands on a selected record: the menus, their popup twins and the main window's
+// Print button follow.
+void SetRecordCommands(frmSwitchboard& form, bool enabled) {
+    for (QAction* a :
+         {form.mnuEditRebate, form.mnuDeleteRebate, form.mnuPrintSelected, form.mnuPrintPreview})
+        SetEnabledIfDifferent(a, enabled);
+    form.mnuPopupOpen->setEnabled(form.mnuEditRebate->isEnabled());
+    form.mnuPopupDelete->setEnabled(form.mnuDeleteRebate->isEnabled());
+    form.mnuPopupPrint->setEnabled(form.mnuPrintSelected->isEnabled());
+    if (ToolbarButton* print = MainToolbarButton(QStringLiteral("Print")))
+        print->SetEnabled(form.mnuPrintSelected->isEnabled());
+}
+
+// Selects the record's row in a list and clears the selection of every other row; true when
+// the list holds the record. With `stopOnRow` the walk ends on the row, and the rows after it
+// keep their selection. `onRow` runs when the row is found, before it is scrolled to.
+bool SelectRecordRow(ListView* lv, const QString& rebateID, bool stopOnRow,
+                     const std::function<void()>& onRow = {}) {
+    bool found = false;
+    for (int i = 1; i <= lv->ListItems().Count(); ++i) {
+        ListItem* item = lv->ListItems().Item(i);
+        if (item->SubItems(3) != rebateID) {
+            item->SetSelected(false);
+            continue;
+        }
+        if (onRow)
+            onRow();
+        item->EnsureVisible();
+        item->SetSelected(true);
+        found = true;
+        if (stopOnRow)
+            break;
+    }
+    return found;
+}
+
 // Format(value, "yyyy-mm-dd"), sparing a plain date the general routine's detour through a
 // local date and time: it runs for every row of a full load.
 QString SortableDate(const QVariant& value) {
@@ -377,7 +438,10 @@ void frmSwitchboard::BuildMenus() {
     // About and the tip to their dialogs: each is connected where it is built.
     connect(mnuFile, &QMenu::aboutToShow, this, &frmSwitchboard::mnuFile_Click);
     connect(mnuEdit, &QMenu::aboutToShow, this, &frmSwitchboard::mnuEdit_Click);
-    connect(mnuWindow, &QMenu::aboutToShow, this, &frmSwitchboard::FillWindowMenu);
+    AttachWindowList(mnuWindow, [this] {
+        auto* frame = qobject_cast<QMdiSubWindow*>(parentWidget());
+        return frame ? frame->mdiArea() : nullptr;
+    });
     const auto on = [this](QAction* a, void (frmSwitchboard::*slot)()) {
         connect(a, &QAction::triggered, this, slot);
     };
@@ -513,22 +577,13 @@ void frmSwitchboard::Form_Load() {
     for (ListView* lv : AllLists())
         lv->SetIcons(large, small);
 
-    const std::array<std::pair<ListView*, const char*>, 8> viewKeys{{
-        {lvNew, "New"},
-        {lvAll, "All"},
-        {lvFollowup, "Followup"},
-        {lvOverdue, "Overdue"},
-        {lvPaid, "Paid"},
-        {lvPending, "Pending"},
-        {lvRejected, "Rejected"},
-        {lvUnsent, "Unsent"},
-    }};
-    for (const auto& [lv, key] : viewKeys) {
+    for (const auto& [list, key] : kViewKeys) {
         bool ok = false;
         const int view =
             GetSetting(kAppTitle, kSettings, QString::fromLatin1(key), QStringLiteral("0"))
                 .toInt(&ok);
-        lv->SetView(ok && view >= ListView::lvwIcon && view <= ListView::lvwReport ? view : 0);
+        (this->*list)
+            ->SetView(ok && view >= ListView::lvwIcon && view <= ListView::lvwReport ? view : 0);
     }
 
     AddNewRebateIcon();
@@ -734,35 +789,13 @@ void frmSwitchboard::UpdateIcons(const QString& rebateID) {
     ListView* lv = GetCurrentLV();
     if (!lv)
         return; // on the Statistics page the rows are rebuilt and the page stays
-
-    bool seen = false;
     if (lv == lvAll) {
-        for (int i = 1; i <= lv->ListItems().Count(); ++i) {
-            ListItem* item = lv->ListItems().Item(i);
-            if (item->SubItems(3) == rebateID) {
-                item->EnsureVisible();
-                item->SetSelected(true);
-                return;
-            }
-            if (item->Selected())
-                item->SetSelected(false);
-        }
+        SelectRecordRow(lvAll, rebateID, true);
         return;
     }
-    if (lv != lvNew) {
-        for (int i = 1; i <= lv->ListItems().Count(); ++i) {
-            ListItem* item = lv->ListItems().Item(i);
-            if (item->SubItems(3) == rebateID) {
-                item->EnsureVisible();
-                item->SetSelected(true);
-                seen = true;
-            } else if (item->Selected()) {
-                item->SetSelected(false);
-            }
-        }
-    }
-    if (seen)
+    if (lv != lvNew && SelectRecordRow(lv, rebateID, false))
         return;
+    // The record has left the list on show: the user follows it to its new one.
     const std::array<std::pair<ListView*, const char*>, 6> statusLists{{
         {lvUnsent, "Unsent"},
         {lvPending, "Pending"},
@@ -772,19 +805,10 @@ void frmSwitchboard::UpdateIcons(const QString& rebateID) {
         {lvRejected, "Rejected"},
     }};
     for (const auto& [list, caption] : statusLists) {
-        bool found = false;
-        for (int i = 1; i <= list->ListItems().Count(); ++i) {
-            ListItem* item = list->ListItems().Item(i);
-            if (item->SubItems(3) == rebateID) {
-                tbsSwitch->Tabs().Item(QString::fromLatin1(caption))->SetSelected(true);
-                item->EnsureVisible();
-                item->SetSelected(true);
-                found = true;
-            } else {
-                item->SetSelected(false);
-            }
-        }
-        if (found)
+        const auto showTab = [this, caption = caption] {
+            tbsSwitch->Tabs().Item(QString::fromLatin1(caption))->SetSelected(true);
+        };
+        if (SelectRecordRow(list, rebateID, false, showTab))
             return;
     }
 }
@@ -1046,42 +1070,26 @@ void frmSwitchboard::EnableToolbarButtons() {
         ListView* lv = GetCurrentLV();
         remove.SetEnabled(lv && lv->ListItems().Count() >= 1);
     }
-    for (const char* key :
-         {"New", "Large", "Small", "List", "Details", "AZ", "ZA", "Find", "Arrange All"})
+    for (const char* key : kListButtons)
         xToolbar->Buttons(QString::fromLatin1(key)).SetEnabled(true);
 }
 
 void frmSwitchboard::DisableToolbarButtons() {
-    for (const char* key :
-         {"New", "Delete", "Large", "Small", "List", "Details", "AZ", "ZA", "Find", "Arrange All"})
+    xToolbar->Buttons(QStringLiteral("Delete")).SetEnabled(false);
+    for (const char* key : kListButtons)
         xToolbar->Buttons(QString::fromLatin1(key)).SetEnabled(false);
 }
 
 void frmSwitchboard::EnableRecordCommands() {
-    for (QAction* a : {mnuEditRebate, mnuDeleteRebate, mnuPrintSelected, mnuPrintPreview})
-        SetEnabledIfDifferent(a, true);
-    mnuPopupOpen->setEnabled(mnuEditRebate->isEnabled());
-    mnuPopupDelete->setEnabled(mnuDeleteRebate->isEnabled());
-    mnuPopupPrint->setEnabled(mnuPrintSelected->isEnabled());
-    if (ToolbarButton* print = MainToolbarButton(QStringLiteral("Print")))
-        print->SetEnabled(mnuPrintSelected->isEnabled());
+    SetRecordCommands(*this, true);
 }
 
 void frmSwitchboard::DisableRecordCommands() {
-    for (QAction* a : {mnuEditRebate, mnuDeleteRebate, mnuPrintSelected, mnuPrintPreview})
-        SetEnabledIfDifferent(a, false);
-    mnuPopupOpen->setEnabled(mnuEditRebate->isEnabled());
-    mnuPopupDelete->setEnabled(mnuDeleteRebate->isEnabled());
-    mnuPopupPrint->setEnabled(mnuPrintSelected->isEnabled());
-    if (ToolbarButton* print = MainToolbarButton(QStringLiteral("Print")))
-        print->SetEnabled(mnuPrintSelected->isEnabled());
+    SetRecordCommands(*this, false);
 }
 
 void frmSwitchboard::EnableListMenus() {
-    for (QAction* a :
-         {mnuArrangeAll, mnuDeleteRebate, mnuDetails, mnuEditRebate, mnuInvertSelection,
-          mnuLargeIcons, mnuList, mnuRefresh, mnuSelectAll, mnuSmallIcons, mnuSortAscending,
-          mnuSortDescending, mnuPrintSelected, mnuPrintPreview})
+    for (QAction* a : ListMenus(*this))
         SetEnabledIfDifferent(a, true);
     mnuPopupDelete->setEnabled(mnuDeleteRebate->isEnabled());
     mnuPopupOpen->setEnabled(mnuEditRebate->isEnabled());
@@ -1089,10 +1097,7 @@ void frmSwitchboard::EnableListMenus() {
 }
 
 void frmSwitchboard::DisableListMenus() {
-    for (QAction* a :
-         {mnuArrangeAll, mnuDeleteRebate, mnuDetails, mnuEditRebate, mnuInvertSelection,
-          mnuLargeIcons, mnuList, mnuRefresh, mnuSelectAll, mnuSmallIcons, mnuSortAscending,
-          mnuSortDescending, mnuPrintSelected, mnuPrintPreview})
+    for (QAction* a : ListMenus(*this))
         SetEnabledIfDifferent(a, false);
 }
 
@@ -1283,22 +1288,6 @@ void frmSwitchboard::mnuPrintSelected_Click() {}
 
 void frmSwitchboard::mnuPrintStats_Click() {}
 
-void frmSwitchboard::FillWindowMenu() {
-    mnuWindow->clear();
-    auto* frame = qobject_cast<QMdiSubWindow*>(parentWidget());
-    QMdiArea* area = frame ? frame->mdiArea() : nullptr;
-    if (!area)
-        return;
-    for (QMdiSubWindow* window : area->subWindowList()) {
-        QAction* a = mnuWindow->addAction(QStringLiteral("&%1 %2")
-                                              .arg(mnuWindow->actions().size() + 1)
-                                              .arg(window->windowTitle()));
-        a->setCheckable(true);
-        a->setChecked(window == area->activeSubWindow());
-        connect(a, &QAction::triggered, area, [area, window] { area->setActiveSubWindow(window); });
-    }
-}
-
 // --- help --------------------------------------------------------------------------------------
 
 namespace {
@@ -1311,9 +1300,7 @@ void frmSwitchboard::ShowHelp(int command) {
     if (App::HelpFile().isEmpty()) {
         SetMousePointer(0);
         SetStatusText(QStringLiteral("No associated help..."));
-        MsgBox(QStringLiteral("Unable to display Help Contents. There is no Help associated with "
-                              "this project."),
-               vb::vbInformation, windowTitle());
+        Help::NoHelpBox(windowTitle());
     } else {
         switch (command) {
         case kIntro:
@@ -1375,18 +1362,9 @@ void frmSwitchboard::Form_Unload() {
         SaveSetting(kAppTitle, kSettings, QStringLiteral("SwitchboardHeight"),
                     QString::number(geometry.height() * kTwipsPerPixel));
     }
-    const std::array<std::pair<ListView*, const char*>, 8> viewKeys{{
-        {lvNew, "New"},
-        {lvAll, "All"},
-        {lvFollowup, "Followup"},
-        {lvOverdue, "Overdue"},
-        {lvPaid, "Paid"},
-        {lvPending, "Pending"},
-        {lvRejected, "Rejected"},
-        {lvUnsent, "Unsent"},
-    }};
-    for (const auto& [lv, key] : viewKeys)
-        SaveSetting(kAppTitle, kSettings, QString::fromLatin1(key), QString::number(lv->View()));
+    for (const auto& [list, key] : kViewKeys)
+        SaveSetting(kAppTitle, kSettings, QString::fromLatin1(key),
+                    QString::number((this->*list)->View()));
     try {
         while (KillFile(TempPath() + QStringLiteral("/~va*.rtf"))) {
         }

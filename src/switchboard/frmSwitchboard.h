@@ -200,7 +200,6 @@ private:
     void DeleteIconsOf(const QSet<QString>& rebateIDs);
     void ShowHelp(int command);
     void SubmitSuggestion();
-    void FillWindowMenu();
     std::array<ListView*, 7> RecordLists() const;
     std::array<ListView*, 8> AllLists() const;
 

@@ -7,16 +7,6 @@
 #include <QTest>
 
 namespace {
-// The error number a call raises, 0 when it returns.
-template <typename Call> int ErrorOf(Call call) {
-    try {
-        call();
-    } catch (const VbError& e) {
-        return e.Number();
-    }
-    return 0;
-}
-
 QVariant Money(std::int64_t raw) {
     return QVariant::fromValue(Currency::FromRaw(raw));
 }

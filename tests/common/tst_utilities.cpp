@@ -1,3 +1,4 @@
+#include "Desktop.h"
 #include "Fixture.h"
 #include "modUtilities.h"
 
@@ -11,6 +12,8 @@ private Q_SLOTS:
     void NZ();
     void programFolder();
     void killFile();
+    void defaultAnswer_data();
+    void defaultAnswer();
 };
 
 void tst_utilities::NZ_data() {
@@ -52,6 +55,25 @@ void tst_utilities::killFile() {
         ++killed;
     QCOMPARE(killed, 2);
     QVERIFY(FileExists(fixture.ProgramDir() + "~vb.rtf"));
+}
+
+void tst_utilities::defaultAnswer_data() {
+    QTest::addColumn<int>("style");
+    QTest::addColumn<int>("answer");
+    QTest::newRow("OK") << 0 << int(vb::vbOK);
+    QTest::newRow("a second button where there is one") << 256 << int(vb::vbOK);
+    QTest::newRow("Yes, No") << 36 << int(vb::vbYes);
+    QTest::newRow("Yes, No, default No") << 292 << int(vb::vbNo);
+    QTest::newRow("Yes, No, Cancel, default Cancel") << 3 + 512 << int(vb::vbCancel);
+    QTest::newRow("Abort, Retry, Ignore") << 2 << int(vb::vbAbort);
+    QTest::newRow("Retry, Cancel, default Cancel") << 5 + 256 << int(vb::vbCancel);
+}
+
+void tst_utilities::defaultAnswer() {
+    QFETCH(int, style);
+    QFETCH(int, answer);
+    QCOMPARE(vb::DefaultAnswer(style), answer);
+    QCOMPARE(MsgBox("Go on?", style, "Question"), answer); // no desktop installed: the default
 }
 
 QTEST_GUILESS_MAIN(tst_utilities)

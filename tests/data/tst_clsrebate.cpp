@@ -15,15 +15,6 @@ Q_DECLARE_METATYPE(Setter)
 
 namespace {
 
-int ErrorOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const VbError& error) {
-        return error.Number();
-    }
-    return 0;
-}
-
 void SelectRow(const QString& rebateID) {
     clsRebate::SetSelectedRebateIDSource([rebateID] { return rebateID; });
 }
@@ -148,8 +139,7 @@ void tst_clsrebate::blankMemberIsStored() {
     QFETCH(Setter, clear);
     QFETCH(bool, null);
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({kFilled});
+    fixture.OpenDatabase({kFilled});
     SelectRow(kFilled.RebateID);
     clsRebate rebate;
     clear(rebate);
@@ -166,8 +156,7 @@ void tst_clsrebate::blankMemberIsStored() {
 
 void tst_clsrebate::readsTheSelectedRow() {
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({{.RebateID = "1", .RebateName = "Other"}, kFilled});
+    fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Other"}, kFilled});
     SelectRow(kFilled.RebateID);
     clsRebate rebate;
     QCOMPARE(rebate.RebateID(), kFilled.RebateID);
@@ -191,13 +180,12 @@ void tst_clsrebate::readsTheSelectedRow() {
 
 void tst_clsrebate::nullsReadAsDefaults() {
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({{.RebateID = "1",
-                    .RebateName = std::nullopt,
-                    .PurchasePrice = std::nullopt,
-                    .AmountReceived = std::nullopt,
-                    .Rejected = std::nullopt,
-                    .Deleted = std::nullopt}});
+    fixture.OpenDatabase({{.RebateID = "1",
+                           .RebateName = std::nullopt,
+                           .PurchasePrice = std::nullopt,
+                           .AmountReceived = std::nullopt,
+                           .Rejected = std::nullopt,
+                           .Deleted = std::nullopt}});
     SelectRow("1");
     clsRebate rebate;
     QCOMPARE(rebate.RebateName(), QString(""));
@@ -219,8 +207,7 @@ void tst_clsrebate::missingRowRaises() {
     QFETCH(bool, selection);
     QFETCH(int, error);
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({kFilled});
+    fixture.OpenDatabase({kFilled});
     if (selection)
         SelectRow("20990101000000");
     QCOMPARE(ErrorOf([] { clsRebate rebate; }), error);
@@ -240,8 +227,7 @@ void tst_clsrebate::refreshNeedsTheFormAndAKey() {
     QFETCH(QString, key);
     QFETCH(bool, refreshed);
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({kFilled});
+    fixture.OpenDatabase({kFilled});
     gbNewRecord = true;
     clsRebate rebate;
     ShowInForm(formLoaded ? std::optional<QString>(key) : std::nullopt);
@@ -274,8 +260,7 @@ void tst_clsrebate::refusedSaveCanBeRetried() {
 
 void tst_clsrebate::movesBeepAtTheEnds() {
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({kFilled});
+    fixture.OpenDatabase({kFilled});
     SelectRow(kFilled.RebateID);
     clsRebate rebate;
     rebate.MoveNext();

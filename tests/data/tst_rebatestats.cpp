@@ -158,9 +158,7 @@ void tst_rebatestats::tooManyRowsForACount() {
     QCOMPARE(mFixture->Desktop().boxes[0].title, QString("Error Compiling Stats"));
     QCOMPARE(mFixture->Desktop().boxes[0].style, 48);
     QVERIFY(mFixture->Desktop().boxes[0].prompt.contains("Overflow"));
-    QFile log(mFixture->LogPath());
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    const QString entry = QString::fromLatin1(log.readAll());
+    const QString entry = mFixture->LogText();
     QVERIFY(entry.contains("Error Number:\t\t6\r\n"));
     QVERIFY(entry.contains("Error Source:\t\tclsRebateStats\r\n"));
     QVERIFY(entry.contains("Error Location:\t\tGetStatistics()\r\n"));

@@ -11,16 +11,6 @@
 
 namespace {
 
-// The number of the VbError the action raises, 0 when it raises none.
-int ErrorOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const VbError& error) {
-        return error.Number();
-    }
-    return 0;
-}
-
 QString ErrorText(const std::function<void()>& action) {
     try {
         action();
@@ -158,10 +148,9 @@ void tst_store::programQueriesRunAsWritten() {
     QFETCH(QString, sql);
     QFETCH(QStringList, keys);
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({{.RebateID = "A"},
-                   {.RebateID = "B", .Deleted = true},
-                   {.RebateID = "C", .Deleted = std::nullopt}});
+    fixture.OpenDatabase({{.RebateID = "A"},
+                          {.RebateID = "B", .Deleted = true},
+                          {.RebateID = "C", .Deleted = std::nullopt}});
     for (int type : {dbOpenDynaset, dbOpenSnapshot}) {
         auto rs = gDatabase->OpenRecordset(sql, type);
         QCOMPARE(rs->RecordCount(), keys.size());
@@ -284,8 +273,8 @@ void tst_store::unconvertibleValueChangesNothing() {
     QFETCH(QString, column);
     QFETCH(QVariant, value);
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({{.RebateID = "A", .PurchasePrice = 10.0, .DateSent = QDate(2026, 11, 1)}});
+    fixture.OpenDatabase(
+        {{.RebateID = "A", .PurchasePrice = 10.0, .DateSent = QDate(2026, 11, 1)}});
     auto rs = gDatabase->OpenRecordset("Select * from Rebates Where RebateID = 'A'");
     const QVariant before = rs->Fields(column);
     const QVariantMap rawBefore = ReadRawRebate("A");
@@ -321,8 +310,7 @@ void tst_store::addedRowStaysOutOfTheRecordset() {
 
 void tst_store::cursorMovesAndLimits() {
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({{.RebateID = "1"}, {.RebateID = "2"}, {.RebateID = "3"}});
+    fixture.OpenDatabase({{.RebateID = "1"}, {.RebateID = "2"}, {.RebateID = "3"}});
     auto rs = gDatabase->OpenRecordset("Select * from Rebates");
     QCOMPARE(rs->RecordCount(), 3);
     QVERIFY(!rs->IsBOF() && !rs->IsEOF());
@@ -352,8 +340,7 @@ void tst_store::cursorMovesAndLimits() {
 
 void tst_store::editWritesTheOneRow() {
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates(
+    fixture.OpenDatabase(
         {{.RebateID = "1", .RebateName = "Printer"}, {.RebateID = "2", .RebateName = "Router"}});
     auto rs = gDatabase->OpenRecordset("Select * from Rebates");
     rs->MoveLast();
@@ -383,8 +370,7 @@ void tst_store::refusedUpdateCanBeRetried_data() {
 void tst_store::refusedUpdateCanBeRetried() {
     QFETCH(bool, adding);
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({{.RebateID = "1", .RebateName = "Printer"}});
+    fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Printer"}});
     gDatabase->SetBusyTimeout(0);
     auto rs = gDatabase->OpenRecordset(adding ? kMatchNone : "Select * from Rebates");
     if (adding) {
@@ -415,8 +401,7 @@ void tst_store::refusedUpdateCanBeRetried() {
 
 void tst_store::duplicateKeyIsRefused() {
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({{.RebateID = "20261123100000", .RebateName = "First"}});
+    fixture.OpenDatabase({{.RebateID = "20261123100000", .RebateName = "First"}});
     auto rs = gDatabase->OpenRecordset(kMatchNone);
     rs->AddNew();
     rs->SetField("RebateID", "20261123100000");
@@ -428,8 +413,7 @@ void tst_store::duplicateKeyIsRefused() {
 
 void tst_store::deleteRemovesTheRow() {
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({{.RebateID = "1"}, {.RebateID = "2"}, {.RebateID = "3"}});
+    fixture.OpenDatabase({{.RebateID = "1"}, {.RebateID = "2"}, {.RebateID = "3"}});
     auto rs = gDatabase->OpenRecordset("Select * from Rebates");
     rs->MoveNext();
     rs->Delete();
@@ -448,8 +432,7 @@ void tst_store::deleteRemovesTheRow() {
 
 void tst_store::snapshotIsReadOnly() {
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({{.RebateID = "1"}});
+    fixture.OpenDatabase({{.RebateID = "1"}});
     auto rs = gDatabase->OpenRecordset("Select * from Rebates", dbOpenSnapshot);
     QVERIFY(!rs->Updatable());
     QCOMPARE(ErrorOf([&] { rs->Edit(); }), 3027);
@@ -462,8 +445,7 @@ void tst_store::snapshotIsReadOnly() {
 
 void tst_store::recordsetOutlivesItsDatabase() {
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({{.RebateID = "1", .RebateName = "Printer"}});
+    fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Printer"}});
     auto rs = gDatabase->OpenRecordset("Select * from Rebates");
     gDatabase.reset();
     QCOMPARE(rs->Fields("RebateName"), QVariant("Printer"));

@@ -631,9 +631,7 @@ void tst_mdi::activeControlInLog() {
     button->setFocus();
     QTRY_COMPARE(QApplication::focusWidget(), button);
     LogError(VbError(VbError::InvalidCall), "frmRebate", "cmdOK_Click");
-    QFile log(mFixture->LogPath());
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    QVERIFY(log.readAll().contains("Active Control:\t\tcmdDelete\r\n"));
+    QVERIFY(mFixture->LogText().contains("Active Control:\t\tcmdDelete\r\n"));
 }
 
 QTEST_MAIN(tst_mdi)

@@ -45,11 +45,6 @@ QString CorruptText() {
            "This program will now terminate.";
 }
 
-QByteArray ReadAll(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 bool Listening(const QString& name) {
     QLocalSocket probe;
     probe.connectToServer(name);
@@ -150,7 +145,7 @@ void tst_startup::restoresFromReserve() {
     QVERIFY(Main());
     QVERIFY(frmMDI::Instance());
     QVERIFY(QFile::exists(mFixture->ReservePath()));
-    QCOMPARE(ReadAll(mFixture->DatabasePath()), ReadAll(mFixture->ReservePath()));
+    QCOMPARE(ReadFile(mFixture->DatabasePath()), ReadFile(mFixture->ReservePath()));
     QCOMPARE(gDatabase->Name(), mFixture->DatabasePath());
     QVERIFY(mFixture->Desktop().boxes.isEmpty());
 }
@@ -178,7 +173,7 @@ void tst_startup::corruptDatabase() {
     QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
     file.write(QByteArray("This is not a database at all.\n").repeated(200));
     file.close();
-    const QByteArray before = ReadAll(mFixture->DatabasePath());
+    const QByteArray before = ReadFile(mFixture->DatabasePath());
 
     QVERIFY(!Main());
     const auto& boxes = mFixture->Desktop().boxes;
@@ -186,7 +181,7 @@ void tst_startup::corruptDatabase() {
     QCOMPARE(boxes[0].title, QString("Corrupt Database File"));
     QCOMPARE(boxes[0].style, 16);
     QCOMPARE(boxes[0].prompt, CorruptText());
-    QCOMPARE(ReadAll(mFixture->DatabasePath()), before);
+    QCOMPARE(ReadFile(mFixture->DatabasePath()), before);
     QVERIFY(!frmMDI::Instance());
     QVERIFY(!frmSplash::Instance());
     QVERIFY(!gAppStarted);
@@ -316,7 +311,7 @@ void tst_startup::escapedErrorsAreLogged() {
     QCOMPARE(boxes[0].title, QString("Vantry! Vantry! Error"));
     QCOMPARE(boxes[0].style, 48);
     QVERIFY(boxes[1].prompt.startsWith("out of order\r\n\r\n"));
-    const QString log = QString::fromUtf8(ReadAll(mFixture->LogPath()));
+    const QString log = mFixture->LogText();
     QVERIFY(log.contains("Error Number:\t\t13\r\n"));
     QVERIFY(log.contains("Error Number:\t\t51\r\n"));
     QVERIFY(log.contains("Error Source:\t\tpicFailing\r\n"));

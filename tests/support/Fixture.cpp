@@ -4,6 +4,7 @@
 #include "Database.h"
 #include "Globals.h"
 #include "Settings.h"
+#include "VbError.h"
 #include "cLogErr.h"
 #include "clsRebate.h"
 #include "modUtilities.h"
@@ -55,8 +56,28 @@ QString Fixture::SettingsFile() const {
     return SettingsStore::FileFor(kAppTitle);
 }
 
-void Fixture::OpenDatabase() {
+void Fixture::OpenDatabase(const QList<RebateRow>& rows) {
     gDatabase = Database::Open(DatabasePath());
+    if (!rows.isEmpty())
+        InsertRebates(rows);
+}
+
+QString Fixture::LogText() const {
+    return QString::fromUtf8(ReadFile(LogPath()));
+}
+
+int ErrorOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const VbError& error) {
+        return error.Number();
+    }
+    return 0;
+}
+
+QByteArray ReadFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 void InitTestResources() {

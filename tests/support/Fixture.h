@@ -1,10 +1,12 @@
 #pragma once
 
+#include "RebateRows.h"
 #include "ScriptedDesktop.h"
 
 #include <QDateTime>
 #include <QString>
 #include <QTemporaryDir>
+#include <functional>
 
 // What every test starts from: a temporary program folder holding a fresh copy of the
 // reserve database as "Vantry.rdb" and "Vantry.mdb", settings in a temporary folder, the
@@ -28,14 +30,22 @@ public:
     QString SettingsFile() const;                    // the INI file in use
     ScriptedDesktop& Desktop() { return *mDesktop; } // owned by the seam
 
-    // Opens gDatabase on DatabasePath(); the fixture closes it at the end. Rows go in with
-    // InsertRebates (RebateRows.h).
-    void OpenDatabase();
+    // Opens gDatabase on DatabasePath() and writes the rows into it (InsertRebates); the
+    // fixture closes it at the end.
+    void OpenDatabase(const QList<RebateRow>& rows = {});
+    // The error log's text; "" when there is no log file.
+    QString LogText() const;
 
 private:
     QTemporaryDir mDir;
     ScriptedDesktop* mDesktop;
 };
+
+// The number of the VbError the action raises, 0 when it raises none.
+int ErrorOf(const std::function<void()>& action);
+
+// The whole file; empty when it can't be read.
+QByteArray ReadFile(const QString& path);
 
 // Registers the program's compiled resources (icons, help pages) in a test executable.
 void InitTestResources();

@@ -30,11 +30,6 @@ MemoryStatus FixedMemory() {
     status.availPhys = 987654321;
     return status;
 }
-
-QByteArray ReadFile(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 } // namespace
 
 class tst_errorlog : public QObject {
@@ -236,13 +231,7 @@ void tst_errorlog::unwritableLog() {
     QVERIFY(!boxes[0].prompt.isEmpty());
     QVERIFY(!boxes[0].prompt.contains("No current record."));
 
-    int error = 0;
-    try {
-        gErrorLog->Display();
-    } catch (const VbError& e) {
-        error = e.Number();
-    }
-    QCOMPARE(error, 75);
+    QCOMPARE(ErrorOf([] { gErrorLog->Display(); }), 75);
 
     // The program goes on: a log in a writable place works again.
     gErrorLog->Init(std::nullopt, mFixture->ProgramDir() + "other.log");
@@ -277,7 +266,7 @@ void tst_errorlog::systemMemoryFigures() {
 
     cLogErr::SetMemoryStatusSource(nullptr);
     gErrorLog->LogIt(6, "Overflow", "clsRebateStats", "GetStatistics()");
-    const QString log = QString::fromUtf8(ReadFile(mFixture->LogPath()));
+    const QString log = mFixture->LogText();
     const QRegularExpression figures(
         "\r\nMemory Load:\t\t\\d{1,3}%\r\n"
         "Total Virtual: \t\t(-?[\\d,]+)\r\nAvailable Virtual: \t(-?[\\d,]+)\r\n"

@@ -122,6 +122,7 @@ private Q_SLOTS:
     void missingTableIsLogged();
     void windowPositionSaved();
     void ctrlTabCycles();
+    void windowMenuListsTheChildren();
     void popupWithTwoSelected();
     void helpWithoutHelpFile_data();
     void helpWithoutHelpFile();
@@ -197,8 +198,7 @@ void tst_switchboard::recordGoesToItsList() {
     QFETCH(QString, list);
     QFETCH(QString, expected);
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({row});
+    fixture.OpenDatabase({row});
     Board board;
     for (const char* name :
          {"lvUnsent", "lvPending", "lvOverdue", "lvPaid", "lvFollowup", "lvRejected"}) {
@@ -247,8 +247,7 @@ void tst_switchboard::updateIconsFollowsTheRecord() {
     QFETCH(QString, shown);
     QFETCH(QString, expectedTab);
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates(
+    fixture.OpenDatabase(
         {RebateRow{
              .RebateID = "20261101000000", .RebateName = "Moved", .DateSent = QDate(2026, 11, 1)},
          RebateRow{
@@ -276,8 +275,7 @@ void tst_switchboard::updateIconsFollowsTheRecord() {
 
 void tst_switchboard::columnClickSorts() {
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates(
+    fixture.OpenDatabase(
         {RebateRow{
              .RebateID = "1", .RebateName = "b", .ProductName = "y", .DateSent = QDate(2026, 3, 1)},
          RebateRow{.RebateID = "2", .RebateName = "a", .ProductName = "z"},
@@ -416,8 +414,7 @@ void tst_switchboard::commandsByTab() {
     QFETCH(bool, viewButtons);
     QFETCH(bool, deleteButton);
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({RebateRow{.RebateID = "1", .RebateName = "Only"}});
+    fixture.OpenDatabase({RebateRow{.RebateID = "1", .RebateName = "Only"}});
     Board board;
     board.SelectTab("All"); // from a tab with everything on
     QTest::mouseClick(board.form->tbsSwitch->Bar(), Qt::LeftButton, {},
@@ -472,10 +469,9 @@ void tst_switchboard::deleteRecords() {
     QFETCH(QString, question);
     QFETCH(QString, title);
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({RebateRow{.RebateID = "1", .RebateName = "a"},
-                   RebateRow{.RebateID = "2", .RebateName = "b"},
-                   RebateRow{.RebateID = "3", .RebateName = "c"}});
+    fixture.OpenDatabase({RebateRow{.RebateID = "1", .RebateName = "a"},
+                          RebateRow{.RebateID = "2", .RebateName = "b"},
+                          RebateRow{.RebateID = "3", .RebateName = "c"}});
     Board board;
     board.SelectTab("All");
     ListView* lv = board.form->lvAll;
@@ -501,9 +497,8 @@ void tst_switchboard::deleteRecords() {
 
 void tst_switchboard::deleteWithRebateFormOpen() {
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({RebateRow{.RebateID = "1", .RebateName = "a"},
-                   RebateRow{.RebateID = "2", .RebateName = "b"}});
+    fixture.OpenDatabase({RebateRow{.RebateID = "1", .RebateName = "a"},
+                          RebateRow{.RebateID = "2", .RebateName = "b"}});
     Board board;
     board.SelectTab("Unsent");
     board.form->lvUnsent->ListItems().Item(1)->SetSelected(true);
@@ -598,10 +593,10 @@ void tst_switchboard::exitQuestion() {
 
 void tst_switchboard::letterKeySearch() {
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates({RebateRow{.RebateID = "1", .RebateName = "Nails"},
-                   RebateRow{.RebateID = "2", .RebateName = "Tape", .DateSent = QDate(2026, 5, 1)},
-                   RebateRow{.RebateID = "3", .RebateName = "Glue"}});
+    fixture.OpenDatabase(
+        {RebateRow{.RebateID = "1", .RebateName = "Nails"},
+         RebateRow{.RebateID = "2", .RebateName = "Tape", .DateSent = QDate(2026, 5, 1)},
+         RebateRow{.RebateID = "3", .RebateName = "Glue"}});
     Board board;
     board.SelectTab("All");
     QWidget* view = board.form->lvAll->ActiveView();
@@ -624,9 +619,7 @@ void tst_switchboard::missingTableIsLogged() {
     board.form->mnuRefresh_Click();
     QCOMPARE(fixture.Desktop().boxes.size(), 1);
     QCOMPARE(fixture.Desktop().boxes[0].title, QString("Vantry! Vantry! Error"));
-    QFile log(fixture.LogPath());
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    const QString text = QString::fromUtf8(log.readAll());
+    const QString text = fixture.LogText();
     QVERIFY2(text.contains("AddAllListItems()"), qPrintable(text));
     QVERIFY(text.contains("frmSwitchboard"));
     QCOMPARE(StatusText(), QString("Ready..."));
@@ -672,11 +665,36 @@ void tst_switchboard::ctrlTabCycles() {
     QCOMPARE(board.Tab(), QString("New")); // from the last tab back to the first
 }
 
-void tst_switchboard::popupWithTwoSelected() {
+void tst_switchboard::windowMenuListsTheChildren() {
     Fixture fixture;
     fixture.OpenDatabase();
-    InsertRebates({RebateRow{.RebateID = "1", .RebateName = "a"},
-                   RebateRow{.RebateID = "2", .RebateName = "b"}});
+    Board board;
+    QMdiSubWindow* other = board.area.addSubWindow(new QWidget);
+    other->setWindowTitle("Other");
+    other->show();
+    board.area.setActiveSubWindow(other);
+    QMenu* menu = board.form->mnuWindow;
+    menu->popup(QPoint(0, 0));
+    QTRY_VERIFY(menu->isVisible());
+    QStringList entries;
+    QAction* switchboard = nullptr;
+    for (QAction* entry : menu->actions()) {
+        if (entry->isSeparator())
+            continue;
+        entries << entry->text() + (entry->isChecked() ? " (active)" : "");
+        if (!switchboard)
+            switchboard = entry;
+    }
+    menu->close();
+    QCOMPARE(entries, (QStringList{"&1 Switchboard", "&2 Other (active)"}));
+    switchboard->trigger();
+    QCOMPARE(board.area.currentSubWindow(), board.window);
+}
+
+void tst_switchboard::popupWithTwoSelected() {
+    Fixture fixture;
+    fixture.OpenDatabase({RebateRow{.RebateID = "1", .RebateName = "a"},
+                          RebateRow{.RebateID = "2", .RebateName = "b"}});
     Board board;
     board.SelectTab("Unsent");
     board.Action("mnuDetails")->trigger();

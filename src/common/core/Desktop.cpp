@@ -10,17 +10,7 @@ std::unique_ptr<Desktop> gDesktop;
 class SilentDesktop final : public Desktop {
 public:
     int MsgBox(const QString&, int style, const QString&) override {
-        switch (style & 7) {
-        case vb::vbOKCancel:
-            return (style & vb::vbDefaultButton2) ? vb::vbCancel : vb::vbOK;
-        case vb::vbYesNo:
-        case vb::vbYesNoCancel:
-            return (style & vb::vbDefaultButton2) ? vb::vbNo : vb::vbYes;
-        case vb::vbRetryCancel:
-            return (style & vb::vbDefaultButton2) ? vb::vbCancel : vb::vbRetry;
-        default:
-            return vb::vbOK;
-        }
+        return vb::DefaultAnswer(style);
     }
     QString InputBox(const QString&, const QString&, const QString&) override { return {}; }
     bool OpenDocument(const QString&) override { return false; }
@@ -28,6 +18,29 @@ public:
     void Beep() override {}
 };
 } // namespace
+
+QList<int> vb::ButtonAnswers(int style) {
+    switch (style & 7) {
+    case vbOKCancel:
+        return {vbOK, vbCancel};
+    case vbAbortRetryIgnore:
+        return {vbAbort, vbRetry, vbIgnore};
+    case vbYesNoCancel:
+        return {vbYes, vbNo, vbCancel};
+    case vbYesNo:
+        return {vbYes, vbNo};
+    case vbRetryCancel:
+        return {vbRetry, vbCancel};
+    default:
+        return {vbOK};
+    }
+}
+
+int vb::DefaultAnswer(int style) {
+    const QList<int> answers = ButtonAnswers(style);
+    const qsizetype index = (style & vbDefaultButton3) ? 2 : (style & vbDefaultButton2) ? 1 : 0;
+    return answers.value(index, answers.front());
+}
 
 Desktop& TheDesktop() {
     if (!gDesktop)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <memory>
 
@@ -31,6 +32,11 @@ enum MsgBoxResult {
     vbYes = 6,
     vbNo = 7
 };
+// The buttons of a style as their answers, in the order they stand ({vbYes, vbNo} for vbYesNo).
+QList<int> ButtonAnswers(int style);
+// The answer of a style's default button (the first, or the one vbDefaultButton2 or 3 names):
+// what the box gives when the user just presses Enter.
+int DefaultAnswer(int style);
 } // namespace vb
 
 // The desktop seam: everything the program asks of the user's desktop. The program installs

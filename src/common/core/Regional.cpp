@@ -39,21 +39,7 @@ bool IsNullValue(const QVariant& value) {
 }
 
 bool IsNumberValue(const QVariant& value) {
-    switch (value.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Long:
-    case QMetaType::ULong:
-    case QMetaType::Double:
-    case QMetaType::Float:
-        return true;
-    default:
-        return false;
-    }
+    return IsNumberType(value.typeId());
 }
 
 bool IsIntegerValue(const QVariant& value) {
@@ -940,6 +926,24 @@ QDate CDate(const QVariant& value) {
         throw VbError(VbError::Overflow);
     }
     throw VbError(VbError::TypeMismatch);
+}
+
+bool IsNumberType(int typeId) {
+    switch (typeId) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Long:
+    case QMetaType::ULong:
+    case QMetaType::Double:
+    case QMetaType::Float:
+        return true;
+    default:
+        return false;
+    }
 }
 
 bool IsNumeric(const QVariant& value) {

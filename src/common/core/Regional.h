@@ -63,6 +63,7 @@ private:
 bool IsDate(const QVariant& value);    // a QDate/QDateTime, or text that ParseDate reads
 QDate CDate(const QVariant& value);    // dates, date text, numbers as day serials (0 = 12/30/1899)
 bool IsNumeric(const QVariant& value); // numbers, Booleans, or text that CDbl reads
+bool IsNumberType(int typeId);         // a QVariant type of plain numbers: integers, double, float
 double CDbl(const QVariant& value);    // text as ParseCurrency reads it, without the rounding
 Currency CCur(const QVariant& value);  // as CDbl, exact to the fourth decimal
 bool CBool(const QVariant& value);     // numbers: non-zero; text "True"/"False" or a number

@@ -33,6 +33,10 @@ QString VbError::StandardDescription(int number) {
                               "primary key, or relationship.");
     case ItemNotFound:
         return QStringLiteral("Item not found in this collection.");
+    case IndexOutOfBounds:
+        return QStringLiteral("Index out of bounds");
+    case ElementNotFound:
+        return QStringLiteral("Element not found");
     default:
         return QStringLiteral("Application-defined or object-defined error");
     }

@@ -23,6 +23,8 @@ public:
         UpdateWithoutEdit = 3020,
         DatabaseError = 3049,
         QueryError = 3075,
+        IndexOutOfBounds = 35600, // the list, tab and toolbar collections
+        ElementNotFound = 35601,
     };
 
     VbError(int number, QString description);

@@ -1,5 +1,6 @@
 #include "Help.h"
 
+#include "Desktop.h"
 #include "HelpWindow.h"
 
 #include <QApplication>
@@ -71,6 +72,12 @@ void App::SetHelpFile(const QString& path) {
 
 bool Help::Available() {
     return !gHelpFile.isEmpty() && QFile::exists(QStringLiteral(":/help/contents.html"));
+}
+
+void Help::NoHelpBox(const QString& title) {
+    MsgBox(QStringLiteral("Unable to display Help Contents. There is no Help associated with this "
+                          "project."),
+           vb::vbInformation, title);
 }
 
 void Help::ShowContents() {

@@ -21,6 +21,8 @@ inline constexpr char kContextProperty[] = "HelpContextID";
 
 // True when App.HelpFile is set and the compiled topics are there.
 bool Available();
+// Tells the user, in an information box with the given title, that there is no help.
+void NoHelpBox(const QString& title);
 // The contents page (HELP_FINDER).
 void ShowContents();
 // The search field, focused, over the list of topics (HELP_PARTIALKEY with no key).

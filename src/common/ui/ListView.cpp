@@ -1,5 +1,6 @@
 #include "ListView.h"
 
+#include "MouseButtons.h"
 #include "VbError.h"
 
 #include <QAbstractTableModel>
@@ -16,7 +17,6 @@
 #include <algorithm>
 
 namespace {
-constexpr int kIndexOutOfBounds = 35600;
 constexpr int kTwipsPerPixel = 15;
 constexpr int kLargeIconSize = 32;
 constexpr int kSmallIconSize = 16;
@@ -24,10 +24,6 @@ constexpr int kSmallIconSize = 16;
 constexpr int kMaxRemovalRanges = 64;
 // From this many rows out of order on, a sort folds the keys' case first.
 constexpr int kFoldedSortFrom = 256;
-
-VbError IndexOutOfBounds() {
-    return VbError(kIndexOutOfBounds, QStringLiteral("Index out of bounds"));
-}
 } // namespace
 
 // The item model over the rows of a ListView. It only reads the owner's vector; the owner
@@ -171,13 +167,13 @@ void ListItem::EnsureVisible() {
 
 QString ListItem::SubItems(int index) const {
     if (index < 1 || index > kMaxSubItems)
-        throw IndexOutOfBounds();
+        throw VbError(VbError::IndexOutOfBounds);
     return mSubItems[static_cast<size_t>(index - 1)];
 }
 
 void ListItem::SetSubItems(int index, const QString& text) {
     if (index < 1 || index > kMaxSubItems)
-        throw IndexOutOfBounds();
+        throw VbError(VbError::IndexOutOfBounds);
     QString& slot = mSubItems[static_cast<size_t>(index - 1)];
     if (slot == text)
         return;
@@ -194,7 +190,7 @@ ListItem* ListItemCollection::Add(const QString& text, const QString& icon,
 
 void ListItemCollection::Remove(int index) {
     if (index < 1 || index > Count())
-        throw IndexOutOfBounds();
+        throw VbError(VbError::IndexOutOfBounds);
     mOwner->RemoveRow(index - 1);
 }
 
@@ -208,7 +204,7 @@ int ListItemCollection::Count() const {
 
 ListItem* ListItemCollection::Item(int index) const {
     if (index < 1 || index > Count())
-        throw IndexOutOfBounds();
+        throw VbError(VbError::IndexOutOfBounds);
     mOwner->Flush();
     return mOwner->RowAt(index - 1);
 }
@@ -245,7 +241,7 @@ ColumnHeader* ColumnHeaderCollection::Add(const QString& text, int widthTwips) {
 
 ColumnHeader* ColumnHeaderCollection::Item(int index) const {
     if (index < 1 || index > Count())
-        throw IndexOutOfBounds();
+        throw VbError(VbError::IndexOutOfBounds);
     return mHeaders[static_cast<size_t>(index - 1)].get();
 }
 
@@ -430,25 +426,24 @@ void ListView::SetSorted(bool sorted) {
     if (sorted == mSorted)
         return;
     mSorted = sorted;
-    if (sorted) {
-        mSortedUpTo = 0;
-        ScheduleFlush();
-    }
+    SortAgain();
 }
 
 void ListView::SetSortKey(int key) {
     if (key == mSortKey)
         return;
     mSortKey = key;
-    mSortedUpTo = 0;
-    if (mSorted)
-        ScheduleFlush();
+    SortAgain();
 }
 
 void ListView::SetSortOrder(int order) {
     if (order == mSortOrder)
         return;
     mSortOrder = order;
+    SortAgain();
+}
+
+void ListView::SortAgain() {
     mSortedUpTo = 0;
     if (mSorted)
         ScheduleFlush();
@@ -754,10 +749,8 @@ void ListView::RowSelectionChanged(ListItem* item, bool selected) {
 void ListView::RowTextChanged(ListItem* item, int column) {
     if (item->mRow < mAnnounced)
         mModel->RowChanged(item->mRow);
-    if (mSorted && column == mSortKey) {
-        mSortedUpTo = 0;
-        ScheduleFlush();
-    }
+    if (column == mSortKey)
+        SortAgain();
 }
 
 void ListView::ApplyColumnWidth(const ColumnHeader& header) {
@@ -774,21 +767,7 @@ void ListView::ViewMousePressed() {
 void ListView::ViewMouseReleased(QMouseEvent* event, const QModelIndex& index) {
     if (index.isValid() && index.row() < RowCount())
         Q_EMIT ItemClick(RowAt(index.row()));
-    int button = 0;
-    switch (event->button()) {
-    case Qt::LeftButton:
-        button = 1;
-        break;
-    case Qt::RightButton:
-        button = 2;
-        break;
-    case Qt::MiddleButton:
-        button = 4;
-        break;
-    default:
-        break;
-    }
-    Q_EMIT MouseUp(button, event->globalPosition().toPoint());
+    Q_EMIT MouseUp(OldMouseButton(event->button()), event->globalPosition().toPoint());
 }
 
 bool ListView::ViewKeyPressed(QKeyEvent* event) {

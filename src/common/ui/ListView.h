@@ -192,6 +192,7 @@ private:
     void Flush();
     void ScheduleFlush();
     void SortRows();
+    void SortAgain(); // all rows count as out of order; sorted at the next flush
     void Renumber(int from);
     void SyncSelectionToView();
     void OnViewSelectionChanged(const QItemSelection& selected, const QItemSelection& deselected);

@@ -7,12 +7,6 @@
 #include <QTabBar>
 #include <QVBoxLayout>
 
-namespace {
-VbError NoSuchTab() {
-    return VbError(35600, QStringLiteral("Index out of bounds"));
-}
-} // namespace
-
 bool Tab::Selected() const {
     return mOwner->mBar->currentIndex() == mIndex - 1;
 }
@@ -41,7 +35,7 @@ Tab* TabCollection::Add(const QString& key, const QString& caption, const QStrin
 
 Tab* TabCollection::Item(int index) const {
     if (index < 1 || index > Count())
-        throw NoSuchTab();
+        throw VbError(VbError::IndexOutOfBounds);
     return mTabs[static_cast<size_t>(index - 1)].get();
 }
 
@@ -49,7 +43,7 @@ Tab* TabCollection::Item(const QString& key) const {
     for (const auto& tab : mTabs)
         if (tab->mKey == key)
             return tab.get();
-    throw NoSuchTab();
+    throw VbError(VbError::IndexOutOfBounds);
 }
 
 TabStrip::TabStrip(QWidget* parent) : QWidget(parent) {

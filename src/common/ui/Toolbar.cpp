@@ -1,27 +1,13 @@
 #include "Toolbar.h"
 
 #include "ImageList.h"
+#include "MouseButtons.h"
 #include "VbError.h"
 
 #include <QAction>
 #include <QActionGroup>
 #include <QMouseEvent>
 #include <QToolButton>
-
-namespace {
-int OldButtonValue(Qt::MouseButton button) {
-    switch (button) {
-    case Qt::LeftButton:
-        return 1;
-    case Qt::RightButton:
-        return 2;
-    case Qt::MiddleButton:
-        return 4;
-    default:
-        return 0;
-    }
-}
-} // namespace
 
 ToolbarButton::ToolbarButton(Toolbar* toolbar, int index, QString key, Style style, QAction* action)
     : mToolbar(toolbar), mIndex(index), mKey(std::move(key)), mStyle(style), mAction(action) {}
@@ -148,24 +134,28 @@ ToolbarButton& Toolbar::Append(const QString& key, ToolbarButton::Style style, Q
 
 ToolbarButton& Toolbar::Buttons(int index) {
     if (index < 1 || index > Count())
-        throw VbError(35600, QStringLiteral("Index out of bounds"));
+        throw VbError(VbError::IndexOutOfBounds);
     return *mButtons[static_cast<size_t>(index - 1)];
 }
 
 ToolbarButton& Toolbar::Buttons(const QString& key) {
-    for (const auto& button : mButtons) {
-        if (!key.isEmpty() && button->Key() == key)
-            return *button;
-    }
-    throw VbError(35601, QStringLiteral("Element not found"));
+    if (ToolbarButton* button = Find(key))
+        return *button;
+    throw VbError(VbError::ElementNotFound);
 }
 
 bool Toolbar::HasButton(const QString& key) const {
+    return Find(key) != nullptr;
+}
+
+ToolbarButton* Toolbar::Find(const QString& key) const {
+    if (key.isEmpty()) // separators have no key
+        return nullptr;
     for (const auto& button : mButtons) {
-        if (!key.isEmpty() && button->Key() == key)
-            return true;
+        if (button->Key() == key)
+            return button.get();
     }
-    return false;
+    return nullptr;
 }
 
 void Toolbar::SetImageList(const ImageList* list) {
@@ -189,6 +179,6 @@ void Toolbar::RefreshAll() {
 
 void Toolbar::mouseReleaseEvent(QMouseEvent* event) {
     QToolBar::mouseReleaseEvent(event);
-    Q_EMIT MouseUp(OldButtonValue(event->button()), event->globalPosition().toPoint());
+    Q_EMIT MouseUp(OldMouseButton(event->button()), event->globalPosition().toPoint());
     event->accept();
 }

@@ -99,6 +99,7 @@ protected:
 private:
     friend class ToolbarButton;
     ToolbarButton& Append(const QString& key, ToolbarButton::Style style, QAction* action);
+    ToolbarButton* Find(const QString& key) const;
     void RefreshAll();
 
     std::vector<std::unique_ptr<ToolbarButton>> mButtons;
