@@ -55,8 +55,7 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     InitTestResources();
     Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates(GenerateRebates(kRecords, 20261123));
+    fixture.OpenDatabase(GenerateRebates(kRecords, 20261123));
 
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

@@ -172,6 +172,24 @@ void Database::SetBusyTimeout(int milliseconds) {
     Execute(QStringLiteral("PRAGMA busy_timeout = %1").arg(milliseconds));
 }
 
+void Database::BeginTrans() {
+    QSqlDatabase& db = mConnection->Checked();
+    if (!db.transaction())
+        throw store::SqlFailure(db.lastError(), dbError::DiskError);
+}
+
+void Database::CommitTrans() {
+    QSqlDatabase& db = mConnection->Checked();
+    if (!db.commit())
+        throw store::SqlFailure(db.lastError(), dbError::NoTransaction);
+}
+
+void Database::Rollback() {
+    QSqlDatabase& db = mConnection->Checked();
+    if (!db.rollback())
+        throw store::SqlFailure(db.lastError(), dbError::NoTransaction);
+}
+
 void Database::Close() {
     if (!mConnection->db.isValid())
         return;

@@ -21,6 +21,7 @@ enum : int {
     FileNotFound = 3024,
     DiskFull = 3026,
     ReadOnly = 3027,
+    NoTransaction = 3034,
     DiskError = 3043,
     NotADatabase = 3049,
     CannotOpen = 3051,
@@ -58,6 +59,14 @@ public:
 
     // How long a write waits for a lock held by another connection before it raises 3260.
     void SetBusyTimeout(int milliseconds);
+
+    // The writes between BeginTrans and CommitTrans go to the file together: one flush to the
+    // disk for many rows instead of one per row. Rollback drops them. Refusals raise as
+    // Recordset::Update does; CommitTrans or Rollback without a transaction raises 3034 (after a
+    // refused write SQLite may already have ended it).
+    void BeginTrans();
+    void CommitTrans();
+    void Rollback();
 
     void Close(); // idempotent; later calls on this object raise 3420
     bool IsOpen() const;

@@ -56,15 +56,6 @@ bool AboveZero(const QVariant& value) {
     return CDbl(value) > 0;
 }
 
-// value & "" = "": Null and an empty text alike, whatever the field's type.
-bool IsBlank(const QVariant& value) {
-    if (value.isNull())
-        return true;
-    if (value.metaType().id() == QMetaType::QString)
-        return value.toString().isEmpty();
-    return CStr(value).isEmpty();
-}
-
 // value < today; Null gives Null, which counts as False.
 bool BeforeToday(const QVariant& value) {
     if (value.isNull())

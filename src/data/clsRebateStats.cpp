@@ -5,7 +5,6 @@
 #include "Regional.h"
 #include "VbError.h"
 #include "cLogErr.h"
-#include "modUtilities.h"
 
 #include <limits>
 
@@ -127,13 +126,8 @@ bool clsRebateStats::GetStatistics() {
         }
         result = true;
     } catch (const VbError& error) {
-        // The log is released at the very end of the program; without it there is no one to tell.
-        if (gErrorLog) {
-            gErrorLog->LogIt(error.Number(), error.Description(), QStringLiteral("clsRebateStats"),
-                             QStringLiteral("GetStatistics()"),
-                             QStringLiteral("Unable to compile statistics. ") + error.Description(),
-                             48, QStringLiteral("Error Compiling Stats"));
-        }
+        LogError(error, QStringLiteral("clsRebateStats"), QStringLiteral("GetStatistics()"),
+                 QStringLiteral("Error Compiling Stats"));
         result = false;
     }
     return result;

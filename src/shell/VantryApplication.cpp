@@ -48,6 +48,8 @@ bool VantryApplication::notify(QObject* receiver, QEvent* event) {
     } catch (const std::exception& error) {
         // Error 51, "Internal error": a failure of the program itself, not of the user's data.
         Report(VbError(51, QString::fromLocal8Bit(error.what())), receiver);
+    } catch (...) {
+        Report(VbError(51, QStringLiteral("Internal error")), receiver);
     }
     return false;
 }

@@ -103,8 +103,7 @@ bool Main() {
         return false;
     try {
         gTCRLink = kTCRLink;
-        gErrorLog = std::make_unique<cLogErr>();
-        gErrorLog->Init();
+        gErrorLog = std::make_unique<cLogErr>(); // Init with every argument left out
         const QString dbPath = AppPath() + AppExeName() + QStringLiteral(".mdb");
         if (!FileExists(dbPath)) {
             if (!FileExists(AppPath() + AppExeName() + QStringLiteral(".rdb")) ||

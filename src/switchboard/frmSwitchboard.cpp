@@ -82,10 +82,6 @@ void SetEnabledIfDifferent(QAction* action, bool enabled) {
         action->setEnabled(enabled);
 }
 
-bool IsBlank(const QVariant& value) {
-    return CStr(NZ(value)).isEmpty();
-}
-
 // The settings key under which each list's view is kept.
 constexpr std::array<std::pair<ListView * frmSwitchboard::*, const char*>, 8> kViewKeys{{
     {&frmSwitchboard::lvNew, "New"},
@@ -1014,6 +1010,7 @@ bool frmSwitchboard::DeleteRebateRecord() {
 
     const int selected = CountSelected(lv);
     QSet<QString> marked;
+    bool inTransaction = false;
     try {
         if (selected < 2) {
             if (MsgBox(QStringLiteral("Are you sure you want to delete the selected rebate?"),
@@ -1036,6 +1033,12 @@ bool frmSwitchboard::DeleteRebateRecord() {
                 return false;
             SetMousePointer(11);
             SetStatusText(QStringLiteral("Deleting records..."));
+            if (!gDatabase)
+                throw VbError(VbError::ObjectNotSet);
+            // One transaction for the lot: a write of its own costs a flush of the disk for
+            // every record.
+            gDatabase->BeginTrans();
+            inTransaction = true;
             for (int i = 1; i <= lv->ListItems().Count(); ++i) {
                 ListItem* item = lv->ListItems().Item(i);
                 if (!item->Selected())
@@ -1045,11 +1048,26 @@ bool frmSwitchboard::DeleteRebateRecord() {
                 markDeleted(rebateID);
                 marked.insert(rebateID);
             }
+            gDatabase->CommitTrans();
+            inTransaction = false;
         }
         // The rows come off after the walk, which must not lose its place.
         DeleteIconsOf(marked);
     } catch (const VbError& e) {
-        // What the store did mark leaves the lists, so that they show what it holds.
+        // What the store did mark is kept and leaves the lists, so that they show what it
+        // holds; when even that can't be written, nothing is, and every row stays.
+        if (inTransaction) {
+            try {
+                gDatabase->CommitTrans();
+            } catch (const VbError&) {
+                try {
+                    gDatabase->Rollback();
+                } catch (const VbError&) {
+                    // SQLite has already dropped the transaction.
+                }
+                marked.clear();
+            }
+        }
         DeleteIconsOf(marked);
         SetStatusText(QStringLiteral("Error deleting record(s)..."));
         SetMousePointer(0);

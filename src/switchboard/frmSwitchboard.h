@@ -211,12 +211,5 @@ private:
     bool mArrangedFollowup = false;
     bool mArrangedRejected = false;
     bool mArrangedAll = false;
-    bool mPlaced = false;
-    // The position read at load, in twips; applied when the window is first shown.
-    int mLeft = 0;
-    int mTop = 0;
-    int mWidth = 0;
-    int mHeight = 0;
-    bool mLeftSaved = false;
-    bool mTopSaved = false;
+    bool mPlaced = false; // PlaceWindow has run
 };

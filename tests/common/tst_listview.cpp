@@ -18,6 +18,7 @@ private Q_SLOTS:
     void sortedOrder();
     void singleAddLandsInPlace();
     void bulkLoadIsFast();
+    void selectingRowByRowIsFast();
     void selectionBothWays();
     void singleSelect();
     void letterSearch();
@@ -100,6 +101,40 @@ void tst_listview::bulkLoadIsFast() {
     QCOMPARE(lv.ListItems().Item(200000)->Text(), QString("99999"));
     auto* tree = lv.findChild<QTreeView*>();
     QCOMPARE(tree->model()->rowCount(), 200000);
+}
+
+void tst_listview::selectingRowByRowIsFast() {
+    ListView lv;
+    lv.SetMultiSelect(true);
+    lv.SetView(ListView::lvwReport);
+    lv.ColumnHeaders().Add("Rebate", 1500);
+    for (int i = 0; i < 100000; ++i)
+        lv.ListItems().Add(QString::number(i));
+    lv.resize(400, 300);
+    lv.show();
+    QCoreApplication::processEvents();
+    QElapsedTimer timer;
+    timer.start();
+    // Select All, then Invert Selection, as the Switchboard walks them.
+    ListItemCollection& rows = lv.ListItems();
+    for (int i = 1; i <= rows.Count(); ++i)
+        rows.Item(i)->SetSelected(true);
+    for (int i = 1; i <= rows.Count(); i += 2)
+        rows.Item(i)->SetSelected(!rows.Item(i)->Selected());
+    int selected = 0;
+    for (int i = 1; i <= rows.Count(); ++i)
+        selected += rows.Item(i)->Selected() ? 1 : 0;
+    // A guard against work that grows faster than the rows (row by row, the views' selection
+    // must not be rebuilt each time).
+    QVERIFY2(timer.elapsed() < 5000, qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(selected, 50000);
+    // The views follow: rows 1, 3, 5 ... were inverted.
+    const QItemSelectionModel* shown = lv.findChild<QTreeView*>()->selectionModel();
+    const QAbstractItemModel* model = shown->model();
+    QTRY_VERIFY(shown->isSelected(model->index(1, 0)));
+    QVERIFY(!shown->isSelected(model->index(0, 0)));
+    QVERIFY(!shown->isSelected(model->index(99998, 0)));
+    QVERIFY(shown->isSelected(model->index(99999, 0)));
 }
 
 void tst_listview::selectionBothWays() {

@@ -192,6 +192,7 @@ void tst_regional::conversions_data() {
     QTest::newRow("text False") << QVariant(QString("FALSE")) << "FALSE" << QVariant(false);
     QTest::newRow("text number") << QVariant(QString("0")) << "0" << QVariant(false);
     QTest::newRow("text other") << QVariant(QString("yes")) << "yes" << QVariant(13);
+    QTest::newRow("empty text") << QVariant(QString("")) << "" << QVariant(13);
     QTest::newRow("Null") << QVariant() << "" << QVariant(94);
     QTest::newRow("null date") << QVariant(QDate()) << "" << QVariant(94);
 }
@@ -202,6 +203,7 @@ void tst_regional::conversions() {
     QFETCH(QVariant, boolean);
     QCOMPARE(CStr(value), text);
     QCOMPARE(Format(value, QString()), text);
+    QCOMPARE(IsBlank(value), text.isEmpty()); // value & "" = ""
     if (boolean.typeId() == QMetaType::Bool)
         QCOMPARE(CBool(value), boolean.toBool());
     else

@@ -56,6 +56,8 @@ private Q_SLOTS:
     void refusedUpdateCanBeRetried();
     void duplicateKeyIsRefused();
     void deleteRemovesTheRow();
+    void transactionCommitsOrRollsBack_data();
+    void transactionCommitsOrRollsBack();
     void snapshotIsReadOnly();
     void recordsetOutlivesItsDatabase();
 };
@@ -428,6 +430,36 @@ void tst_store::deleteRemovesTheRow() {
     QCOMPARE(rs->Fields("RebateID"), QVariant("1"));
     rs->MoveFirst();
     QCOMPARE(Keys(*rs), (QStringList{"1", "3"}));
+}
+
+void tst_store::transactionCommitsOrRollsBack_data() {
+    QTest::addColumn<bool>("commit");
+    QTest::newRow("commit") << true;
+    QTest::newRow("rollback") << false;
+}
+
+void tst_store::transactionCommitsOrRollsBack() {
+    QFETCH(bool, commit);
+    Fixture fixture;
+    fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Printer"}});
+    gDatabase->BeginTrans();
+    auto rs = gDatabase->OpenRecordset("Select * from Rebates");
+    rs->Edit();
+    rs->SetField("RebateName", "Router");
+    rs->Update();
+    rs->AddNew();
+    rs->SetField("RebateID", "2");
+    rs->Update();
+    // Nothing reaches the file before the commit: another program sees the old rows.
+    auto other = Database::Open(fixture.DatabasePath());
+    QCOMPARE(other->OpenRecordset("Select * from Rebates")->RecordCount(), 1);
+    if (commit)
+        gDatabase->CommitTrans();
+    else
+        gDatabase->Rollback();
+    QCOMPARE(CountRebates(), commit ? 2 : 1);
+    QCOMPARE(ReadRawRebate("1").value("RebateName"), QVariant(commit ? "Router" : "Printer"));
+    QCOMPARE(ErrorOf([] { gDatabase->CommitTrans(); }), 3034); // none open any more
 }
 
 void tst_store::snapshotIsReadOnly() {

@@ -61,6 +61,8 @@ protected:
             throw VbError(13, "Type mismatch");
         if (event->key() == Qt::Key_B)
             throw std::runtime_error("out of order");
+        if (event->key() == Qt::Key_C)
+            throw 42; // nothing the program would throw, and still no end of it
         ++keys;
     }
 
@@ -304,13 +306,15 @@ void tst_startup::escapedErrorsAreLogged() {
     QTest::keyClick(&widget, Qt::Key_A);
     QTest::keyClick(&widget, Qt::Key_B);
     QTest::keyClick(&widget, Qt::Key_C);
+    QTest::keyClick(&widget, Qt::Key_D);
     QCOMPARE(widget.keys, 1); // still running, still handling input
     const auto& boxes = mFixture->Desktop().boxes;
-    QCOMPARE(boxes.size(), 2);
+    QCOMPARE(boxes.size(), 3);
     QVERIFY(boxes[0].prompt.startsWith("Type mismatch\r\n\r\n"));
     QCOMPARE(boxes[0].title, QString("Vantry! Vantry! Error"));
     QCOMPARE(boxes[0].style, 48);
     QVERIFY(boxes[1].prompt.startsWith("out of order\r\n\r\n"));
+    QVERIFY(boxes[2].prompt.startsWith("Internal error\r\n\r\n"));
     const QString log = mFixture->LogText();
     QVERIFY(log.contains("Error Number:\t\t13\r\n"));
     QVERIFY(log.contains("Error Number:\t\t51\r\n"));

@@ -113,6 +113,8 @@ private Q_SLOTS:
     void commandsByTab();
     void deleteRecords_data();
     void deleteRecords();
+    void deleteManyRefused_data();
+    void deleteManyRefused();
     void deleteWithRebateFormOpen();
     void invertSelection_data();
     void invertSelection();
@@ -492,6 +494,65 @@ void tst_switchboard::deleteRecords() {
     const int left = yes ? 3 - selected : 3;
     QCOMPARE(lv->ListItems().Count(), left);
     QCOMPARE(board.form->lvUnsent->ListItems().Count(), left);
+    QCOMPARE(StatusText(), QString("Ready..."));
+}
+
+void tst_switchboard::deleteManyRefused_data() {
+    QTest::addColumn<QString>("refusal");
+    QTest::addColumn<QStringList>("deleted");
+    // The walk goes in the list's order: 1, 2, 3.
+    QTest::newRow("the second record refused: the first goes") << "record" << QStringList{"1"};
+    QTest::newRow("the file held by another program: none goes") << "file" << QStringList{};
+}
+
+void tst_switchboard::deleteManyRefused() {
+    QFETCH(QString, refusal);
+    QFETCH(QStringList, deleted);
+    Fixture fixture;
+    fixture.OpenDatabase({RebateRow{.RebateID = "1", .RebateName = "a"},
+                          RebateRow{.RebateID = "2", .RebateName = "b"},
+                          RebateRow{.RebateID = "3", .RebateName = "c"}});
+    gDatabase->SetBusyTimeout(0);
+    std::unique_ptr<Database> other;
+    QSqlQuery reader;
+    if (refusal == "record") {
+        QVERIFY(QSqlQuery(gDatabase->Connection())
+                    .exec("CREATE TRIGGER refuse BEFORE UPDATE ON Rebates WHEN NEW.RebateID = '2' "
+                          "BEGIN SELECT RAISE(ABORT, 'refused'); END"));
+    } else {
+        // Another program in the middle of reading the file: the writes wait for it, and the
+        // commit can't happen.
+        other = Database::Open(fixture.DatabasePath());
+        reader = QSqlQuery(other->Connection());
+        QVERIFY(reader.exec("BEGIN"));
+        QVERIFY(reader.exec("SELECT count(*) FROM Rebates") && reader.next());
+    }
+    Board board;
+    board.SelectTab("All");
+    board.Action("mnuSelectAll")->trigger();
+    fixture.Desktop().SetNextAnswer(vb::vbYes);
+    board.form->DeleteRebateRecord();
+    if (other) {
+        reader.exec("ROLLBACK");
+        reader = QSqlQuery();
+    }
+
+    QCOMPARE(fixture.Desktop().boxes.size(), 2);
+    QCOMPARE(fixture.Desktop().boxes[1].title, QString("Vantry! Vantry! Error"));
+    QVERIFY(fixture.LogText().contains("Error Location:\t\tDeleteRebateRecord()"));
+    QStringList stillListed;
+    for (const QString id : {"1", "2", "3"}) {
+        QCOMPARE(IsDeleted(id), deleted.contains(id));
+        if (!deleted.contains(id))
+            stillListed << id;
+    }
+    // The lists show what the store holds.
+    QStringList listed;
+    for (int i = 1; i <= board.form->lvAll->ListItems().Count(); ++i)
+        listed << board.form->lvAll->ListItems().Item(i)->SubItems(3);
+    listed.sort();
+    QCOMPARE(listed, stillListed);
+    QCOMPARE(board.form->lvUnsent->ListItems().Count(), stillListed.size());
     QCOMPARE(StatusText(), QString("Ready..."));
 }
 

@@ -946,6 +946,17 @@ bool IsNumberType(int typeId) {
     }
 }
 
+bool IsBlank(const QVariant& value) {
+    if (IsNullValue(value))
+        return true;
+    if (IsTextValue(value))
+        return static_cast<const QString*>(value.constData())->isEmpty();
+    if (IsDateValue(value) || IsNumberValue(value) || IsCurrencyValue(value) ||
+        value.typeId() == QMetaType::Bool)
+        return false; // their text is never empty
+    return CStr(value).isEmpty();
+}
+
 bool IsNumeric(const QVariant& value) {
     if (IsNullValue(value) || IsDateValue(value))
         return false;

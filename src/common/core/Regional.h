@@ -63,10 +63,13 @@ private:
 bool IsDate(const QVariant& value);    // a QDate/QDateTime, or text that ParseDate reads
 QDate CDate(const QVariant& value);    // dates, date text, numbers as day serials (0 = 12/30/1899)
 bool IsNumeric(const QVariant& value); // numbers, Booleans, or text that CDbl reads
-bool IsNumberType(int typeId);         // a QVariant type of plain numbers: integers, double, float
-double CDbl(const QVariant& value);    // text as ParseCurrency reads it, without the rounding
-Currency CCur(const QVariant& value);  // as CDbl, exact to the fourth decimal
-bool CBool(const QVariant& value);     // numbers: non-zero; text "True"/"False" or a number
+bool IsNumberType(int typeId);
+// value & "" = "": Null and an empty text alike, whatever the value's type, without building
+// the value's text.
+bool IsBlank(const QVariant& value);  // a QVariant type of plain numbers: integers, double, float
+double CDbl(const QVariant& value);   // text as ParseCurrency reads it, without the rounding
+Currency CCur(const QVariant& value); // as CDbl, exact to the fourth decimal
+bool CBool(const QVariant& value);    // numbers: non-zero; text "True"/"False" or a number
 // The default text of a value: dates "3/5/2026", date-times "3/5/2026 2:07:09 PM" (a midnight
 // time shows the date alone), Booleans "True"/"False", numbers with up to 15 significant
 // digits ("12.5", "0.32", "-3", "1E+20"), Currency its plain decimal, Null "".

@@ -152,21 +152,25 @@ void HelpWindow::LoadTopics() {
             continue;
         QTextDocument document;
         document.setHtml(html);
-        mTopics.append({context, title.match(html).captured(1), document.toPlainText().toLower()});
+        const QString caption = title.match(html).captured(1);
+        mTopics.append(
+            {context, caption, (caption + QLatin1Char('\n') + document.toPlainText()).toLower()});
     }
+}
+
+void HelpWindow::Present() {
+    show();
+    raise();
+    activateWindow();
 }
 
 void HelpWindow::ShowContents() {
     Open(0);
-    show();
-    raise();
-    activateWindow();
+    Present();
 }
 
 void HelpWindow::ShowSearch() {
-    show();
-    raise();
-    activateWindow();
+    Present();
     mSearch->setFocus();
     mSearch->selectAll();
 }
@@ -174,9 +178,7 @@ void HelpWindow::ShowSearch() {
 bool HelpWindow::ShowTopic(int context) {
     const bool known = QFile::exists(ResourceFor(context));
     Open(known ? context : 0);
-    show();
-    raise();
-    activateWindow();
+    Present();
     return known;
 }
 
@@ -200,9 +202,8 @@ void HelpWindow::Search(const QString& text) {
         text.toLower().split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
     mList->clear();
     for (const Topic& topic : std::as_const(mTopics)) {
-        const QString haystack = topic.title.toLower() + QLatin1Char('\n') + topic.text;
         const bool matches = std::all_of(words.cbegin(), words.cend(), [&](const QString& word) {
-            return haystack.contains(word);
+            return topic.searchText.contains(word);
         });
         if (!matches)
             continue;

@@ -35,10 +35,11 @@ private:
     struct Topic {
         int context; // 0 for the contents page
         QString title;
-        QString text; // lower-case plain text, for the search
+        QString searchText; // title and plain text in lower case, for the search
     };
 
     void LoadTopics();
+    void Present(); // shows the window on top of the others
     void Open(int context);
     void OnAnchorClicked(const QUrl& url);
     void OnSourceChanged(const QUrl& url);

@@ -155,12 +155,12 @@ void ListItem::SetSelected(bool selected) {
 }
 
 int ListItem::Index() const {
-    mOwner->Flush();
+    mOwner->Order();
     return mRow + 1;
 }
 
 void ListItem::EnsureVisible() {
-    mOwner->Flush();
+    mOwner->Order();
     auto* view = static_cast<QAbstractItemView*>(mOwner->ActiveView());
     view->scrollTo(mOwner->mModel->index(mRow, 0));
 }
@@ -205,7 +205,7 @@ int ListItemCollection::Count() const {
 ListItem* ListItemCollection::Item(int index) const {
     if (index < 1 || index > Count())
         throw VbError(VbError::IndexOutOfBounds);
-    mOwner->Flush();
+    mOwner->Order();
     return mOwner->RowAt(index - 1);
 }
 
@@ -454,7 +454,7 @@ ListItem* ListView::SelectedItem() {
         return mCurrent;
     if (!mMultiSelect)
         return mSingleSelected;
-    Flush();
+    Order();
     for (const auto& row : mRows)
         if (row->mSelected)
             return row.get();
@@ -470,7 +470,7 @@ void ListView::SetSelectedItem(ListItem* item) {
 }
 
 ListItem* ListView::GetFirstVisible() {
-    Flush();
+    Order();
     if (mRows.empty())
         return nullptr;
     auto* view = static_cast<QAbstractItemView*>(ActiveView());
@@ -499,7 +499,7 @@ ListItem* ListView::AddRow(const QString& text, const QString& icon, const QStri
 }
 
 void ListView::RemoveRow(int row) {
-    Flush();
+    Order();
     ListItem* item = RowAt(row);
     mSyncing = true;
     mModel->BeginRemoveRows(row, row);
@@ -516,7 +516,7 @@ void ListView::RemoveRow(int row) {
 }
 
 int ListView::RemoveRowsIf(const std::function<bool(const ListItem&)>& predicate) {
-    Flush();
+    Order();
     std::vector<std::pair<int, int>> ranges; // [first, last] in the current order
     for (int row = 0; row < RowCount(); ++row) {
         if (!predicate(*RowAt(row)))
@@ -598,6 +598,12 @@ void ListView::ScheduleFlush() {
 }
 
 void ListView::Flush() {
+    Order();
+    if (mSelectionDirty)
+        SyncSelectionToView();
+}
+
+void ListView::Order() {
     const int total = RowCount();
     if (mAnnounced < total) {
         mSyncing = true;
@@ -609,8 +615,6 @@ void ListView::Flush() {
     if (mSorted && mSortedUpTo < total)
         SortRows();
     mSortedUpTo = total;
-    if (mSelectionDirty)
-        SyncSelectionToView();
 }
 
 void ListView::Renumber(int from) {
@@ -803,7 +807,7 @@ bool ListView::ViewKeyPressed(QKeyEvent* event) {
 }
 
 void ListView::LetterSearch(QChar letter) {
-    Flush();
+    Order();
     const int count = RowCount();
     if (count == 0)
         return;

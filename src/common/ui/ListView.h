@@ -187,8 +187,12 @@ private:
     ListItem* RowAt(int row) const { return mRows[static_cast<size_t>(row)].get(); }
     int RowCount() const { return static_cast<int>(mRows.size()); }
 
-    // Announces added rows, sorts what is out of order and passes the rows' selection to the
-    // views. Everything that reads positions calls it first.
+    // Announces added rows and sorts what is out of order: everything that reads rows by
+    // position calls it first. The rows' selection reaches the views only in Flush (before the
+    // views take input, and at the next turn of the event loop), so that selecting row after
+    // row stays linear.
+    void Order();
+    // Order, and passes the rows' selection to the views.
     void Flush();
     void ScheduleFlush();
     void SortRows();

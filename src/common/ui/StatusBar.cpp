@@ -2,9 +2,9 @@
 
 #include "Clock.h"
 #include "Forms.h"
+#include "Regional.h"
 
 #include <QLabel>
-#include <QLocale>
 #include <QTimer>
 
 namespace {
@@ -67,8 +67,7 @@ void StatusBar::AttachStatusLine() {
 }
 
 void StatusBar::UpdateClock() {
-    const QLocale us(QLocale::English, QLocale::UnitedStates);
     const QDateTime now = Now();
-    mPanels[0]->setText(us.toString(now.date(), QStringLiteral("M/d/yyyy")));
-    mPanels[1]->setText(us.toString(now.time(), QStringLiteral("h:mm AP")));
+    mPanels[0]->setText(Format(now.date(), QStringLiteral("m/d/yyyy")));
+    mPanels[1]->setText(Format(now, QStringLiteral("h:nn AM/PM")));
 }
