@@ -10,6 +10,7 @@
 #include <QFrame>
 #include <QLabel>
 #include <QScrollBar>
+#include <QStyle>
 #include <QWheelEvent>
 #include <initializer_list>
 
@@ -116,6 +117,7 @@ StatisticsPage::StatisticsPage(QWidget* parent) : QWidget(parent) {
     mScroll = new QScrollBar(Qt::Vertical, this);
     mScroll->setObjectName(QStringLiteral("VScroll1"));
     mScroll->setAccessibleName(QStringLiteral("Statistics"));
+    mScroll->setFixedWidth(style()->pixelMetric(QStyle::PM_ScrollBarExtent));
     mScroll->hide();
     connect(mScroll, &QScrollBar::valueChanged, this, &StatisticsPage::VScroll1_Change);
 
@@ -207,8 +209,8 @@ void StatisticsPage::BuildSheet() {
     const int contentWidth = figureLeft + figureWidth + kMargin;
     const int lowest = lblStats(10)->geometry().bottom() + 1;
     mContent->setGeometry(0, 0, contentWidth, lowest + kMargin);
-    const int sheetHeight = std::max(lowest + kMargin, 2 * (lowest - kSmallestPage));
-    mSheet->setGeometry(0, 0, contentWidth, sheetHeight);
+    mSheetHeight = std::max(lowest + kMargin, 2 * (lowest - kSmallestPage));
+    mSheet->setGeometry(0, 0, contentWidth, mSheetHeight);
 }
 
 void StatisticsPage::SetFigure(int index, const QString& text) {
@@ -256,7 +258,8 @@ void StatisticsPage::VScroll1_Change(int value) {
 }
 
 void StatisticsPage::FitToPage() {
-    mSheet->resize(width() - mScroll->width(), mSheet->height());
+    // A page taller than the sheet shows white to its foot.
+    mSheet->resize(width() - mScroll->width(), std::max(mSheetHeight, height()));
     mContent->move(std::max(0, (mSheet->width() - mContent->width()) / 2), 0);
     mScroll->resize(mScroll->width(), height());
     mScroll->move(width() - mScroll->width(), 0);

@@ -49,6 +49,7 @@ private:
     QWidget* mSheet;
     QWidget* mContent; // the rows, centred on a sheet wider than they are
     QScrollBar* mScroll;
+    int mSheetHeight = 0; // as designed, in pixels
     std::array<QLabel*, kFigureCount> mFigures{};
     std::array<QLabel*, kCaptionCount> mCaptions{};
     std::array<QLabel*, kHeaderCount> mHeaders{};
