@@ -35,8 +35,10 @@ void frmSwitchboard::UpdateStatistics() {
 
 void frmSwitchboard::mnuFind_Click() {
     frmFind& find = frmFind::Load(window());
-    if (!gFindWhat.isEmpty())
+    if (!gFindWhat.isEmpty()) {
         find.Text1->setText(gFindWhat);
+        find.Text1->selectAll();
+    }
     // Opened by F7 and still open, it stays as it is: it only takes the text.
     if (find.isVisible()) {
         find.raise();
