@@ -254,13 +254,18 @@ void StatisticsPage::UpdateStatistics() {
 }
 
 void StatisticsPage::VScroll1_Change(int value) {
-    mSheet->move(mSheet->x(), -qRound(value / double(kTwipsPerPixel)));
+    PlaceSheet(-qRound(value / double(kTwipsPerPixel)));
+}
+
+// The sheet as wide as the page leaves beside the scroll bar, shown or not. Its designed
+// height is all the scroll rule knows of; on screen it reaches at least to the page's foot.
+void StatisticsPage::PlaceSheet(int top) {
+    mSheet->setGeometry(0, top, width() - mScroll->width(), std::max(mSheetHeight, height() - top));
+    mContent->move(std::max(0, (mSheet->width() - mContent->width()) / 2), 0);
 }
 
 void StatisticsPage::FitToPage() {
-    // A page taller than the sheet shows white to its foot.
-    mSheet->resize(width() - mScroll->width(), std::max(mSheetHeight, height()));
-    mContent->move(std::max(0, (mSheet->width() - mContent->width()) / 2), 0);
+    PlaceSheet(mSheet->y());
     mScroll->resize(mScroll->width(), height());
     mScroll->move(width() - mScroll->width(), 0);
 
@@ -271,7 +276,7 @@ void StatisticsPage::FitToPage() {
         if (mScroll->isHidden())
             mScroll->show();
         mScroll->move(width() - mScroll->width(), 0);
-        const int sheetHeight = mSheet->height() * kTwipsPerPixel;
+        const int sheetHeight = mSheetHeight * kTwipsPerPixel;
         const int half = qRound(sheetHeight * 0.5);
         mScroll->setMaximum(half);
         mScroll->setPageStep(half);

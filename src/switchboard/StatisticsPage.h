@@ -45,6 +45,7 @@ protected:
 private:
     void BuildSheet();
     void SetFigure(int index, const QString& text);
+    void PlaceSheet(int top);
 
     QWidget* mSheet;
     QWidget* mContent; // the rows, centred on a sheet wider than they are
