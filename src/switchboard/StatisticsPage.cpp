@@ -18,9 +18,9 @@ namespace {
 constexpr int kTwipsPerPixel = 15;
 
 // The design's colours: money that went out, money that came in or was saved, the rest.
-const QColor kRed(192, 0, 0);
-const QColor kGreen(0, 128, 0);
-const QColor kBlack(Qt::black);
+constexpr QRgb kRed = qRgb(192, 0, 0);
+constexpr QRgb kGreen = qRgb(0, 128, 0);
+constexpr QRgb kBlack = qRgb(0, 0, 0);
 
 // The sheet's measures, in pixels.
 constexpr int kMargin = 12;
@@ -33,56 +33,45 @@ constexpr int kGroupGap = 14;
 // sheet's height, so the sheet is made tall enough for its lowest row to come into view there.
 constexpr int kSmallestPage = 150;
 
-enum class RowKind { Figure, Total };
-
-struct RowDesign {
-    RowKind kind;
-    bool header; // the caption is lblStatHeaders(label), else lblStats(label)
-    int label;
-    const char* caption;
-    int figure; // lblStatFigures(figure)
-    const QColor* colour;
-    int line; // Line1(line) stands above a total
-};
-
 struct GroupDesign {
     int header; // lblStatHeaders(header)
     const char* caption;
     const char* picture; // the icon key
-    std::initializer_list<RowDesign> rows;
 };
 
-const std::array<GroupDesign, 3> kGroups{{
-    {0,
-     "Expenditures",
-     "calc",
-     {
-         {RowKind::Figure, false, 0, "Total spent on products:", 0, &kRed, -1},
-         {RowKind::Figure, false, 2, "Total cost of postage:", 2, &kRed, -1},
-         {RowKind::Figure, false, 3, "Total cost of followup postage:", 3, &kRed, -1},
-         {RowKind::Total, true, 3, "Total Expenditures", 12, &kRed, 0},
-     }},
-    {1,
-     "Savings",
-     "paid",
-     {
-         {RowKind::Figure, false, 4, "Total value of rebates received:", 4, &kGreen, -1},
-         {RowKind::Figure, false, 11, "Total rebates outstanding:", 11, &kGreen, -1},
-         {RowKind::Total, true, 4, "Total Rebates", 13, &kGreen, 1},
-         {RowKind::Figure, false, 1, "Total savings from coupons:", 1, &kGreen, -1},
-         {RowKind::Total, false, 12, "Total savings from all:", 14, &kGreen, 2},
-     }},
-    {2,
-     "Other",
-     "details",
-     {
-         {RowKind::Figure, false, 5, "Number of products purchased:", 5, &kBlack, -1},
-         {RowKind::Figure, false, 6, "Number of rebate payments received:", 6, &kBlack, -1},
-         {RowKind::Figure, false, 7, "Number of rebates pending:", 7, &kBlack, -1},
-         {RowKind::Figure, false, 8, "Number of followups sent:", 8, &kBlack, -1},
-         {RowKind::Figure, false, 9, "Number of rejections:", 9, &kBlack, -1},
-         {RowKind::Figure, false, 10, "Total value of rebates rejected:", 10, &kBlack, -1},
-     }},
+constexpr std::array<GroupDesign, 3> kGroups{{
+    {0, "Expenditures", "calc"},
+    {1, "Savings", "paid"},
+    {2, "Other", "details"},
+}};
+
+// The rows from top to bottom. A total has a line above it and is set in bold.
+struct RowDesign {
+    int group;
+    bool header; // the caption is lblStatHeaders(label), else lblStats(label)
+    int label;
+    const char* caption;
+    int figure; // lblStatFigures(figure)
+    QRgb colour;
+    int line; // Line1(line) above a total, -1 for a plain row
+};
+
+constexpr std::array<RowDesign, 15> kRows{{
+    {0, false, 0, "Total spent on products:", 0, kRed, -1},
+    {0, false, 2, "Total cost of postage:", 2, kRed, -1},
+    {0, false, 3, "Total cost of followup postage:", 3, kRed, -1},
+    {0, true, 3, "Total Expenditures", 12, kRed, 0},
+    {1, false, 4, "Total value of rebates received:", 4, kGreen, -1},
+    {1, false, 11, "Total rebates outstanding:", 11, kGreen, -1},
+    {1, true, 4, "Total Rebates", 13, kGreen, 1},
+    {1, false, 1, "Total savings from coupons:", 1, kGreen, -1},
+    {1, false, 12, "Total savings from all:", 14, kGreen, 2},
+    {2, false, 5, "Number of products purchased:", 5, kBlack, -1},
+    {2, false, 6, "Number of rebate payments received:", 6, kBlack, -1},
+    {2, false, 7, "Number of rebates pending:", 7, kBlack, -1},
+    {2, false, 8, "Number of followups sent:", 8, kBlack, -1},
+    {2, false, 9, "Number of rejections:", 9, kBlack, -1},
+    {2, false, 10, "Total value of rebates rejected:", 10, kBlack, -1},
 }};
 
 QFont ArialFont(int pointSize, bool bold) {
@@ -94,7 +83,7 @@ QFont ArialFont(int pointSize, bool bold) {
     return font;
 }
 
-void SetTextColour(QWidget* widget, const QColor& colour) {
+void SetTextColour(QWidget* widget, QRgb colour) {
     QPalette palette = widget->palette();
     palette.setColor(QPalette::WindowText, colour);
     widget->setPalette(palette);
@@ -133,11 +122,11 @@ void StatisticsPage::BuildSheet() {
     const int rowHeight = std::max(totalMetrics.height(), captionMetrics.height()) + 6;
 
     int captionWidth = 0;
-    for (const GroupDesign& group : kGroups)
-        for (const RowDesign& row : group.rows)
-            captionWidth =
-                std::max(captionWidth, (row.header ? totalMetrics : captionMetrics)
-                                           .horizontalAdvance(QString::fromLatin1(row.caption)));
+    for (const RowDesign& row : kRows) {
+        const QFontMetrics& metrics = row.line >= 0 ? totalMetrics : captionMetrics;
+        captionWidth =
+            std::max(captionWidth, metrics.horizontalAdvance(QString::fromLatin1(row.caption)));
+    }
     captionWidth += 8;
     const int figureLeft = kCaptionLeft + captionWidth + kColumnGap;
     const int figureWidth = totalMetrics.horizontalAdvance(QStringLiteral("($99,999,999.00)")) + 8;
@@ -167,9 +156,11 @@ void StatisticsPage::BuildSheet() {
         mHeaders[static_cast<size_t>(group.header)] = header;
         y += kPictureSize + 6;
 
-        for (const RowDesign& row : group.rows) {
-            const bool total = row.kind == RowKind::Total;
-            if (row.line >= 0) {
+        for (const RowDesign& row : kRows) {
+            if (row.group != static_cast<int>(g))
+                continue;
+            const bool total = row.line >= 0;
+            if (total) {
                 auto* line = new QFrame(mContent);
                 line->setObjectName(QStringLiteral("Line1_%1").arg(row.line));
                 line->setFrameShape(QFrame::HLine);
@@ -194,7 +185,7 @@ void StatisticsPage::BuildSheet() {
                                    QStringLiteral("Label1"), total ? totalFont : captionFont);
             figure->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
             figure->setGeometry(figureLeft, y, figureWidth, rowHeight);
-            SetTextColour(figure, *row.colour);
+            SetTextColour(figure, row.colour);
             // A screen reader names each figure after its caption.
             QString accessible = caption;
             if (accessible.endsWith(QLatin1Char(':')))
