@@ -85,18 +85,15 @@ frmFind::frmFind(QWidget* parent) : QDialog(parent) {
     Text1->setToolTip(QStringLiteral("Text to Find"));
     Text1->setMinimumWidth(220);
     Label1->setBuddy(Text1);
-    Text1->setAccessibleName(QStringLiteral("Find What:"));
 
     cmdFind = new QPushButton(QStringLiteral("&Find"), this);
     cmdFind->setObjectName(QStringLiteral("cmdFind"));
     cmdFind->setToolTip(QStringLiteral("Start Search"));
-    cmdFind->setAccessibleName(QStringLiteral("Find"));
     cmdFind->setDefault(true);
     cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
     // The tool tip has always read so.
     cmdCancel->setToolTip(QStringLiteral("Return to Notepad"));
-    cmdCancel->setAccessibleName(QStringLiteral("Cancel"));
     cmdCancel->setAutoDefault(false);
 
     auto* layout = new QGridLayout(this);

@@ -10,6 +10,7 @@
 #include "frmMDI.h"
 #include "frmSwitchboard.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QLabel>
@@ -412,6 +413,8 @@ void tst_find::modalFromTheCommandsWithTheLastText() {
         const auto closeAtEnd = qScopeGuard([find] { find->reject(); });
         QCOMPARE(QApplication::activeModalWidget(), find);
         QCOMPARE(find->windowTitle(), QStringLiteral("Find"));
+        QCOMPARE(QAccessible::queryAccessibleInterface(find->Text1)->text(QAccessible::Name),
+                 QStringLiteral("Find What:"));
         QCOMPARE(find->Text1->text(), QStringLiteral("Echo"));
         QCOMPARE(find->Text1->selectedText(), QStringLiteral("Echo"));
         QVERIFY(find->cmdFind->isEnabled());
