@@ -29,9 +29,10 @@ constexpr int kHeaderLeft = kMargin + kPictureSize + 12;
 constexpr int kCaptionLeft = kHeaderLeft + 16;
 constexpr int kColumnGap = 16;
 constexpr int kGroupGap = 14;
-// The page's height at the Switchboard's smallest size. The scroll bar reaches half the
-// sheet's height, so the sheet is made tall enough for its lowest row to come into view there.
-constexpr int kSmallestPage = 150;
+// A little less than the page's height at the Switchboard's smallest size (about 160). The
+// scroll bar reaches half the sheet's height, so the sheet is made tall enough for its lowest
+// row to come into view there.
+constexpr int kSmallestPage = 120;
 
 struct GroupDesign {
     int header; // lblStatHeaders(header)

@@ -214,7 +214,7 @@ void tst_statistics::scrollBarFollowsTheWindow() {
     program.ResizeSwitchboard(size);
 
     // The window keeps its minimum size of 8000 x 5000 twips, 15 to the pixel.
-    QVERIFY(program.Switchboard().width() >= 533 && program.Switchboard().height() >= 333);
+    QVERIFY(program.Frame().width() >= 533 && program.Frame().height() >= 333);
     QTRY_COMPARE(page->VScroll1()->isVisible(), scrollBar);
     // The sheet leaves room for the bar whether it shows or not.
     QCOMPARE(page->Sheet()->width(), page->width() - page->VScroll1()->width());
