@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
 class QWidget;
 
@@ -9,6 +10,11 @@ class QWidget;
 namespace Forms {
 void Register(QWidget* form);
 QWidget* Find(const QString& name);
+// How a form is created on first use: the form's module hands in a factory under the
+// form's name; Load() returns the loaded form, or creates it with the factory (nullptr when
+// there is no factory).
+void SetFactory(const QString& name, std::function<QWidget*()> factory);
+QWidget* Load(const QString& name);
 } // namespace Forms
 
 // True when a form of that name is loaded. Asking for "frmRebate" is how the program learns
