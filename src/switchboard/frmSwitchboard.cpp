@@ -203,6 +203,7 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
         mPages[i]->hide();
     }
     BuildLists();
+    BuildStatisticsAndFind();
 
     auto* top = new QHBoxLayout;
     top->setContentsMargins(0, 0, 6, 0);
@@ -540,6 +541,7 @@ void frmSwitchboard::Form_Load() {
         SyncViewMenus(lv->View());
     }
     tbsSwitch_Click();
+    ShowOverdueAtStart();
 
     SetMousePointer(0);
     SetStatusText(kReady);
@@ -868,7 +870,7 @@ void frmSwitchboard::tbsSwitch_Click() {
         if (caption == QLatin1String("Statistics")) {
             DisableToolbarButtons();
             DisableListMenus();
-            // The statistics page fills itself in here (UpdateStatistics).
+            UpdateStatistics();
             if (print) {
                 print->SetEnabled(true);
                 print->SetToolTipText(QStringLiteral("Print statistics"));
@@ -903,6 +905,7 @@ void frmSwitchboard::tbsSwitch_Click() {
         }
         lv->SetVisible(true);
     } catch (const VbError& e) {
+        SetMousePointer(0);
         LogError(e, kSource, QStringLiteral("tbsSwitch_Click"));
     }
 }
@@ -1235,8 +1238,10 @@ void frmSwitchboard::xToolbar_ButtonClick(const QString& key) {
         mnuSortAscending_Click();
     } else if (key == QLatin1String("ZA")) {
         mnuSortDescending_Click();
+    } else if (key == QLatin1String("Find")) {
+        mnuFind_Click();
     }
-    // "New" opens the rebate form and "Find" the search window; both are wired up there.
+    // "New" opens the rebate form; it is wired up there.
 }
 
 void frmSwitchboard::mnuExit_Click() {
