@@ -24,9 +24,7 @@ ProgramWindow::ProgramWindow() {
 }
 
 ProgramWindow::~ProgramWindow() {
-    // Deleting skips the exit question. The Switchboard goes first, while the main window
-    // can still follow the change of the active child.
-    delete mFrame;
+    // Deleting skips the exit question; the main window takes its children with it.
     delete mMdi;
     QCoreApplication::processEvents();
 }
