@@ -8,6 +8,8 @@ class QWidget;
 // the program's form name, "frmRebate") and leaves when it is destroyed.
 namespace Forms {
 void Register(QWidget* form);
+// A form that unloads leaves at once, even while its window is still being taken down.
+void Unregister(QWidget* form);
 QWidget* Find(const QString& name);
 } // namespace Forms
 
