@@ -1,6 +1,7 @@
 #include "frmRebate.h"
 
 #include "Clock.h"
+#include "Database.h"
 #include "Desktop.h"
 #include "FieldEdit.h"
 #include "FieldHelpers.h"
@@ -8,6 +9,7 @@
 #include "Globals.h"
 #include "Regional.h"
 #include "Settings.h"
+#include "Toolbar.h"
 #include "VbError.h"
 #include "cLogErr.h"
 #include "clsRebate.h"
@@ -82,11 +84,22 @@ frmRebate* frmRebate::LoadAndShow() {
     auto* form = new frmRebate;
     const QPoint position = form->pos();
     if (frmMDI* main = frmMDI::Instance()) {
-        main->AddChild(form);
-        if (QWidget* window = form->Window(); window != form) {
-            window->setAttribute(Qt::WA_DeleteOnClose);
-            window->move(position);
-        }
+        QMdiSubWindow* window = main->AddChild(form);
+        window->move(position);
+        main->AttachWindowList(form->mnuWindowList);
+        // The form owns the main toolbar's record buttons while it is the active child; the
+        // whole program losing the focus (no active child) changes nothing.
+        connect(main->mdiArea, &QMdiArea::subWindowActivated, form, [form](QMdiSubWindow* active) {
+            if (!active || form->mbUnloaded)
+                return;
+            if (active == form->Window() && !form->mbActive) {
+                form->mbActive = true;
+                form->Form_Activate();
+            } else if (active != form->Window() && form->mbActive) {
+                form->mbActive = false;
+                form->Form_Deactivate();
+            }
+        });
     }
     form->Window()->show();
     form->ZOrder();
@@ -99,10 +112,17 @@ frmRebate::frmRebate() {
     setWindowTitle(CaptionFor(QStringLiteral("New Record")));
     gInstance = this;
     Forms::Register(this);
+    clsRebate::SetRebateFormSource([]() -> std::optional<QString> {
+        if (!gInstance)
+            return std::nullopt;
+        return gInstance->RebateID();
+    });
 
     BuildMenus();
     BuildPages();
     resize(660, 430);
+    // The form sees keys before its controls, and the clicks on labels and the focus of the
+    // buttons, through one filter.
     qApp->installEventFilter(this);
 
     Form_Load();
@@ -189,17 +209,17 @@ void frmRebate::BuildMenus() {
     connect(addAction(mnuWindowList, "mnuTileHorizontally", QStringLiteral("Tile &Horizontally")),
             &QAction::triggered, this, [] {
                 if (frmMDI* main = frmMDI::Instance())
-                    main->mnuTileHorizontally_Click();
+                    main->mnuTileHorizontally->trigger();
             });
     connect(addAction(mnuWindowList, "mnuTileVertically", QStringLiteral("Tile &Vertically")),
             &QAction::triggered, this, [] {
                 if (frmMDI* main = frmMDI::Instance())
-                    main->mnuTileVertically_Click();
+                    main->mnuTileVertically->trigger();
             });
     connect(addAction(mnuWindowList, "mnuCascade", QStringLiteral("&Cascade")), &QAction::triggered,
             this, [] {
                 if (frmMDI* main = frmMDI::Instance())
-                    main->mnuCascade_Click();
+                    main->mnuCascade->trigger();
             });
 
     mnuHelp = new QMenu(QStringLiteral("&Help"), this);
@@ -233,10 +253,18 @@ void frmRebate::BuildMenus() {
 FieldEdit* frmRebate::AddField(QFormLayout* form, int index, const QString& dataField,
                                const QString& caption, const QString& tag, QWidget* beside) {
     auto* field = new FieldEdit(index, dataField, tag);
+    // Dates and amounts are short; names, addresses and remarks take what room there is.
+    const int digit = field->fontMetrics().horizontalAdvance(QLatin1Char('0'));
+    if (ClassOf(dataField) == FieldClass::Date || ClassOf(dataField) == FieldClass::Currency) {
+        field->setMinimumWidth(digit * 12);
+        field->setMaximumWidth(digit * 16);
+    } else {
+        field->setMinimumWidth(digit * 18);
+    }
     auto* label = new QLabel(caption);
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     label->setObjectName(QStringLiteral("lblLabels_%1").arg(index));
     label->setBuddy(field);
-    label->installEventFilter(this);
     mLabels.insert(label, index);
     mFields.insert(index, field);
 
@@ -275,14 +303,13 @@ QCheckBox* frmRebate::AddCheck(int index, const QString& caption, const QString&
     auto* box = new QCheckBox(caption);
     box->setObjectName(QStringLiteral("chkFields_%1").arg(index));
     box->setProperty("Tag", tag);
-    box->installEventFilter(this);
     mChecks.insert(index, box);
     connect(box, &QCheckBox::toggled, this, [this, index] { chkFields_Click(index); });
     return box;
 }
 
 namespace {
-QFormLayout* FormIn(QGroupBox* frame) {
+QFormLayout* NewFormLayout() {
     auto* form = new QFormLayout;
     form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
@@ -318,7 +345,7 @@ QWidget* frmRebate::BuildProductPage() {
     lblProduct->setWordWrap(true);
     intro->addWidget(lblProduct, 1);
 
-    QFormLayout* form = FormIn(Frame2);
+    QFormLayout* form = NewFormLayout();
     AddField(form, 14, QStringLiteral("ProductName"), QStringLiteral("Product &Name:"),
              QStringLiteral("Name of product purchased..."));
     AddField(form, 15, QStringLiteral("LocationPurchased"), QStringLiteral("&Location Purchased:"),
@@ -333,10 +360,10 @@ QWidget* frmRebate::BuildProductPage() {
     auto* frameLayout = new QVBoxLayout(Frame2);
     frameLayout->addLayout(intro);
     frameLayout->addLayout(form);
-    frameLayout->addStretch(1);
 
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(Frame2);
+    layout->addStretch(1);
     return page;
 }
 
@@ -345,7 +372,7 @@ QWidget* frmRebate::BuildRebatePage() {
     page->setObjectName(QStringLiteral("picTabs_1"));
 
     auto* Frame1 = Frame("Frame1", QStringLiteral("Rebate Contact Information"));
-    QFormLayout* contact = FormIn(Frame1);
+    QFormLayout* contact = NewFormLayout();
     auto smallButton = [](const char* name, const QString& key, const QString& tip) {
         auto* button = new QPushButton;
         button->setObjectName(QLatin1String(name));
@@ -361,7 +388,6 @@ QWidget* frmRebate::BuildRebatePage() {
                                QStringLiteral("Edit the email address"));
     cmdEditWeb = smallButton("cmdEditWeb", QStringLiteral("hyperlink"),
                              QStringLiteral("Edit the web site URL"));
-    cmdDial->installEventFilter(this);
 
     AddField(contact, 20, QStringLiteral("RebateName"), QStringLiteral("&Rebate Name:"),
              QStringLiteral("Name of rebate offer..."));
@@ -381,10 +407,9 @@ QWidget* frmRebate::BuildRebatePage() {
              QStringLiteral("Remarks for this rebate offer..."));
     auto* contactLayout = new QVBoxLayout(Frame1);
     contactLayout->addLayout(contact);
-    contactLayout->addStretch(1);
 
     auto* Frame3 = Frame("Frame3", QStringLiteral("Submission Information"));
-    QFormLayout* submission = FormIn(Frame3);
+    QFormLayout* submission = NewFormLayout();
     AddField(submission, 5, QStringLiteral("DateSent"), QStringLiteral("Date Se&nt:"),
              QStringLiteral("Date rebate was mailed..."));
     AddField(submission, 6, QStringLiteral("PostagePrice"), QStringLiteral("Po&stage Price:"),
@@ -397,11 +422,13 @@ QWidget* frmRebate::BuildRebatePage() {
              QStringLiteral("Rebate amount received..."));
     auto* submissionLayout = new QVBoxLayout(Frame3);
     submissionLayout->addLayout(submission);
-    submissionLayout->addStretch(1);
 
-    auto* layout = new QHBoxLayout(page);
-    layout->addWidget(Frame1, 3);
-    layout->addWidget(Frame3, 2);
+    auto* frames = new QHBoxLayout;
+    frames->addWidget(Frame1, 1, Qt::AlignTop);
+    frames->addWidget(Frame3, 0, Qt::AlignTop);
+    auto* layout = new QVBoxLayout(page);
+    layout->addLayout(frames);
+    layout->addStretch(1);
     return page;
 }
 
@@ -410,7 +437,7 @@ QWidget* frmRebate::BuildFollowupPage() {
     page->setObjectName(QStringLiteral("picTabs_2"));
 
     auto* Frame4 = Frame("Frame4", QStringLiteral("Followup Information"));
-    QFormLayout* followup = FormIn(Frame4);
+    QFormLayout* followup = NewFormLayout();
     AddField(followup, 11, QStringLiteral("FollowupDate"), QStringLiteral("&Followup Date:"),
              QStringLiteral("Date followup request mailed..."));
     AddField(followup, 12, QStringLiteral("FollowupPostage"), QStringLiteral("Followup &Postage:"),
@@ -420,18 +447,26 @@ QWidget* frmRebate::BuildFollowupPage() {
     followupLayout->addLayout(followup, 1);
 
     auto* fraRejected = Frame("fraRejected", QStringLiteral("Rejection Information"));
-    QFormLayout* rejected = FormIn(fraRejected);
-    rejected->addRow(
-        AddCheck(21, QStringLiteral("Rebate &Rejected"), QStringLiteral("Rejection status...")));
+    QFormLayout* rejected = NewFormLayout();
+    rejected->addRow(QString(), AddCheck(21, QStringLiteral("Rebate &Rejected"),
+                                         QStringLiteral("Rejection status...")));
     AddField(rejected, 16, QStringLiteral("ReasonRejected"), QStringLiteral("R&eason Rejected:"),
              QStringLiteral("Reason your request was rejected..."));
-    // The Deleted box only carries the flag between loading, deleting and saving.
+    // The Deleted box is never shown: it only carries the flag between loading, deleting and
+    // saving.
     QCheckBox* deleted = AddCheck(0, QStringLiteral("&Delete"), QStringLiteral("Deleted..."));
+    deleted->setParent(fraRejected);
     deleted->setVisible(false);
-    rejected->addRow(deleted);
     auto* rejectedLayout = new QHBoxLayout(fraRejected);
     rejectedLayout->addWidget(PictureLabel("imgRejected", QStringLiteral("rejected")));
     rejectedLayout->addLayout(rejected, 1);
+
+    // The labels of the two frames line up.
+    int labelWidth = 0;
+    for (int index : {11, 12, 16})
+        labelWidth = qMax(labelWidth, mLabels.key(index)->sizeHint().width());
+    for (int index : {11, 12, 16})
+        mLabels.key(index)->setMinimumWidth(labelWidth);
 
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(Frame4);
@@ -448,7 +483,6 @@ QWidget* frmRebate::BuildButtons() {
         b->setObjectName(QLatin1String(name));
         b->setProperty("Tag", tag);
         b->setAutoDefault(false);
-        b->installEventFilter(this);
         return b;
     };
     cmdDelete =

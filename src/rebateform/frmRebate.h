@@ -131,7 +131,7 @@ private:
     bool mbLinkHot = false;
     bool mbCtrlDown = false;
     bool mbUnloaded = false;
-    QPoint mDesignPosition; // twips
+    bool mbActive = false; // the active child of the main window
 
     QMap<int, FieldEdit*> mFields;
     QMap<int, QCheckBox*> mChecks;
