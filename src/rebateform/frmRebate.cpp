@@ -1015,14 +1015,16 @@ bool frmRebate::ValidateRecord() {
         return CDate(txtFields(first)->text()) > CDate(txtFields(second)->text());
     };
     // A failure: beep, say why, bring the page forward unless the tested one is showing, and
-    // put the focus in the field. On a hidden page the focus waits until the page shows.
+    // put the focus in the field. A field on a page that stays hidden (Date Due, when the
+    // Followup Info page was on top) isn't given the focus.
     auto fail = [this](const QString& title, const QString& text, const QString& testTab,
                        const QString& goTab, int focus) {
         Beep();
         MsgBox(text, vb::vbOKOnly | vb::vbExclamation, title);
         if (SelectedTab() != testTab)
             SelectTab(goTab);
-        txtFields(focus)->setFocus(Qt::OtherFocusReason);
+        if (txtFields(focus)->isVisibleTo(this))
+            txtFields(focus)->setFocus(Qt::OtherFocusReason);
         return false;
     };
 
