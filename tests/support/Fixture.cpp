@@ -3,6 +3,7 @@
 #include "Clock.h"
 #include "Globals.h"
 #include "Settings.h"
+#include "cLogErr.h"
 #include "modUtilities.h"
 
 #include <QFile>
@@ -23,9 +24,11 @@ Fixture::Fixture() {
     InstallDesktop(std::move(desktop));
     Clock::SetFixed(QDateTime(kToday, QTime(10, 0, 0)));
     ResetGlobals();
+    gErrorLog = std::make_unique<cLogErr>(); // its log file in the temporary program folder
 }
 
 Fixture::~Fixture() {
+    gErrorLog.reset();
     InstallDesktop(nullptr);
     Clock::UseSystem();
     SettingsStore::SetDirectory(QString());

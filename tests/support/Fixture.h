@@ -8,7 +8,8 @@
 
 // What every test starts from: a temporary program folder holding a fresh copy of the
 // reserve database as "Vantry.rdb" and "Vantry.mdb", settings in a temporary folder, the
-// scripted desktop, the clock fixed at kToday 10:00:00, and the globals reset.
+// scripted desktop, the clock fixed at kToday 10:00:00, the globals reset, and a fresh
+// gErrorLog writing LogPath().
 // Create one per test function (init()/cleanup() or a local), never share across tests.
 class Fixture {
 public:

@@ -21,6 +21,8 @@ QString VbError::StandardDescription(int number) {
         return QStringLiteral("Object variable or With block variable not set");
     case InvalidPattern:
         return QStringLiteral("Invalid pattern string");
+    case InvalidUseOfNull:
+        return QStringLiteral("Invalid use of Null");
     case NoCurrentRecord:
         return QStringLiteral("No current record.");
     case UpdateWithoutEdit:

@@ -16,6 +16,7 @@ public:
         PathFileAccess = 75,
         ObjectNotSet = 91,
         InvalidPattern = 93,
+        InvalidUseOfNull = 94,
         NoCurrentRecord = 3021,
         DuplicateKey = 3022,
         ItemNotFound = 3265,
