@@ -552,6 +552,16 @@ void frmRebate::BuildPages() {
     layout->addWidget(tbsTabs, 1);
     layout->addWidget(buttons);
     layout->addWidget(status);
+
+    // Page by page, top to bottom, each button after the field it serves.
+    const QList<QWidget*> order = {
+        txtFields(14), txtFields(15), txtFields(1),  txtFields(2),  txtFields(3),  txtFields(20),
+        txtFields(0),  txtFields(13), cmdDial,       txtFields(7),  cmdEditEmail,  txtFields(22),
+        cmdEditWeb,    txtFields(4),  txtFields(19), txtFields(17), txtFields(5),  txtFields(6),
+        txtFields(9),  txtFields(10), txtFields(8),  txtFields(11), txtFields(12), chkFields(21),
+        txtFields(16), cmdDelete,     cmdOK,         cmdCancel};
+    for (qsizetype i = 1; i < order.size(); ++i)
+        setTabOrder(order[i - 1], order[i]);
 }
 
 // --- life cycle -----------------------------------------------------------------------------

@@ -126,9 +126,6 @@ private:
     bool mbEdited = false;
     bool mbIsNew = false;
     bool mbIsLoaded = false;
-    bool mbWebVisited = false;
-    bool mbEmailVisited = false;
-    bool mbLinkHot = false;
     bool mbCtrlDown = false;
     bool mbUnloaded = false;
     bool mbActive = false; // the active child of the main window

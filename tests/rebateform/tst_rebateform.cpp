@@ -89,6 +89,7 @@ private Q_SLOTS:
     void labelClickMovesIntoField();
     void escapeOnRejectedBox();
     void statusTexts();
+    void tabOrder();
     void positionKept();
 
 private:
@@ -331,7 +332,8 @@ void tst_rebateform::newRecordSavedOnceAndAgain() {
 
     Clock::Advance(90);
     Type(form, 20, "Spring Mail-In, corrected");
-    form->mnuSaveRecord_Click();
+    mMain->tbToolBar_ButtonClick("Save"); // the main toolbar reaches the form
+    QVERIFY(!form->RecordChanged());
     QCOMPARE(CountRebates(), 1);
     QCOMPARE(form->RebateID(), QString("20261123100000"));
     QCOMPARE(ReadRawRebate("20261123100000").value("RebateName").toString(),
@@ -620,6 +622,17 @@ void tst_rebateform::statusTexts() {
     QCOMPARE(status->text(), QString("Rejection status..."));
     form->findChild<QPushButton*>("cmdCancel")->setFocus(Qt::TabFocusReason);
     QCOMPARE(status->text(), QString("Close without saving...*"));
+}
+
+void tst_rebateform::tabOrder() {
+    frmRebate* form = OpenNew();
+    Enter(form, 13);
+    const QStringList expected = {"cmdDial",      "txtFields_7", "cmdEditEmail",
+                                  "txtFields_22", "cmdEditWeb",  "txtFields_4"};
+    for (const QString& name : expected) {
+        PressTab();
+        QCOMPARE(QApplication::focusWidget()->objectName(), name);
+    }
 }
 
 void tst_rebateform::positionKept() {
