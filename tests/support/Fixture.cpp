@@ -1,15 +1,15 @@
 #include "Fixture.h"
 
 #include "Clock.h"
+#include "Database.h"
 #include "Globals.h"
 #include "Settings.h"
 #include "cLogErr.h"
+#include "clsRebate.h"
 #include "modUtilities.h"
 
 #include <QFile>
 #include <QTest>
-
-const QDate Fixture::kToday(2026, 11, 23);
 
 Fixture::Fixture() {
     QVERIFY2(mDir.isValid(), "no temporary folder");
@@ -28,6 +28,9 @@ Fixture::Fixture() {
 }
 
 Fixture::~Fixture() {
+    gDatabase.reset();
+    clsRebate::SetSelectedRebateIDSource(nullptr);
+    clsRebate::SetRebateFormSource(nullptr);
     gErrorLog.reset();
     InstallDesktop(nullptr);
     Clock::UseSystem();
@@ -50,6 +53,10 @@ QString Fixture::LogPath() const {
 }
 QString Fixture::SettingsFile() const {
     return SettingsStore::FileFor(kAppTitle);
+}
+
+void Fixture::OpenDatabase() {
+    gDatabase = Database::Open(DatabasePath());
 }
 
 void InitTestResources() {

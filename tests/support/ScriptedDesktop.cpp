@@ -25,7 +25,8 @@ int ScriptedDesktop::MsgBox(const QString& prompt, int style, const QString& tit
     return answer;
 }
 
-QString ScriptedDesktop::InputBox(const QString& prompt, const QString&, const QString& defaultText) {
+QString ScriptedDesktop::InputBox(const QString& prompt, const QString&,
+                                  const QString& defaultText) {
     inputPrompts.append(prompt);
     return inputs.isEmpty() ? defaultText : inputs.takeFirst();
 }

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "Recordset.h"
+
+#include <QString>
+#include <memory>
+
+class QSqlDatabase;
+
+namespace store {
+struct Connection;
+}
+
+// Recordset types, as the program has always numbered them.
+enum RecordsetType { dbOpenDynaset = 2, dbOpenSnapshot = 4 };
+
+// The engine's error numbers raised by the store (as VbError numbers).
+namespace dbError {
+enum : int {
+    InvalidArgument = 3001,
+    FileNotFound = 3024,
+    DiskFull = 3026,
+    ReadOnly = 3027,
+    DiskError = 3043,
+    NotADatabase = 3049,
+    CannotOpen = 3051,
+    QueryError = 3075,
+    TableNotFound = 3078,
+    RecordDeleted = 3167,
+    Locked = 3260,
+    ObjectClosed = 3420,
+};
+}
+
+// One open database file: a SQLite connection of its own. The program's SQL text runs as
+// written. Recordsets keep working on their rows after the database is closed; anything
+// that needs the file then raises 3420.
+class Database {
+public:
+    // Opens an existing SQLite file for reading and writing (read-only when the file is
+    // write-protected). Never creates or alters the file: a missing file raises 3024, a
+    // file that is not a SQLite database 3049, any other refusal 3051.
+    static std::unique_ptr<Database> Open(const QString& path);
+
+    ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    // Runs the SELECT once and holds its rows. A statement SQLite rejects raises 3075 (3078
+    // for a missing table) with SQLite's message in the description. Type is dbOpenDynaset
+    // (updatable when the statement is "select * from <one table> ...") or dbOpenSnapshot
+    // (read-only).
+    std::unique_ptr<Recordset> OpenRecordset(const QString& sql, int type = dbOpenDynaset);
+
+    // Runs one statement that returns no rows (VACUUM INTO, DELETE ...); returns the number
+    // of rows it changed. Refusals raise as Recordset::Update does.
+    int Execute(const QString& sql);
+
+    // How long a write waits for a lock held by another connection before it raises 3260.
+    void SetBusyTimeout(int milliseconds);
+
+    void Close(); // idempotent; later calls on this object raise 3420
+    bool IsOpen() const;
+    QString Name() const; // the file's path, as given to Open
+
+    // The raw connection, for tooling that needs plain SQL (test helpers, compaction).
+    QSqlDatabase Connection() const;
+
+private:
+    explicit Database(std::shared_ptr<store::Connection> connection);
+    std::shared_ptr<store::Connection> mConnection;
+};
+
+// The program's open database, set at start-up.
+extern std::unique_ptr<Database> gDatabase;

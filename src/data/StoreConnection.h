@@ -1,0 +1,51 @@
+#pragma once
+
+// Internals shared by Database and Recordset; not for the rest of the program.
+
+#include "VbError.h"
+
+#include <QHash>
+#include <QList>
+#include <QSqlDatabase>
+#include <QString>
+
+class QSqlError;
+
+namespace store {
+
+// How a column is stored and what Fields() gives for it, from the declared type.
+enum class Kind : unsigned char {
+    Text,    // TEXT         <-> QString
+    Money,   // CURRENCY     <-> Currency (INTEGER ten-thousandths)
+    Date,    // DATE         <-> QDate (TEXT yyyy-mm-dd)
+    Boolean, // BOOLEAN      <-> bool (INTEGER 0/1)
+    Other,   // anything else: the value as SQLite gives it
+};
+
+struct TableInfo {
+    QString name;
+    QStringList columns;
+    QList<Kind> kinds;
+};
+
+// The state behind one Database, shared with its recordsets so that a recordset outlives a
+// closed database safely.
+struct Connection {
+    QString connectionName;
+    QString path;
+    QSqlDatabase db;                  // invalid once closed
+    QHash<QString, TableInfo> tables; // by lower-case name; filled on first use
+
+    bool IsOpen() const { return db.isValid() && db.isOpen(); }
+    // Raises 3420 when the database has been closed.
+    QSqlDatabase& Checked();
+    // The table's columns, or nullptr when there is no such table.
+    const TableInfo* Table(const QString& name);
+};
+
+// The VbError for a failed statement. `fallback` is the number used for a plain SQL error.
+VbError SqlFailure(const QSqlError& error, int fallback);
+
+Kind KindOfDeclaredType(const QString& declaredType);
+
+} // namespace store

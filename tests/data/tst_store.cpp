@@ -1,0 +1,477 @@
+#include "Currency.h"
+#include "Database.h"
+#include "Fixture.h"
+#include "RebateRows.h"
+#include "VbError.h"
+
+#include <QFile>
+#include <QSqlQuery>
+#include <QTest>
+#include <functional>
+
+namespace {
+
+// The number of the VbError the action raises, 0 when it raises none.
+int ErrorOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const VbError& error) {
+        return error.Number();
+    }
+    return 0;
+}
+
+QString ErrorText(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const VbError& error) {
+        return error.Description();
+    }
+    return QString();
+}
+
+QStringList Keys(Recordset& rs) {
+    QStringList keys;
+    while (!rs.IsEOF()) {
+        keys.append(rs.Fields("RebateID").toString());
+        rs.MoveNext();
+    }
+    return keys;
+}
+
+const QString kMatchNone = "Select * from Rebates Where RebateID = 'Match None'";
+
+} // namespace
+
+class tst_store : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void openRefusesWhatIsNoDatabase_data();
+    void openRefusesWhatIsNoDatabase();
+    void openTakesAnyFileName();
+    void reserveSchema();
+    void programQueriesRunAsWritten_data();
+    void programQueriesRunAsWritten();
+    void rejectedStatementsRaise_data();
+    void rejectedStatementsRaise();
+    void valuesRoundTrip_data();
+    void valuesRoundTrip();
+    void moneyStaysExact();
+    void unconvertibleValueChangesNothing_data();
+    void unconvertibleValueChangesNothing();
+    void addedRowStaysOutOfTheRecordset();
+    void cursorMovesAndLimits();
+    void editWritesTheOneRow();
+    void refusedUpdateCanBeRetried_data();
+    void refusedUpdateCanBeRetried();
+    void duplicateKeyIsRefused();
+    void deleteRemovesTheRow();
+    void snapshotIsReadOnly();
+    void recordsetOutlivesItsDatabase();
+};
+
+void tst_store::openRefusesWhatIsNoDatabase_data() {
+    QTest::addColumn<QByteArray>("content"); // null: no file at all
+    QTest::addColumn<int>("error");
+    QTest::newRow("missing file") << QByteArray() << 3024;
+    QTest::newRow("text file") << QByteArray(4096, 'x') << 3049;
+    QTest::newRow("damaged header") << QByteArray("SQLite format 3").append(200, '\x7f') << 3049;
+}
+
+void tst_store::openRefusesWhatIsNoDatabase() {
+    QFETCH(QByteArray, content);
+    QFETCH(int, error);
+    Fixture fixture;
+    const QString path = fixture.ProgramDir() + "Other.mdb";
+    if (!content.isNull()) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+    QCOMPARE(ErrorOf([&] { Database::Open(path); }), error);
+    // Neither created nor touched.
+    QCOMPARE(QFile::exists(path), !content.isNull());
+    if (!content.isNull()) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), content);
+    }
+}
+
+void tst_store::openTakesAnyFileName() {
+    Fixture fixture;
+    const QString path = fixture.ProgramDir() + QString::fromUtf8("Rebates #1 ?%20 café.mdb");
+    QVERIFY(QFile::copy(fixture.ReservePath(), path));
+    auto database = Database::Open(path);
+    QCOMPARE(database->Name(), path);
+    QCOMPARE(database->OpenRecordset(kMatchNone)->FieldCount(), 24);
+}
+
+void tst_store::reserveSchema() {
+    Fixture fixture;
+    auto reserve = Database::Open(fixture.ReservePath());
+    QSqlQuery query(reserve->Connection());
+    QVERIFY(query.exec("PRAGMA table_info(Rebates)"));
+    QStringList columns;
+    QStringList keys;
+    while (query.next()) {
+        columns.append(query.value(1).toString());
+        if (query.value(5).toInt() > 0)
+            keys.append(query.value(1).toString());
+    }
+    const QStringList expected{
+        "RebateID",          "RebateName",     "Address",       "PhoneNumber",     "Email",
+        "WebSite",           "ProductName",    "PurchasePrice", "ExpDate",         "DatePurchased",
+        "LocationPurchased", "RebateAmount",   "PostagePrice",  "CouponAmount",    "DateSent",
+        "DateDue",           "AmountReceived", "FollowupDate",  "FollowupPostage", "DateReceived",
+        "Rejected",          "ReasonRejected", "Deleted",       "Remarks"};
+    QCOMPARE(columns, expected);
+    QCOMPARE(keys, QStringList{"RebateID"});
+    QVERIFY(query.exec("SELECT count(*) FROM Rebates") && query.next());
+    QCOMPARE(query.value(0).toInt(), 0);
+
+    // The recordset shows the same columns, without the rowid it carries.
+    auto rs = reserve->OpenRecordset(kMatchNone);
+    QCOMPARE(rs->FieldCount(), 24);
+    for (int i = 0; i < 24; ++i)
+        QCOMPARE(rs->FieldName(i), expected[i]);
+}
+
+void tst_store::programQueriesRunAsWritten_data() {
+    QTest::addColumn<QString>("sql");
+    QTest::addColumn<QStringList>("keys");
+    // Rows: A live, B deleted, C with Deleted Null.
+    QTest::newRow("new record") << kMatchNone << QStringList();
+    QTest::newRow("one record") << "Select * from Rebates Where RebateID = 'A'" << QStringList{"A"};
+    QTest::newRow("lists") << "SELECT * FROM Rebates WHERE NOT (((Rebates.Deleted)=True))"
+                           << QStringList{"A"};
+    QTest::newRow("list row") << "SELECT * FROM Rebates WHERE (([RebateID])= 'B');"
+                              << QStringList{"B"};
+    QTest::newRow("statistics") << "SELECT * FROM Rebates WHERE (((Rebates.Deleted)=False))"
+                                << QStringList{"A"};
+    QTest::newRow("deleted") << "SELECT * FROM Rebates WHERE (((Rebates.Deleted)=True))"
+                             << QStringList{"B"};
+    QTest::newRow("report") << "Select * from Rebates WHERE (([RebateID])='C')" << QStringList{"C"};
+}
+
+void tst_store::programQueriesRunAsWritten() {
+    QFETCH(QString, sql);
+    QFETCH(QStringList, keys);
+    Fixture fixture;
+    fixture.OpenDatabase();
+    InsertRebates({{.RebateID = "A"},
+                   {.RebateID = "B", .Deleted = true},
+                   {.RebateID = "C", .Deleted = std::nullopt}});
+    for (int type : {dbOpenDynaset, dbOpenSnapshot}) {
+        auto rs = gDatabase->OpenRecordset(sql, type);
+        QCOMPARE(rs->RecordCount(), keys.size());
+        QCOMPARE(Keys(*rs), keys);
+    }
+}
+
+void tst_store::rejectedStatementsRaise_data() {
+    QTest::addColumn<QString>("sql");
+    QTest::addColumn<int>("error");
+    QTest::addColumn<QString>("engineText");
+    QTest::newRow("unbalanced parenthesis")
+        << "Select * from Rebates WHERE NOT (([Deleted])=True Order by DateSent" << 3075
+        << "syntax error";
+    QTest::newRow("unknown column")
+        << "Select * from Rebates WHERE Nope = 1" << 3075 << "no such column: Nope";
+    QTest::newRow("quote in key") << "Select * from Rebates Where RebateID = 'O'Neil'" << 3075
+                                  << "syntax error";
+    QTest::newRow("missing table") << "Select * from Claims" << 3078 << "no such table: Claims";
+}
+
+void tst_store::rejectedStatementsRaise() {
+    QFETCH(QString, sql);
+    QFETCH(int, error);
+    QFETCH(QString, engineText);
+    Fixture fixture;
+    fixture.OpenDatabase();
+    QCOMPARE(ErrorOf([&] { gDatabase->OpenRecordset(sql); }), error);
+    QVERIFY2(ErrorText([&] { gDatabase->OpenRecordset(sql); }).contains(engineText),
+             qPrintable(ErrorText([&] { gDatabase->OpenRecordset(sql); })));
+}
+
+void tst_store::valuesRoundTrip_data() {
+    QTest::addColumn<QString>("column");
+    QTest::addColumn<QVariant>("written");
+    QTest::addColumn<QVariant>("stored"); // as SQLite holds it
+    QTest::addColumn<QVariant>("read");   // as Fields gives it back
+    const QVariant null;
+    QTest::newRow("nullable text cleared") << "Email" << null << null << null;
+    QTest::newRow("text kept empty")
+        << "Address" << QVariant(QString("")) << QVariant("") << QVariant("");
+    QTest::newRow("text") << "Remarks" << QVariant("Sent by \"certified\" mail; 2 UPCs")
+                          << QVariant("Sent by \"certified\" mail; 2 UPCs")
+                          << QVariant("Sent by \"certified\" mail; 2 UPCs");
+    QTest::newRow("money from double")
+        << "PurchasePrice" << QVariant(129.99) << QVariant(qlonglong(1299900))
+        << QVariant::fromValue(Currency::FromRaw(1299900));
+    QTest::newRow("money from text")
+        << "RebateAmount" << QVariant("$1,234.50") << QVariant(qlonglong(12345000))
+        << QVariant::fromValue(Currency::FromRaw(12345000));
+    QTest::newRow("money, four decimals")
+        << "PostagePrice" << QVariant::fromValue(Currency::FromRaw(4901))
+        << QVariant(qlonglong(4901)) << QVariant::fromValue(Currency::FromRaw(4901));
+    QTest::newRow("negative money") << "CouponAmount" << QVariant(-5) << QVariant(qlonglong(-50000))
+                                    << QVariant::fromValue(Currency::FromRaw(-50000));
+    QTest::newRow("date from text") << "DateSent" << QVariant("11/5/2026") << QVariant("2026-11-05")
+                                    << QVariant(QDate(2026, 11, 5));
+    QTest::newRow("date") << "DateDue" << QVariant(QDate(2027, 1, 31)) << QVariant("2027-01-31")
+                          << QVariant(QDate(2027, 1, 31));
+    QTest::newRow("date cleared") << "FollowupDate" << QVariant(QString("")) << null << null;
+    QTest::newRow("Boolean true") << "Rejected" << QVariant(true) << QVariant(qlonglong(1))
+                                  << QVariant(true);
+    QTest::newRow("Boolean from number")
+        << "Deleted" << QVariant(0) << QVariant(qlonglong(0)) << QVariant(false);
+}
+
+void tst_store::valuesRoundTrip() {
+    QFETCH(QString, column);
+    QFETCH(QVariant, written);
+    QFETCH(QVariant, stored);
+    QFETCH(QVariant, read);
+    Fixture fixture;
+    fixture.OpenDatabase();
+    auto rs = gDatabase->OpenRecordset(kMatchNone);
+    rs->AddNew();
+    rs->SetField("RebateID", "20261123100000");
+    rs->SetField(column, written);
+    rs->Update();
+
+    const QVariantMap raw = ReadRawRebate("20261123100000");
+    QCOMPARE(raw.value(column).isNull(), stored.isNull());
+    if (!stored.isNull())
+        QCOMPARE(raw.value(column), stored);
+
+    auto back = gDatabase->OpenRecordset("Select * from Rebates Where RebateID = '20261123100000'");
+    const QVariant value = back->Fields(column);
+    QCOMPARE(value.isNull(), read.isNull());
+    if (!read.isNull()) {
+        QCOMPARE(value.metaType(), read.metaType());
+        QCOMPARE(value, read);
+    }
+}
+
+void tst_store::moneyStaysExact() {
+    Fixture fixture;
+    fixture.OpenDatabase();
+    auto rs = gDatabase->OpenRecordset(kMatchNone);
+    for (const auto& [key, amount] : {std::pair{"1", 0.10}, std::pair{"2", 0.20}}) {
+        rs->AddNew();
+        rs->SetField("RebateID", key);
+        rs->SetField("AmountReceived", amount);
+        rs->Update();
+    }
+    auto all = gDatabase->OpenRecordset("Select * from Rebates");
+    Currency sum;
+    for (; !all->IsEOF(); all->MoveNext())
+        sum += all->Fields("AmountReceived").value<Currency>();
+    QCOMPARE(sum.Raw(), 3000);
+}
+
+void tst_store::unconvertibleValueChangesNothing_data() {
+    QTest::addColumn<QString>("column");
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("date") << "DateSent" << QVariant("13/45/2026");
+    QTest::newRow("money") << "PurchasePrice" << QVariant("twelve dollars");
+    QTest::newRow("Boolean") << "Rejected" << QVariant("perhaps");
+}
+
+void tst_store::unconvertibleValueChangesNothing() {
+    QFETCH(QString, column);
+    QFETCH(QVariant, value);
+    Fixture fixture;
+    fixture.OpenDatabase();
+    InsertRebates({{.RebateID = "A", .PurchasePrice = 10.0, .DateSent = QDate(2026, 11, 1)}});
+    auto rs = gDatabase->OpenRecordset("Select * from Rebates Where RebateID = 'A'");
+    const QVariant before = rs->Fields(column);
+    const QVariantMap rawBefore = ReadRawRebate("A");
+    rs->Edit();
+    QCOMPARE(ErrorOf([&] { rs->SetField(column, value); }), 13);
+    QCOMPARE(rs->Fields(column), before);
+    rs->SetField("Remarks", "still editing");
+    rs->Update();
+    QVariantMap rawAfter = ReadRawRebate("A");
+    QCOMPARE(rawAfter.take("Remarks"), QVariant("still editing"));
+    rawAfter.insert("Remarks", rawBefore.value("Remarks"));
+    QCOMPARE(rawAfter, rawBefore);
+}
+
+void tst_store::addedRowStaysOutOfTheRecordset() {
+    Fixture fixture;
+    fixture.OpenDatabase();
+    auto rs = gDatabase->OpenRecordset(kMatchNone);
+    QVERIFY(rs->IsEOF() && rs->IsBOF());
+    rs->AddNew();
+    QCOMPARE(rs->EditMode(), int(dbEditAdd));
+    rs->SetField("RebateID", "20261123100000");
+    QCOMPARE(rs->Fields("RebateID"), QVariant("20261123100000"));
+    QVERIFY(rs->Fields("RebateName").isNull());
+    rs->Update();
+    QCOMPARE(rs->EditMode(), int(dbEditNone));
+    QCOMPARE(rs->RecordCount(), 0);
+    QVERIFY(rs->IsEOF() && rs->IsBOF());
+    QCOMPARE(CountRebates(), 1);
+    rs->Requery(); // still 'Match None'
+    QCOMPARE(rs->RecordCount(), 0);
+}
+
+void tst_store::cursorMovesAndLimits() {
+    Fixture fixture;
+    fixture.OpenDatabase();
+    InsertRebates({{.RebateID = "1"}, {.RebateID = "2"}, {.RebateID = "3"}});
+    auto rs = gDatabase->OpenRecordset("Select * from Rebates");
+    QCOMPARE(rs->RecordCount(), 3);
+    QVERIFY(!rs->IsBOF() && !rs->IsEOF());
+    QCOMPARE(Keys(*rs), (QStringList{"1", "2", "3"}));
+    QVERIFY(rs->IsEOF() && !rs->IsBOF());
+    QCOMPARE(ErrorOf([&] { rs->Fields("RebateID"); }), 3021);
+    QCOMPARE(ErrorOf([&] { rs->MoveNext(); }), 3021);
+    rs->MovePrevious();
+    QCOMPARE(rs->Fields("rebateid"), QVariant("3")); // names compare without case
+    rs->MoveFirst();
+    rs->MovePrevious();
+    QVERIFY(rs->IsBOF() && !rs->IsEOF());
+    QCOMPARE(ErrorOf([&] { rs->MovePrevious(); }), 3021);
+    rs->MoveLast();
+    QCOMPARE(rs->Fields(rs->FieldIndex("RebateID")), QVariant("3"));
+    QCOMPARE(ErrorOf([&] { rs->Fields("Nope"); }), 3265);
+    QCOMPARE(ErrorOf([&] { rs->SetField("Remarks", "x"); }), 3020); // no Edit
+    QCOMPARE(ErrorOf([&] { rs->Update(); }), 3020);
+    rs->CancelUpdate(); // nothing pending: no error
+
+    auto none = gDatabase->OpenRecordset(kMatchNone);
+    QCOMPARE(ErrorOf([&] { none->MoveFirst(); }), 3021);
+    QCOMPARE(ErrorOf([&] { none->Edit(); }), 3021);
+    rs->Close();
+    QCOMPARE(ErrorOf([&] { rs->IsEOF(); }), 3420);
+}
+
+void tst_store::editWritesTheOneRow() {
+    Fixture fixture;
+    fixture.OpenDatabase();
+    InsertRebates(
+        {{.RebateID = "1", .RebateName = "Printer"}, {.RebateID = "2", .RebateName = "Router"}});
+    auto rs = gDatabase->OpenRecordset("Select * from Rebates");
+    rs->MoveLast();
+    rs->Edit();
+    rs->SetField("RebateName", "Modem");
+    QCOMPARE(rs->Fields("RebateName"), QVariant("Modem"));
+    rs->Update();
+    QCOMPARE(rs->Fields("RebateName"), QVariant("Modem"));
+    QCOMPARE(ReadRawRebate("1").value("RebateName"), QVariant("Printer"));
+    QCOMPARE(ReadRawRebate("2").value("RebateName"), QVariant("Modem"));
+
+    // A move drops a pending edit.
+    rs->Edit();
+    rs->SetField("RebateName", "Switch");
+    rs->MoveFirst();
+    rs->MoveLast();
+    QCOMPARE(rs->Fields("RebateName"), QVariant("Modem"));
+    QCOMPARE(ReadRawRebate("2").value("RebateName"), QVariant("Modem"));
+}
+
+void tst_store::refusedUpdateCanBeRetried_data() {
+    QTest::addColumn<bool>("adding");
+    QTest::newRow("new row") << true;
+    QTest::newRow("edited row") << false;
+}
+
+void tst_store::refusedUpdateCanBeRetried() {
+    QFETCH(bool, adding);
+    Fixture fixture;
+    fixture.OpenDatabase();
+    InsertRebates({{.RebateID = "1", .RebateName = "Printer"}});
+    gDatabase->SetBusyTimeout(0);
+    auto rs = gDatabase->OpenRecordset(adding ? kMatchNone : "Select * from Rebates");
+    if (adding) {
+        rs->AddNew();
+        rs->SetField("RebateID", "2");
+    } else {
+        rs->Edit();
+    }
+    rs->SetField("RebateName", "Router");
+
+    {
+        // Another program holds the file.
+        auto other = Database::Open(fixture.DatabasePath());
+        QSqlQuery lock(other->Connection());
+        QVERIFY(lock.exec("BEGIN EXCLUSIVE"));
+        QCOMPARE(ErrorOf([&] { rs->Update(); }), 3260);
+        QVERIFY(lock.exec("ROLLBACK"));
+    }
+    QCOMPARE(CountRebates(), 1);
+    QCOMPARE(ReadRawRebate("1").value("RebateName"), QVariant("Printer"));
+    QVERIFY(rs->EditMode() != dbEditNone);
+    QCOMPARE(rs->Fields("RebateName"), QVariant("Router"));
+
+    rs->Update();
+    QCOMPARE(CountRebates(), adding ? 2 : 1);
+    QCOMPARE(ReadRawRebate(adding ? "2" : "1").value("RebateName"), QVariant("Router"));
+}
+
+void tst_store::duplicateKeyIsRefused() {
+    Fixture fixture;
+    fixture.OpenDatabase();
+    InsertRebates({{.RebateID = "20261123100000", .RebateName = "First"}});
+    auto rs = gDatabase->OpenRecordset(kMatchNone);
+    rs->AddNew();
+    rs->SetField("RebateID", "20261123100000");
+    rs->SetField("RebateName", "Second");
+    QCOMPARE(ErrorOf([&] { rs->Update(); }), 3022);
+    QCOMPARE(CountRebates(), 1);
+    QCOMPARE(ReadRawRebate("20261123100000").value("RebateName"), QVariant("First"));
+}
+
+void tst_store::deleteRemovesTheRow() {
+    Fixture fixture;
+    fixture.OpenDatabase();
+    InsertRebates({{.RebateID = "1"}, {.RebateID = "2"}, {.RebateID = "3"}});
+    auto rs = gDatabase->OpenRecordset("Select * from Rebates");
+    rs->MoveNext();
+    rs->Delete();
+    QCOMPARE(CountRebates(), 2);
+    QVERIFY(ReadRawRebate("2").isEmpty());
+    QCOMPARE(rs->RecordCount(), 2);
+    QCOMPARE(ErrorOf([&] { rs->Fields("RebateID"); }), 3167);
+    QCOMPARE(ErrorOf([&] { rs->Edit(); }), 3167);
+    rs->MoveNext();
+    QCOMPARE(rs->Fields("RebateID"), QVariant("3"));
+    rs->MovePrevious();
+    QCOMPARE(rs->Fields("RebateID"), QVariant("1"));
+    rs->MoveFirst();
+    QCOMPARE(Keys(*rs), (QStringList{"1", "3"}));
+}
+
+void tst_store::snapshotIsReadOnly() {
+    Fixture fixture;
+    fixture.OpenDatabase();
+    InsertRebates({{.RebateID = "1"}});
+    auto rs = gDatabase->OpenRecordset("Select * from Rebates", dbOpenSnapshot);
+    QVERIFY(!rs->Updatable());
+    QCOMPARE(ErrorOf([&] { rs->Edit(); }), 3027);
+    QCOMPARE(ErrorOf([&] { rs->AddNew(); }), 3027);
+    QCOMPARE(ErrorOf([&] { rs->Delete(); }), 3027);
+    auto counted = gDatabase->OpenRecordset("Select count(*) AS n from Rebates");
+    QVERIFY(!counted->Updatable());
+    QCOMPARE(counted->Fields("n").toInt(), 1);
+}
+
+void tst_store::recordsetOutlivesItsDatabase() {
+    Fixture fixture;
+    fixture.OpenDatabase();
+    InsertRebates({{.RebateID = "1", .RebateName = "Printer"}});
+    auto rs = gDatabase->OpenRecordset("Select * from Rebates");
+    gDatabase.reset();
+    QCOMPARE(rs->Fields("RebateName"), QVariant("Printer"));
+    rs->Edit();
+    rs->SetField("RebateName", "Router");
+    QCOMPARE(ErrorOf([&] { rs->Update(); }), 3420);
+    QCOMPARE(ErrorOf([&] { rs->Requery(); }), 3420);
+}
+
+QTEST_GUILESS_MAIN(tst_store)
+#include "tst_store.moc"
