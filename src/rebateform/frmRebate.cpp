@@ -30,6 +30,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPushButton>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -491,15 +492,15 @@ QWidget* frmRebate::BuildButtons() {
     cmdCancel =
         button("cmdCancel", QStringLiteral("&Cancel"), QStringLiteral("Close without saving...*"));
     connect(cmdDelete, &QPushButton::clicked, this, [this] {
-        if (ButtonMayAct(cmdDelete))
+        if (FocusMovesTo(cmdDelete))
             cmdDelete_Click();
     });
     connect(cmdOK, &QPushButton::clicked, this, [this] {
-        if (ButtonMayAct(cmdOK))
+        if (FocusMovesTo(cmdOK))
             cmdOK_Click();
     });
     connect(cmdCancel, &QPushButton::clicked, this, [this] {
-        if (ButtonMayAct(cmdCancel))
+        if (FocusMovesTo(cmdCancel))
             cmdCancel_Click();
     });
     auto* layout = new QHBoxLayout(picButtons);
@@ -545,6 +546,8 @@ void frmRebate::BuildPages() {
     tbsTabs->setTabToolTip(0, QStringLiteral("View Product Information"));
     tbsTabs->setTabToolTip(1, QStringLiteral("View RebateInformation"));
     tbsTabs->setTabToolTip(2, QStringLiteral("View Followup Information"));
+    // A click on a tab takes the focus, so the field being left checks itself first.
+    tbsTabs->tabBar()->setFocusPolicy(Qt::StrongFocus);
 
     QWidget* buttons = BuildButtons();
     QWidget* status = BuildStatusStrip();
@@ -739,8 +742,15 @@ QString frmRebate::SelectedTab() const {
 void frmRebate::SelectTab(const QString& caption) {
     for (int i = 0; i < tbsTabs->count(); ++i) {
         if (tbsTabs->tabText(i) == caption)
-            tbsTabs->setCurrentIndex(i);
+            ChangePage(i);
     }
+}
+
+// A field on the page going away checks itself first, as the focus goes to the tabs; a field
+// that refuses keeps its page on top.
+void frmRebate::ChangePage(int index) {
+    if (index != tbsTabs->currentIndex() && FocusMovesTo(tbsTabs->tabBar()))
+        tbsTabs->setCurrentIndex(index);
 }
 
 void frmRebate::lblLabels_Click(int index) {
@@ -754,11 +764,11 @@ bool frmRebate::Form_KeyDown(int keyCode, int shift) {
     if (keyCode == 17)
         mbCtrlDown = true;
     if ((shift & 3) == 2 && keyCode == 9) {
-        tbsTabs->setCurrentIndex((selected + 1) % count);
+        ChangePage((selected + 1) % count);
         return true;
     }
     if ((shift & 3) == 3 && keyCode == 9) {
-        tbsTabs->setCurrentIndex((selected + count - 1) % count);
+        ChangePage((selected + count - 1) % count);
         return true;
     }
     if ((shift & 4) == 4 && keyCode == 90)
@@ -794,6 +804,11 @@ bool frmRebate::eventFilter(QObject* watched, QEvent* event) {
         }
         break;
     }
+    case QEvent::Wheel:
+        // The wheel would change pages around the check of the field that has the focus.
+        if (watched == tbsTabs->tabBar())
+            return true;
+        break;
     case QEvent::MouseButtonRelease:
         if (auto* label = qobject_cast<QLabel*>(watched); label && mLabels.contains(label))
             lblLabels_Click(mLabels.value(label));
@@ -816,13 +831,13 @@ bool frmRebate::eventFilter(QObject* watched, QEvent* event) {
     return QWidget::eventFilter(watched, event);
 }
 
-// A button that is clicked while a field holds the focus first takes the focus, so the field
-// validates itself; a field that refuses keeps the focus and the button does nothing.
-bool frmRebate::ButtonMayAct(QAbstractButton* button) {
+// A button or the tabs, used while a field holds the focus, first take the focus, so the field
+// checks itself; a field that refuses keeps the focus and the command doesn't run.
+bool frmRebate::FocusMovesTo(QWidget* target) {
     QWidget* focus = QApplication::focusWidget();
-    if (focus == button || !qobject_cast<FieldEdit*>(focus) || !isAncestorOf(focus))
+    if (focus == target || !qobject_cast<FieldEdit*>(focus) || !isAncestorOf(focus))
         return true;
-    button->setFocus(Qt::ShortcutFocusReason);
+    target->setFocus(Qt::ShortcutFocusReason);
     return QApplication::focusWidget() != focus;
 }
 

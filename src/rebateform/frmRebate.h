@@ -8,7 +8,6 @@
 #include <memory>
 
 class FieldEdit;
-class QAbstractButton;
 class QAction;
 class QCheckBox;
 class QGroupBox;
@@ -106,13 +105,14 @@ private:
     void FillFromRebate();
     void CopyFieldsToRebate();
     QString NewRebateID() const;
-    bool ButtonMayAct(QAbstractButton* button);
+    bool FocusMovesTo(QWidget* target);
     void DateShortcutKey(FieldEdit* field, int keyAscii);
     void ShowTag(QWidget* control);
     QWidget* Window() const;
 
     QString SelectedTab() const;
     void SelectTab(const QString& caption);
+    void ChangePage(int index);
 
     void DisablePrint();
     void EnablePrint();

@@ -78,6 +78,8 @@ private Q_SLOTS:
     void writtenValues();
     void okSavesAndCloses();
     void vetoedFieldStopsOK();
+    void vetoedFieldKeepsPage_data();
+    void vetoedFieldKeepsPage();
     void refusedSave_data();
     void refusedSave();
     void deleteRecord_data();
@@ -436,6 +438,36 @@ void tst_rebateform::vetoedFieldStopsOK() {
     QTRY_COMPARE(boxes.size(), 2);
     QCOMPARE(frmRebate::Instance(), form);
     QCOMPARE(CountRebates(), 0);
+}
+
+void tst_rebateform::vetoedFieldKeepsPage_data() {
+    QTest::addColumn<QString>("how");
+    QTest::newRow("click on a tab") << "click";
+    QTest::newRow("Ctrl+Tab") << "ctrl+tab";
+    QTest::newRow("record check going to another page") << "save";
+}
+
+void tst_rebateform::vetoedFieldKeepsPage() {
+    QFETCH(QString, how);
+    frmRebate* form = OpenNew();
+    FieldEdit* amount = Type(form, 6, "1..2");
+    auto* tabs = form->findChild<QTabWidget*>("tbsTabs");
+    if (how == "click") {
+        QTabBar* bar = tabs->tabBar();
+        QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(2).center());
+    } else if (how == "ctrl+tab") {
+        QTest::keyClick(amount, Qt::Key_Tab, Qt::ControlModifier);
+    } else {
+        form->mnuSaveRecord_Click(); // Rebate Name is on this page; Product Name is not
+        form->txtFields(20)->setText("Named");
+        form->mnuSaveRecord_Click();
+    }
+    QCOMPARE(CurrentTab(form), QString("Rebate Info"));
+    QVERIFY(amount->hasFocus());
+    QVERIFY(amount->isVisible());
+    const auto& boxes = mFixture->Desktop().boxes;
+    QVERIFY(!boxes.isEmpty());
+    QCOMPARE(boxes.last().prompt, QString("Please enter a valid currency amount."));
 }
 
 void tst_rebateform::refusedSave_data() {
