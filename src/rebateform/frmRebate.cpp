@@ -102,6 +102,8 @@ frmRebate* frmRebate::LoadAndShow() {
             }
         });
     }
+    // The first field of the first page takes the focus, as the first control in the tab order.
+    form->txtFields(14)->setFocus(Qt::OtherFocusReason);
     form->Window()->show();
     form->ZOrder();
     return form;
@@ -483,7 +485,7 @@ QWidget* frmRebate::BuildButtons() {
         auto* b = new QPushButton(caption);
         b->setObjectName(QLatin1String(name));
         b->setProperty("Tag", tag);
-        b->setAutoDefault(false);
+        b->setAutoDefault(true); // Enter presses the button that has the focus
         return b;
     };
     cmdDelete =
