@@ -1,6 +1,10 @@
-#include <QApplication>
+#include "QtDesktop.h"
+#include "VantryApplication.h"
+#include "modMain.h"
 
 int main(int argc, char** argv) {
-    QApplication app(argc, argv);
-    return 0;
+    VantryApplication app(argc, argv);
+    InstallDesktop(std::make_unique<QtDesktop>());
+    Startup::UseDeveloperEnvironment();
+    return Main() ? app.exec() : 0;
 }

@@ -11,6 +11,11 @@ QHash<QString, QPointer<QWidget>>& Registry() {
     return registry;
 }
 
+QHash<QString, std::function<QWidget*()>>& Factories() {
+    static QHash<QString, std::function<QWidget*()>> factories;
+    return factories;
+}
+
 bool gWaitCursorShown = false;
 QString gStatusText;
 void (*gStatusSetter)(const QString&) = nullptr;
@@ -32,6 +37,17 @@ void Forms::Unregister(QWidget* form) {
 QWidget* Forms::Find(const QString& name) {
     const auto found = Registry().constFind(name);
     return found == Registry().constEnd() ? nullptr : found->data();
+}
+
+void Forms::SetFactory(const QString& name, std::function<QWidget*()> factory) {
+    Factories().insert(name, std::move(factory));
+}
+
+QWidget* Forms::Load(const QString& name) {
+    if (QWidget* form = Find(name))
+        return form;
+    const auto factory = Factories().constFind(name);
+    return factory == Factories().constEnd() || !*factory ? nullptr : (*factory)();
 }
 
 bool IsFormLoaded(const QString& name) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
 class QWidget;
 
@@ -11,6 +12,11 @@ void Register(QWidget* form);
 // A form that unloads leaves at once, even while its window is still being taken down.
 void Unregister(QWidget* form);
 QWidget* Find(const QString& name);
+// How a form is created on first use: the form's module hands in a factory under the
+// form's name; Load() returns the loaded form, or creates it with the factory (nullptr when
+// there is no factory).
+void SetFactory(const QString& name, std::function<QWidget*()> factory);
+QWidget* Load(const QString& name);
 } // namespace Forms
 
 // True when a form of that name is loaded. Asking for "frmRebate" is how the program learns

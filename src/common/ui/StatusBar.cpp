@@ -1,0 +1,74 @@
+#include "StatusBar.h"
+
+#include "Clock.h"
+#include "Forms.h"
+
+#include <QLabel>
+#include <QLocale>
+#include <QTimer>
+
+namespace {
+StatusBar* gStatusLineBar = nullptr;
+
+void WriteStatusLine(const QString& text) {
+    if (gStatusLineBar)
+        gStatusLineBar->SetPanelText(3, text);
+}
+
+QLabel* MakePanel(QWidget* parent, const QString& name) {
+    auto* panel = new QLabel(parent);
+    panel->setObjectName(name);
+    panel->setFrameStyle(QFrame::Panel | QFrame::Sunken);
+    panel->setContentsMargins(4, 0, 4, 0);
+    return panel;
+}
+} // namespace
+
+StatusBar::StatusBar(QWidget* parent) : QStatusBar(parent), mClock(new QTimer(this)) {
+    setSizeGripEnabled(true);
+    for (int i = 0; i < PanelCount; ++i)
+        mPanels[i] = MakePanel(this, QStringLiteral("Panel%1").arg(i + 1));
+    mPanels[0]->setAccessibleName(QStringLiteral("Date"));
+    mPanels[1]->setAccessibleName(QStringLiteral("Time"));
+    mPanels[2]->setAccessibleName(QStringLiteral("Status"));
+    mPanels[2]->setText(QStringLiteral("Status..."));
+    addWidget(mPanels[0]);
+    addWidget(mPanels[1]);
+    addWidget(mPanels[2], 1);
+    connect(mClock, &QTimer::timeout, this, &StatusBar::UpdateClock);
+    mClock->start(1000);
+    UpdateClock();
+}
+
+StatusBar::~StatusBar() {
+    if (gStatusLineBar == this) {
+        gStatusLineBar = nullptr;
+        StatusLine::Attach(nullptr);
+    }
+}
+
+QLabel* StatusBar::Panels(int index) const {
+    return index >= 1 && index <= PanelCount ? mPanels[index - 1] : nullptr;
+}
+
+QString StatusBar::PanelText(int index) const {
+    const QLabel* panel = Panels(index);
+    return panel ? panel->text() : QString();
+}
+
+void StatusBar::SetPanelText(int index, const QString& text) {
+    if (QLabel* panel = Panels(index))
+        panel->setText(text);
+}
+
+void StatusBar::AttachStatusLine() {
+    gStatusLineBar = this;
+    StatusLine::Attach(&WriteStatusLine);
+}
+
+void StatusBar::UpdateClock() {
+    const QLocale us(QLocale::English, QLocale::UnitedStates);
+    const QDateTime now = Now();
+    mPanels[0]->setText(us.toString(now.date(), QStringLiteral("M/d/yyyy")));
+    mPanels[1]->setText(us.toString(now.time(), QStringLiteral("h:mm AP")));
+}

@@ -1,0 +1,532 @@
+#include "frmMDI.h"
+
+#include "Database.h"
+#include "Desktop.h"
+#include "Forms.h"
+#include "Globals.h"
+#include "Help.h"
+#include "MdiChild.h"
+#include "Regional.h"
+#include "Settings.h"
+#include "StatusBar.h"
+#include "Toolbar.h"
+#include "VbError.h"
+#include "cLogErr.h"
+#include "modMain.h"
+#include "modUtilities.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
+#include <QGuiApplication>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPointer>
+#include <QScreen>
+#include <QSignalBlocker>
+#include <QTimer>
+
+namespace {
+frmMDI* gInstance = nullptr;
+
+constexpr int kTwipsPerPixel = 15;
+const QString kSettings = QStringLiteral("Settings");
+
+// The pictures every toolbar image list holds; the large grey list also holds "Log".
+const QStringList kToolbarImages{
+    QStringLiteral("Exit"),   QStringLiteral("Options"), QStringLiteral("Calc"),
+    QStringLiteral("Dialer"), QStringLiteral("Web"),     QStringLiteral("Tip"),
+    QStringLiteral("Help"),   QStringLiteral("Save"),    QStringLiteral("Print"),
+    QStringLiteral("Delete"), QStringLiteral("Cut"),     QStringLiteral("Copy"),
+    QStringLiteral("Paste"),  QStringLiteral("Undo"),    QStringLiteral("Redo"),
+    QStringLiteral("TCR")};
+
+QAction* MakeAction(QMenu* menu, const char* name, const QString& caption, int helpContext) {
+    auto* action = menu->addAction(caption);
+    action->setObjectName(QLatin1String(name));
+    action->setProperty(Help::kContextProperty, helpContext);
+    return action;
+}
+
+QMenu* MakeMenu(QWidget* parent, const char* name, const QString& caption, int helpContext) {
+    auto* menu = new QMenu(caption, parent);
+    menu->setObjectName(QLatin1String(name));
+    menu->setProperty(Help::kContextProperty, helpContext);
+    menu->menuAction()->setProperty(Help::kContextProperty, helpContext);
+    return menu;
+}
+
+// Runs a command of another form by name. A form without that command changes nothing;
+// an error the command lets out reaches the application object, which logs it.
+void Invoke(QWidget* form, const char* command) {
+    if (form)
+        QMetaObject::invokeMethod(form, command);
+}
+} // namespace
+
+frmMDI::frmMDI(QWidget* parent)
+    : QMainWindow(parent), mdiArea(new QMdiArea(this)), tbToolBar(new Toolbar(this)),
+      sbStatusBar(new StatusBar(this)), MDITimer(new QTimer(this)) {
+    setObjectName(QStringLiteral("frmMDI"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(kAppTitle);
+    setWindowIcon(QIcon(QStringLiteral(":/icons/vantry.svg")));
+    gInstance = this;
+    Forms::Register(this);
+
+    mdiArea->setObjectName(QStringLiteral("mdiArea"));
+    mdiArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    mdiArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setCentralWidget(mdiArea);
+
+    MDITimer->setObjectName(QStringLiteral("MDITimer"));
+    MDITimer->setInterval(500);
+    connect(MDITimer, &QTimer::timeout, this, &frmMDI::MDITimer_Timer);
+
+    CreateMenus();
+    CreateToolbar();
+
+    sbStatusBar->setObjectName(QStringLiteral("sbStatusBar"));
+    setStatusBar(sbStatusBar);
+    sbStatusBar->AttachStatusLine();
+
+    connect(mdiArea, &QMdiArea::subWindowActivated, this, &frmMDI::ShowMenusOf);
+    Help::InstallF1Handler();
+    cLogErr::SetActiveControlNameSource([] {
+        const QWidget* focus = QApplication::focusWidget();
+        return focus ? focus->objectName() : QString();
+    });
+    // The position isn't kept between runs: the window opens in the middle of the screen.
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        const QRect room = screen->availableGeometry();
+        resize(QSize(1000, 720).boundedTo(room.size() * 0.9));
+        move(room.center() - rect().center());
+    }
+    MDIForm_Load();
+}
+
+frmMDI::~frmMDI() {
+    // The children go while this window is half gone: their activation must not reach it.
+    disconnect(mdiArea, nullptr, this, nullptr);
+    if (gInstance == this)
+        gInstance = nullptr;
+}
+
+frmMDI* frmMDI::Instance() {
+    return gInstance;
+}
+
+void frmMDI::CreateMenus() {
+    mnuFile = MakeMenu(this, "mnuFile", QStringLiteral("&File"), 3000);
+    mnuFileExit = MakeAction(mnuFile, "mnuFileExit", QStringLiteral("E&xit"), 3000);
+    mnuFileExit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    connect(mnuFileExit, &QAction::triggered, this, &frmMDI::mnuFileExit_Click);
+
+    mnuView = MakeMenu(this, "mnuView", QStringLiteral("&View"), 3000);
+    mnuViewToolbar = MakeAction(mnuView, "mnuViewToolbar", QStringLiteral("&Toolbar"), 3001);
+    mnuViewStatusBar = MakeAction(mnuView, "mnuViewStatusBar", QStringLiteral("Status &Bar"), 2507);
+    for (QAction* entry : {mnuViewToolbar, mnuViewStatusBar}) {
+        entry->setCheckable(true);
+        entry->setChecked(true);
+    }
+    // A click flips the check itself; the handlers flip it when the program calls them.
+    // Either way the bar follows the check.
+    connect(mnuViewToolbar, &QAction::toggled, tbToolBar, &QWidget::setVisible);
+    connect(mnuViewStatusBar, &QAction::toggled, sbStatusBar, &QWidget::setVisible);
+    mnuView->addSeparator()->setObjectName(QStringLiteral("mnuSep3"));
+    mnuViewOptions = MakeAction(mnuView, "mnuViewOptions", QStringLiteral("&Options..."), 7500);
+    connect(mnuViewOptions, &QAction::triggered, this, &frmMDI::mnuViewOptions_Click);
+
+    mnuWindow = MakeMenu(this, "mnuWindow", QStringLiteral("&Window"), 3000);
+    // The frame's menu shows only while no child is active, with nothing to arrange; the
+    // children's own Window menus arrange their windows. So these three do nothing here.
+    mnuTileHorizontally =
+        MakeAction(mnuWindow, "mnuTileHorizontally", QStringLiteral("Tile &Horizontally"), 3000);
+    mnuTileVertically =
+        MakeAction(mnuWindow, "mnuTileVertically", QStringLiteral("Tile &Vertically"), 3000);
+    mnuCascade = MakeAction(mnuWindow, "mnuCascade", QStringLiteral("&Cascade"), 3000);
+    AttachWindowList(mnuWindow);
+
+    mnuHelp = MakeMenu(this, "mnuHelp", QStringLiteral("&Help"), 3000);
+    mnuHelpContents = MakeAction(mnuHelp, "mnuHelpContents", QStringLiteral("&Contents..."), 3000);
+    mnuSearchForHelpOn =
+        MakeAction(mnuHelp, "mnuSearchForHelpOn", QStringLiteral("&Search For Help On..."), 3000);
+    mnuHelp->addSeparator()->setObjectName(QStringLiteral("mnuSep4"));
+    mnuHelpAbout = MakeAction(mnuHelp, "mnuHelpAbout", QStringLiteral("&About..."), 2502);
+    mnuHelp->addSeparator()->setObjectName(QStringLiteral("mnuSep5"));
+    mnuTipOfTheDay =
+        MakeAction(mnuHelp, "mnuTipOfTheDay", QStringLiteral("Show &Tip of the Day..."), 2503);
+    connect(mnuHelpContents, &QAction::triggered, this, &frmMDI::mnuHelpContents_Click);
+    connect(mnuSearchForHelpOn, &QAction::triggered, this, &frmMDI::mnuSearchForHelpOn_Click);
+    connect(mnuHelpAbout, &QAction::triggered, this, &frmMDI::mnuHelpAbout_Click);
+    connect(mnuTipOfTheDay, &QAction::triggered, this, &frmMDI::mnuTipOfTheDay_Click);
+
+    mOwnMenus = {mnuFile, mnuView, mnuWindow, mnuHelp};
+    ShowMenusOf(nullptr);
+
+    mnuTbPopup = MakeMenu(this, "mnuTbPopup", QStringLiteral("Toolbar Popup"), 3001);
+    mnuTbPopupLarge =
+        MakeAction(mnuTbPopup, "mnuTbPopupLarge", QStringLiteral("Large Buttons"), 3001);
+    mnuTbPopupSmall =
+        MakeAction(mnuTbPopup, "mnuTbPopupSmall", QStringLiteral("Small Buttons"), 3001);
+    mnuTbPopupText = MakeAction(mnuTbPopup, "mnuTbPopupText", QStringLiteral("Text"), 3001);
+    for (QAction* entry : {mnuTbPopupLarge, mnuTbPopupSmall, mnuTbPopupText})
+        entry->setCheckable(true);
+    mnuTbPopupLarge->setChecked(true);
+    connect(mnuTbPopupLarge, &QAction::triggered, this, &frmMDI::mnuTbPopupLarge_Click);
+    connect(mnuTbPopupSmall, &QAction::triggered, this, &frmMDI::mnuTbPopupSmall_Click);
+    connect(mnuTbPopupText, &QAction::toggled, this, [this](bool checked) {
+        for (int i = 1; i <= tbToolBar->Count(); ++i) {
+            ToolbarButton& button = tbToolBar->Buttons(i);
+            button.SetCaption(checked ? button.Key() : QString());
+        }
+    });
+}
+
+void frmMDI::CreateToolbar() {
+    imlToolbarSGrey.Add(kToolbarImages);
+    imlToolbarLGrey.Add(kToolbarImages);
+    imlToolbarLGrey.Add(QStringLiteral("Log"));
+    imlToolbarLarge.Add(kToolbarImages);
+    imlToolbarSmall.Add(kToolbarImages);
+
+    tbToolBar->setObjectName(QStringLiteral("tbToolBar"));
+    tbToolBar->setWindowTitle(QStringLiteral("Toolbar"));
+    struct Entry {
+        const char* key;
+        const char* description;
+        const char* toolTip;
+    };
+    // In index order; a null key is a separator.
+    static const Entry entries[] = {
+        {"Exit", "Exit Vantry! Vantry!", "Exit Vantry! Vantry!"},
+        {nullptr, nullptr, nullptr},
+        {"Save", "Save Record", "Save Record"},
+        {"Print", "Print", "Print record"},
+        {nullptr, nullptr, nullptr},
+        {"Delete", "Delete Record(s)", "Delete Record"},
+        {nullptr, nullptr, nullptr},
+        {"Cut", "Cut", "Cut"},
+        {"Copy", "Copy", "Copy"},
+        {"Paste", "Paste", "Paste"},
+        {nullptr, nullptr, nullptr},
+        {"Calc", "Calculator", "Calculator"},
+        {"Dialer", "Autodialer", "Telephone Dialer"},
+        {nullptr, nullptr, nullptr},
+        {"Options", "Options", "Options"},
+        {nullptr, nullptr, nullptr},
+        {"Web", "KVX Web Page", "KVX Web Page"},
+        {nullptr, nullptr, nullptr},
+        {"Tip", "Tip of the Day", "Tip of the Day"},
+        {"Help", "Help", "Help"},
+        {"TCR", "TCR", "Visit Thrift Courier on the web"},
+    };
+    for (const Entry& entry : entries) {
+        if (!entry.key) {
+            tbToolBar->AddSeparator();
+            continue;
+        }
+        const QString key = QLatin1String(entry.key);
+        tbToolBar->AddButton(key, QLatin1String(entry.description), QLatin1String(entry.toolTip),
+                             key);
+    }
+    addToolBar(Qt::TopToolBarArea, tbToolBar);
+    connect(tbToolBar, &Toolbar::ButtonClick, this, &frmMDI::tbToolBar_ButtonClick);
+    connect(tbToolBar, &Toolbar::MouseUp, this, &frmMDI::tbToolBar_MouseUp);
+}
+
+QMdiSubWindow* frmMDI::AddChild(QWidget* form) {
+    for (QMdiSubWindow* child : mdiArea->subWindowList()) {
+        if (child->widget() == form)
+            return child;
+    }
+    QMdiSubWindow* child = mdiArea->addSubWindow(form);
+    child->setAttribute(Qt::WA_DeleteOnClose);
+    child->setWindowIcon(form->windowIcon().isNull() ? windowIcon() : form->windowIcon());
+    return child;
+}
+
+void frmMDI::AttachWindowList(QMenu* windowMenu) {
+    auto* list = new QActionGroup(windowMenu);
+    connect(windowMenu, &QMenu::aboutToShow, this, [this, windowMenu, list] {
+        for (QAction* entry : list->actions())
+            delete entry;
+        const QList<QMdiSubWindow*> children = mdiArea->subWindowList();
+        if (children.isEmpty())
+            return;
+        list->addAction(windowMenu->addSeparator());
+        int number = 0;
+        for (QMdiSubWindow* child : children) {
+            QAction* entry = windowMenu->addAction(
+                QStringLiteral("&%1 %2").arg(++number).arg(child->windowTitle()));
+            entry->setCheckable(true);
+            entry->setChecked(child == mdiArea->currentSubWindow());
+            list->addAction(entry);
+            const QPointer<QMdiSubWindow> target(child);
+            connect(entry, &QAction::triggered, this, [this, target] {
+                if (target)
+                    mdiArea->setActiveSubWindow(target);
+            });
+        }
+    });
+}
+
+QString frmMDI::ActiveFormName() const {
+    const QMdiSubWindow* child = mdiArea->currentSubWindow();
+    return child && child->widget() ? child->widget()->objectName() : QString();
+}
+
+void frmMDI::ShowMenusOf(QMdiSubWindow* child) {
+    // While the whole program is inactive the area reports no active child; the menus of
+    // the child that comes back on activation stay in place.
+    if (!child)
+        child = mdiArea->currentSubWindow();
+    const auto* withMenus = child ? dynamic_cast<const MdiChild*>(child->widget()) : nullptr;
+    const QList<QMenu*> menus = withMenus ? withMenus->Menus() : mOwnMenus;
+    menuBar()->clear();
+    for (QMenu* menu : menus)
+        menuBar()->addMenu(menu);
+}
+
+void frmMDI::HideRebateButtons() {
+    for (int i = 1; i <= tbToolBar->Count(); ++i) {
+        if (i == 3 || (i >= 6 && i <= 11))
+            tbToolBar->Buttons(i).SetVisible(false);
+    }
+}
+
+void frmMDI::ShowRebateButtons() {
+    for (int i = 1; i <= tbToolBar->Count(); ++i) {
+        if (i == 3 || (i >= 5 && i <= 11))
+            tbToolBar->Buttons(i).SetVisible(true);
+    }
+    const QWidget* rebate = Forms::Find(QStringLiteral("frmRebate"));
+    if (rebate && rebate->property("RebateID").toString().isEmpty())
+        tbToolBar->Buttons(4).SetEnabled(false);
+}
+
+void frmMDI::MDIForm_Load() {
+    QDir::setCurrent(AppPath());
+    if (GetSetting(kAppTitle, kSettings, QStringLiteral("MDI Toolbar"), QStringLiteral("Large")) ==
+        QStringLiteral("Large"))
+        mnuTbPopupLarge_Click();
+    else
+        mnuTbPopupSmall_Click();
+    const QString text =
+        GetSetting(kAppTitle, kSettings, QStringLiteral("MDI Toolbar Text"), QStringLiteral("1"));
+    try {
+        mnuTbPopupText->setChecked(!CBool(text));
+    } catch (const VbError&) {
+        // A value that isn't a Boolean leaves the entry as designed (unchecked), so the
+        // click below turns the captions on.
+    }
+    mnuTbPopupText_Click();
+}
+
+void frmMDI::mnuTbPopupLarge_Click() {
+    ChooseButtonSize(true);
+}
+
+void frmMDI::mnuTbPopupSmall_Click() {
+    ChooseButtonSize(false);
+}
+
+void frmMDI::ChooseButtonSize(bool large) {
+    mnuTbPopupLarge->setChecked(large);
+    mnuTbPopupSmall->setChecked(!large);
+    tbToolBar->SetImageList(nullptr);
+    tbToolBar->SetHotImageList(nullptr);
+    if (mnuTbPopupLarge->isChecked()) {
+        tbToolBar->SetImageList(&imlToolbarLGrey);
+        tbToolBar->SetHotImageList(&imlToolbarLarge);
+    } else {
+        tbToolBar->SetImageList(&imlToolbarSGrey);
+        tbToolBar->SetHotImageList(&imlToolbarSmall);
+    }
+    for (int i = 1; i <= tbToolBar->Count(); ++i) {
+        ToolbarButton& button = tbToolBar->Buttons(i);
+        if (button.ButtonStyle() == ToolbarButton::Default)
+            button.SetImage(button.Key());
+    }
+}
+
+void frmMDI::mnuTbPopupText_Click() {
+    mnuTbPopupText->toggle();
+}
+
+void frmMDI::tbToolBar_MouseUp(int button, const QPoint& globalPos) {
+    if (button != 2)
+        return;
+    {
+        const QSignalBlocker quiet(mnuTbPopupText);
+        mnuTbPopupText->setChecked(!tbToolBar->Buttons(1).Caption().isEmpty());
+    }
+    mnuTbPopup->popup(globalPos);
+}
+
+void frmMDI::mnuViewToolbar_Click() {
+    mnuViewToolbar->toggle();
+}
+
+void frmMDI::mnuViewStatusBar_Click() {
+    mnuViewStatusBar->toggle();
+}
+
+void frmMDI::mnuViewOptions_Click() {
+    // The Options dialog joins the program with the maintenance commands; until then the
+    // entry and the "Options" button have nothing to show.
+}
+
+void frmMDI::mnuHelpAbout_Click() {
+    // The About box comes with the support forms.
+}
+
+void frmMDI::mnuTipOfTheDay_Click() {
+    // The Tip of the Day comes with the support forms.
+}
+
+void frmMDI::mnuFileExit_Click() {
+    close();
+}
+
+bool frmMDI::NoHelpBox() {
+    if (!Help::Available()) {
+        MsgBox(QStringLiteral("Unable to display Help Contents. There is no Help associated with "
+                              "this project."),
+               vb::vbInformation, windowTitle());
+        return true;
+    }
+    return false;
+}
+
+void frmMDI::mnuHelpContents_Click() {
+    if (NoHelpBox())
+        return;
+    Help::ShowContents();
+}
+
+void frmMDI::mnuSearchForHelpOn_Click() {
+    if (NoHelpBox())
+        return;
+    Help::ShowSearch();
+}
+
+void frmMDI::tbToolBar_ButtonClick(const QString& key) {
+    QWidget* rebate = Forms::Find(QStringLiteral("frmRebate"));
+    if (key == QStringLiteral("Exit")) {
+        close();
+    } else if (key == QStringLiteral("Calc") || key == QStringLiteral("Dialer")) {
+        // The Calculator and the Telephone Dialer come with the entry tools.
+    } else if (key == QStringLiteral("Options")) {
+        mnuViewOptions_Click();
+    } else if (key == QStringLiteral("Web")) {
+        SetStatusText(QStringLiteral("Opening web browser..."));
+        OpenDocument(kProductWebSite);
+    } else if (key == QStringLiteral("TCR")) {
+        SetStatusText(QStringLiteral("Opening web browser..."));
+        OpenDocument(gTCRLink);
+    } else if (key == QStringLiteral("Tip")) {
+        mnuTipOfTheDay_Click();
+    } else if (key == QStringLiteral("Help")) {
+        mnuHelpContents_Click();
+    } else if (key == QStringLiteral("Print")) {
+        PrintClicked();
+    } else if (!rebate) {
+        // Save, Delete, Cut, Copy, Paste and Undo act on the rebate form alone; the buttons
+        // stay visible while none is open, and then do nothing.
+    } else if (key == QStringLiteral("Save")) {
+        SetStatusText(QStringLiteral("Saving record..."));
+        Invoke(rebate, "mnuSaveRecord_Click");
+    } else if (key == QStringLiteral("Delete")) {
+        // Taking the focus first makes the field being edited check itself.
+        if (auto* button = rebate->findChild<QWidget*>(QStringLiteral("cmdDelete")))
+            button->setFocus();
+        Invoke(rebate, "cmdDelete_Click");
+    } else if (key == QStringLiteral("Cut")) {
+        Invoke(rebate, "mnuCut_Click");
+    } else if (key == QStringLiteral("Copy")) {
+        Invoke(rebate, "mnuCopy_Click");
+    } else if (key == QStringLiteral("Paste")) {
+        Invoke(rebate, "mnuPaste_Click");
+    } else if (key == QStringLiteral("Undo")) {
+        rebate->setFocus();
+        if (QWidget* control = rebate->focusWidget())
+            control->setFocus();
+        Invoke(rebate, "mnuUndo_Click");
+    }
+}
+
+void frmMDI::PrintClicked() {
+    const QString active = ActiveFormName();
+    if (QWidget* rebate = Forms::Find(QStringLiteral("frmRebate"))) {
+        if (active != QStringLiteral("frmRebate"))
+            return;
+        if (rebate->property("RebateID").toString().isEmpty()) {
+            MsgBox(QStringLiteral("The current record has not been saved to the database. Please "
+                                  "save the record before trying to print."),
+                   vb::vbInformation, QStringLiteral("Unsaved Record"));
+            return;
+        }
+        SetStatusText(QStringLiteral("Preparing to print..."));
+        Invoke(rebate, "mnuPrint_Click");
+    } else if (active == QStringLiteral("frmSwitchboard")) {
+        // On the Switchboard the button prints the statistics whichever page is on top.
+        SetStatusText(QStringLiteral("Preparing to print..."));
+        Invoke(Forms::Find(active), "mnuPrintStats_Click");
+    }
+}
+
+void frmMDI::MDITimer_Timer() {
+    if (mbClosing || IsFormLoaded(QStringLiteral("frmSwitchboard")))
+        return;
+    close();
+    DoEvents();
+}
+
+void frmMDI::MDIForm_QueryUnload() {
+    if (!isMinimized()) {
+        const QRect frame = frameGeometry();
+        SaveSetting(kAppTitle, kSettings, QStringLiteral("MainLeft"),
+                    QString::number(frame.x() * kTwipsPerPixel));
+        SaveSetting(kAppTitle, kSettings, QStringLiteral("MainTop"),
+                    QString::number(frame.y() * kTwipsPerPixel));
+        SaveSetting(kAppTitle, kSettings, QStringLiteral("MainWidth"),
+                    QString::number(frame.width() * kTwipsPerPixel));
+        SaveSetting(kAppTitle, kSettings, QStringLiteral("MainHeight"),
+                    QString::number(frame.height() * kTwipsPerPixel));
+    }
+    SaveSetting(kAppTitle, kSettings, QStringLiteral("MDI Toolbar"),
+                mnuTbPopupLarge->isChecked() ? QStringLiteral("Large") : QStringLiteral("Small"));
+    SaveSetting(kAppTitle, kSettings, QStringLiteral("MDI Toolbar Text"),
+                mnuTbPopupText->isChecked() ? QStringLiteral("1") : QStringLiteral("0"));
+}
+
+void frmMDI::closeEvent(QCloseEvent* event) {
+    if (mbClosing) {
+        event->ignore();
+        return;
+    }
+    mbClosing = true;
+    MDIForm_QueryUnload();
+    // The children are asked next; any of them may keep the program open.
+    for (QMdiSubWindow* child : mdiArea->subWindowList()) {
+        if (!child->close()) {
+            mbClosing = false;
+            event->ignore();
+            return;
+        }
+    }
+    MDIForm_Unload();
+    event->accept();
+}
+
+void frmMDI::MDIForm_Unload() {
+    Help::Quit();
+    // Recordsets hold their rows by themselves; the database is what stays open.
+    gDatabase.reset();
+    EndProgram(0);
+}

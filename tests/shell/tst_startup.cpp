@@ -1,0 +1,331 @@
+#include "Database.h"
+#include "Fixture.h"
+#include "Forms.h"
+#include "Globals.h"
+#include "Help.h"
+#include "VantryApplication.h"
+#include "VbError.h"
+#include "frmMDI.h"
+#include "frmSplash.h"
+#include "modMain.h"
+#include "modPrevInstance.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QProcess>
+#include <QTest>
+#include <QTimer>
+#include <stdexcept>
+
+namespace {
+const QString kMissingFile =
+    "Vantry! Vantry! did not find the file 'Vantry.mdb' in the application directory. This file "
+    "is necessary for Vantry! Vantry! to work. Please reinstall Vantry! Vantry! and this should "
+    "fix the problem. The program will now terminate.";
+
+QString CorruptText() {
+    return "The database file 'Vantry.mdb' in the Vantry! Vantry! application directory is "
+           "corrupt. This file is necessary for Vantry! Vantry! to work.\r\n\r\n"
+           "Please copy the file 'Vantry.mdb' to a safe location (if you have previously entered "
+           "data in the database), then delete 'Vantry.mdb' from the application directory. After "
+           "completing these steps, reinstall Vantry! Vantry!  This should get the program "
+           "working again, though you will not be able to access any data you entered "
+           "previously.\r\n\r\n"
+           "If you have data you'd like to try to recover, visit the Vantry! Vantry! web site at" +
+           kProductWebSite +
+           " to check for availability of a database repair utility.\r\n\r\n"
+           "This program will now terminate.";
+}
+
+QByteArray ReadAll(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool Listening(const QString& name) {
+    QLocalSocket probe;
+    probe.connectToServer(name);
+    const bool connected = probe.waitForConnected(200);
+    probe.abort();
+    return connected;
+}
+
+// A widget whose key handler fails, as a buggy event handler would.
+class FailingWidget : public QWidget {
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->key() == Qt::Key_A)
+            throw VbError(13, "Type mismatch");
+        if (event->key() == Qt::Key_B)
+            throw std::runtime_error("out of order");
+        ++keys;
+    }
+
+public:
+    int keys = 0;
+};
+} // namespace
+
+class tst_startup : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() { InitTestResources(); }
+    void init();
+    void cleanup();
+    void startsWithDatabase();
+    void restoresFromReserve();
+    void bothFilesMissing();
+    void corruptDatabase();
+    void folderRefusesTheCopy();
+    void splashWait_data();
+    void splashWait();
+    void secondCopyActivatesFirst();
+    void activateWindowByTitle();
+    void escapedErrorsAreLogged();
+
+private:
+    std::unique_ptr<Fixture> mFixture;
+    int mEnded = 0;
+};
+
+void tst_startup::init() {
+    mFixture = std::make_unique<Fixture>();
+    mEnded = 0;
+    Startup::SetEndProgramHandler([this](int) { ++mEnded; });
+    Startup::SetSplashSeconds(0);
+}
+
+void tst_startup::cleanup() {
+    delete frmMDI::Instance();
+    Help::Quit();
+    App::SetHelpFile(QString());
+    Forms::SetFactory("frmSwitchboard", nullptr);
+    PrevInstance::Release();
+    Startup::SetEndProgramHandler(nullptr);
+    Startup::SetSplashSeconds(4);
+    mFixture.reset();
+}
+
+void tst_startup::startsWithDatabase() {
+    bool startedWhenLoaded = true;
+    Forms::SetFactory("frmSwitchboard", [&startedWhenLoaded] {
+        startedWhenLoaded = gAppStarted;
+        auto* form = new QWidget;
+        form->setObjectName("frmSwitchboard");
+        form->setWindowTitle("Switchboard");
+        Forms::Register(form);
+        return form;
+    });
+    QVERIFY(Main());
+    frmMDI* main = frmMDI::Instance();
+    QVERIFY(main);
+    QVERIFY(main->isVisible());
+    QCOMPARE(main->windowTitle(), QString("Vantry! Vantry!"));
+    QVERIFY(!frmSplash::Instance());
+    QVERIFY(gDatabase && gDatabase->IsOpen());
+    QCOMPARE(gDatabase->Name(), mFixture->DatabasePath());
+    QCOMPARE(gTCRLink, kTCRLink);
+    QVERIFY(gTCRLink.endsWith("subscriptions.htm?RefID=QZ"));
+    QCOMPARE(App::HelpFile(), mFixture->ProgramDir() + "vantry.hlp");
+    QVERIFY(gAppStarted);
+    QVERIFY(!startedWhenLoaded); // the Switchboard loads before the start is over
+    QCOMPARE(main->ActiveFormName(), QString("frmSwitchboard"));
+    QVERIFY(IsFormLoaded("frmSwitchboard"));
+    QCOMPARE(QDir::currentPath() + "/", mFixture->ProgramDir());
+    QVERIFY(mFixture->Desktop().boxes.isEmpty());
+    QVERIFY(!QFile::exists(mFixture->LogPath()));
+    QCOMPARE(mEnded, 0);
+}
+
+void tst_startup::restoresFromReserve() {
+    QVERIFY(QFile::remove(mFixture->DatabasePath()));
+    QVERIFY(Main());
+    QVERIFY(frmMDI::Instance());
+    QVERIFY(QFile::exists(mFixture->ReservePath()));
+    QCOMPARE(ReadAll(mFixture->DatabasePath()), ReadAll(mFixture->ReservePath()));
+    QCOMPARE(gDatabase->Name(), mFixture->DatabasePath());
+    QVERIFY(mFixture->Desktop().boxes.isEmpty());
+}
+
+void tst_startup::bothFilesMissing() {
+    QVERIFY(QFile::remove(mFixture->DatabasePath()));
+    QVERIFY(QFile::remove(mFixture->ReservePath()));
+    bool splashShown = true;
+    mFixture->Desktop().OnNextBox(
+        [&splashShown](const ScriptedDesktop::Box&) { splashShown = frmSplash::Instance(); });
+    QVERIFY(!Main());
+    QVERIFY(!splashShown);
+    const auto& boxes = mFixture->Desktop().boxes;
+    QCOMPARE(boxes.size(), 1);
+    QCOMPARE(boxes[0].title, QString("Missing File"));
+    QCOMPARE(boxes[0].style, 16);
+    QCOMPARE(boxes[0].prompt, kMissingFile);
+    QVERIFY(!frmMDI::Instance());
+    QVERIFY(!QFile::exists(mFixture->DatabasePath()));
+    QVERIFY(!gAppStarted);
+}
+
+void tst_startup::corruptDatabase() {
+    QFile file(mFixture->DatabasePath());
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(QByteArray("This is not a database at all.\n").repeated(200));
+    file.close();
+    const QByteArray before = ReadAll(mFixture->DatabasePath());
+
+    QVERIFY(!Main());
+    const auto& boxes = mFixture->Desktop().boxes;
+    QCOMPARE(boxes.size(), 1);
+    QCOMPARE(boxes[0].title, QString("Corrupt Database File"));
+    QCOMPARE(boxes[0].style, 16);
+    QCOMPARE(boxes[0].prompt, CorruptText());
+    QCOMPARE(ReadAll(mFixture->DatabasePath()), before);
+    QVERIFY(!frmMDI::Instance());
+    QVERIFY(!frmSplash::Instance());
+    QVERIFY(!gAppStarted);
+}
+
+void tst_startup::folderRefusesTheCopy() {
+    // The live file is missing and the folder takes no new file: a folder without write
+    // permission, and, since permissions don't bind every user, a directory in the way.
+    QVERIFY(QFile::remove(mFixture->DatabasePath()));
+    QVERIFY(QDir().mkdir(mFixture->DatabasePath()));
+    const QString folder = mFixture->ProgramDir();
+    const auto permissions = QFile::permissions(folder);
+    QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
+
+    const bool started = Main();
+    QFile::setPermissions(folder, permissions);
+    QVERIFY(!started);
+    const auto& boxes = mFixture->Desktop().boxes;
+    QCOMPARE(boxes.size(), 2);
+    QCOMPARE(boxes[0].title, QString("Error Renaming Vantry.rdb"));
+    QCOMPARE(boxes[0].style, 48);
+    QVERIFY(!boxes[0].prompt.isEmpty());
+    QCOMPARE(boxes[1].title, QString("Missing File"));
+    QCOMPARE(boxes[1].prompt, kMissingFile);
+    QVERIFY(QFile::exists(mFixture->ReservePath()));
+    QVERIFY(!frmMDI::Instance());
+}
+
+void tst_startup::splashWait_data() {
+    QTest::addColumn<bool>("click");
+    QTest::addColumn<int>("atLeast");
+    QTest::addColumn<int>("atMost");
+    QTest::newRow("click on the picture") << true << 0 << 2500;
+    QTest::newRow("no click: 3 to 4 seconds") << false << 2900 << 6000;
+}
+
+void tst_startup::splashWait() {
+    QFETCH(bool, click);
+    QFETCH(int, atLeast);
+    QFETCH(int, atMost);
+    Startup::SetSplashSeconds(4);
+    QString version;
+    bool mainLoadedDuringSplash = false;
+    QTimer watch;
+    watch.setInterval(20);
+    connect(&watch, &QTimer::timeout, this, [&] {
+        frmSplash* splash = frmSplash::Instance();
+        if (!splash || !frmMDI::Instance())
+            return;
+        version = splash->lblVersion->text();
+        mainLoadedDuringSplash = !frmMDI::Instance()->isVisible();
+        if (click)
+            QTest::mouseClick(splash->imgSplash, Qt::LeftButton);
+    });
+    watch.start();
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(Main());
+    const qint64 waited = clock.elapsed();
+    watch.stop();
+    QVERIFY2(waited >= atLeast && waited <= atMost, qPrintable(QString::number(waited)));
+    QCOMPARE(version, QString("Version 1.0.0"));
+    QVERIFY(mainLoadedDuringSplash);
+    QVERIFY(!frmSplash::Instance());
+    QVERIFY(frmMDI::Instance()->isVisible());
+}
+
+void tst_startup::secondCopyActivatesFirst() {
+    const QString name = PrevInstance::ServerName();
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    environment.insert("VANTRY_PROGRAM_DIR", mFixture->ProgramDir());
+    environment.insert("XDG_CONFIG_HOME", mFixture->ProgramDir() + "config");
+    environment.insert("VANTRY_QUIT_AFTER", "60");
+    QProcess first;
+    first.setProcessEnvironment(environment);
+    first.start(VANTRY_EXECUTABLE, {});
+    QVERIFY(first.waitForStarted());
+    QTRY_VERIFY_WITH_TIMEOUT(Listening(name), 15000);
+    const QDateTime databaseTime = QFileInfo(mFixture->DatabasePath()).lastModified();
+
+    QProcess second;
+    second.setProcessEnvironment(environment);
+    QElapsedTimer clock;
+    clock.start();
+    second.start(VANTRY_EXECUTABLE, {});
+    QVERIFY(second.waitForFinished(10000));
+    QVERIFY2(clock.elapsed() < 3000, qPrintable(QString::number(clock.elapsed())));
+    QCOMPARE(second.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(second.exitCode(), 0);
+    QCOMPARE(first.state(), QProcess::Running);
+    QVERIFY(!QFile::exists(mFixture->LogPath()));
+    QCOMPARE(QFileInfo(mFixture->DatabasePath()).lastModified(), databaseTime);
+
+    first.terminate();
+    if (!first.waitForFinished(5000))
+        first.kill();
+    first.waitForFinished(5000);
+    QLocalServer::removeServer(name);
+}
+
+void tst_startup::activateWindowByTitle() {
+    QMainWindow window;
+    window.setWindowTitle("Vantry! Vantry! - [Switchboard]");
+    window.showMinimized();
+    QTRY_VERIFY(window.isMinimized());
+    QCOMPARE(FindWindowByTitlePrefix("vantry! VANTRY!"), &window);
+    QVERIFY(!FindWindowByTitlePrefix("Vantry! Vantry! Help"));
+    QVERIFY(!FindWindowByTitlePrefix(QString()));
+    QCOMPARE(ActivatePrevInstance("Vantry! Vantry!"), &window);
+    QTRY_VERIFY(!window.isMinimized());
+    QVERIFY(!ActivatePrevInstance("Nothing like it"));
+}
+
+void tst_startup::escapedErrorsAreLogged() {
+    QVERIFY(qobject_cast<VantryApplication*>(qApp));
+    FailingWidget widget;
+    widget.setObjectName("picFailing");
+    widget.show();
+    QTest::keyClick(&widget, Qt::Key_A);
+    QTest::keyClick(&widget, Qt::Key_B);
+    QTest::keyClick(&widget, Qt::Key_C);
+    QCOMPARE(widget.keys, 1); // still running, still handling input
+    const auto& boxes = mFixture->Desktop().boxes;
+    QCOMPARE(boxes.size(), 2);
+    QVERIFY(boxes[0].prompt.startsWith("Type mismatch\r\n\r\n"));
+    QCOMPARE(boxes[0].title, QString("Vantry! Vantry! Error"));
+    QCOMPARE(boxes[0].style, 48);
+    QVERIFY(boxes[1].prompt.startsWith("out of order\r\n\r\n"));
+    const QString log = QString::fromUtf8(ReadAll(mFixture->LogPath()));
+    QVERIFY(log.contains("Error Number:\t\t13\r\n"));
+    QVERIFY(log.contains("Error Number:\t\t51\r\n"));
+    QVERIFY(log.contains("Error Source:\t\tpicFailing\r\n"));
+}
+
+int main(int argc, char** argv) {
+    VantryApplication app(argc, argv);
+    tst_startup test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_startup.moc"
