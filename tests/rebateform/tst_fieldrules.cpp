@@ -29,7 +29,6 @@ private Q_SLOTS:
     void leavingField();
     void dateSentFillsDueAndPostage();
     void followupDateFillsFollowupPostage();
-    void rebateNameSetsCaption();
     void fullAmountQuestion_data();
     void fullAmountQuestion();
     void tabSelectsClickKeepsCaret();
@@ -163,25 +162,38 @@ void tst_fieldrules::keys() {
     QVERIFY(mFixture->Desktop().boxes.isEmpty());
 }
 
+// The one-step undo: typing "23" after "1" set by code, then the undo key twice. Ctrl+Z
+// arrives as a control character, which date and money fields refuse.
 void tst_fieldrules::escapeUndoes_data() {
     QTest::addColumn<int>("index");
-    QTest::newRow("date") << 5;
-    QTest::newRow("currency") << 4;
-    QTest::newRow("phone") << 13;
-    QTest::newRow("text") << 20;
+    QTest::addColumn<bool>("ctrlZ");
+    QTest::addColumn<QString>("undone");
+    QTest::newRow("date, Escape") << 5 << false << "1";
+    QTest::newRow("currency, Escape") << 4 << false << "1";
+    QTest::newRow("phone, Escape") << 13 << false << "1";
+    QTest::newRow("text, Escape") << 20 << false << "1";
+    QTest::newRow("text, Ctrl+Z") << 20 << true << "1";
+    QTest::newRow("date, Ctrl+Z refused") << 5 << true << "123";
 }
 
 void tst_fieldrules::escapeUndoes() {
     QFETCH(int, index);
+    QFETCH(bool, ctrlZ);
+    QFETCH(QString, undone);
     FieldEdit* field = mForm->txtFields(index);
     field->setText("1");
     Enter(mForm, index);
     field->setCursorPosition(1);
     QTest::keyClicks(field, "23");
-    QCOMPARE(field->text(), QString("123"));
-    QTest::keyClick(field, Qt::Key_Escape);
-    QCOMPARE(field->text(), QString("1"));
-    QTest::keyClick(field, Qt::Key_Escape);
+    const auto undo = [&] {
+        if (ctrlZ)
+            QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
+        else
+            QTest::keyClick(field, Qt::Key_Escape);
+    };
+    undo();
+    QCOMPARE(field->text(), undone);
+    undo();
     QCOMPARE(field->text(), QString("123"));
     // Text set by a shortcut leaves nothing of the typing to undo.
     if (index == 5) {
@@ -315,12 +327,6 @@ void tst_fieldrules::followupDateFillsFollowupPostage() {
     QCOMPARE(mForm->txtFields(12)->text(), QString("0.32"));
     QTest::keyClick(date, Qt::Key_Backspace);
     QCOMPARE(mForm->txtFields(12)->text(), QString("0.00"));
-}
-
-void tst_fieldrules::rebateNameSetsCaption() {
-    QCOMPARE(mForm->windowTitle(), QString("Rebate Form - [New Record]"));
-    Type(mForm, 20, "Spring Mail-In");
-    QCOMPARE(mForm->windowTitle(), QString("Rebate Form - [Spring Mail-In]"));
 }
 
 // Amount Rec'd, Date Received and Rebate Amount, the answer, the question asked, the amount after.

@@ -44,17 +44,13 @@ private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
     void init();
     void cleanup();
-    void newRecord_data();
-    void newRecord();
-    void openRecord_data();
-    void openRecord();
+    void opensForm_data();
+    void opensForm();
     void oneRecordAtATime_data();
     void oneRecordAtATime();
     void unsavedFormRefuses_data();
     void unsavedFormRefuses();
     void pendingBecomesPaid();
-    void toolbarReachesForm_data();
-    void toolbarReachesForm();
 
 private:
     void SelectTab(const QString& caption) {
@@ -112,53 +108,55 @@ void tst_rebateswitchboard::SelectRows(ListView* lv, const QStringList& ids) {
     ViewOf(lv)->setFocus();
 }
 
-void tst_rebateswitchboard::newRecord_data() {
+// The page, the command, and the record the form opens on ("" for a new one).
+void tst_rebateswitchboard::opensForm_data() {
+    QTest::addColumn<QString>("tab");
     QTest::addColumn<QString>("how");
-    QTest::newRow("New Rebate") << "menu";
-    QTest::newRow("toolbar New") << "toolbar";
-    QTest::newRow("double click on Create a New Rebate") << "double click";
-    QTest::newRow("Enter on Create a New Rebate") << "enter";
-    QTest::newRow("Space on Create a New Rebate") << "space";
+    QTest::addColumn<QString>("opened");
+    QTest::newRow("New Rebate") << "New"
+                                << "menu"
+                                << "";
+    QTest::newRow("toolbar New") << "New"
+                                 << "toolbar"
+                                 << "";
+    QTest::newRow("double click on Create a New Rebate") << "New"
+                                                         << "double click"
+                                                         << "";
+    QTest::newRow("Enter on Create a New Rebate") << "New"
+                                                  << "enter"
+                                                  << "";
+    QTest::newRow("Space on Create a New Rebate") << "New"
+                                                  << "space"
+                                                  << "";
+    QTest::newRow("Edit Rebate") << "Unsent"
+                                 << "menu" << kSecondUnsent;
+    QTest::newRow("Open on the popup") << "Unsent"
+                                       << "popup" << kSecondUnsent;
+    QTest::newRow("double click on a row") << "Unsent"
+                                           << "double click" << kSecondUnsent;
+    QTest::newRow("Enter on a row") << "Unsent"
+                                    << "enter" << kSecondUnsent;
+    QTest::newRow("Space on a row") << "Unsent"
+                                    << "space" << kSecondUnsent;
 }
 
-void tst_rebateswitchboard::newRecord() {
+void tst_rebateswitchboard::opensForm() {
+    QFETCH(QString, tab);
     QFETCH(QString, how);
-    SelectTab("New");
-    ListView* lv = mBoard->lvNew;
-    lv->ListItems().Item(1)->SetSelected(true);
-    ViewOf(lv)->setFocus();
+    QFETCH(QString, opened);
+    SelectTab(tab);
+    const bool create = tab == "New";
+    ListView* lv = create ? mBoard->lvNew : mBoard->lvUnsent;
+    if (create) {
+        lv->ListItems().Item(1)->SetSelected(true);
+        ViewOf(lv)->setFocus();
+    } else {
+        SelectRows(lv, {kSecondUnsent});
+    }
     if (how == "menu")
-        mBoard->mnuNewRebate->trigger();
+        (create ? mBoard->mnuNewRebate : mBoard->mnuEditRebate)->trigger();
     else if (how == "toolbar")
         mBoard->xToolbar_ButtonClick("New");
-    else if (how == "double click")
-        QTest::mouseDClick(ViewOf(lv)->viewport(), Qt::LeftButton, {}, RowCenter(lv, 1));
-    else
-        QTest::keyClick(ViewOf(lv), how == "enter" ? Qt::Key_Return : Qt::Key_Space);
-    frmRebate* form = frmRebate::Instance();
-    QVERIFY(form);
-    QCOMPARE(form->windowTitle(), QString("Rebate Form - [New Record]"));
-    QVERIFY(form->RebateID().isEmpty());
-    QVERIFY(!gbNewRecord);
-    QCOMPARE(mMain->mdiArea->activeSubWindow()->widget(), form);
-}
-
-void tst_rebateswitchboard::openRecord_data() {
-    QTest::addColumn<QString>("how");
-    QTest::newRow("Edit Rebate") << "menu";
-    QTest::newRow("Open on the popup") << "popup";
-    QTest::newRow("double click") << "double click";
-    QTest::newRow("Enter") << "enter";
-    QTest::newRow("Space") << "space";
-}
-
-void tst_rebateswitchboard::openRecord() {
-    QFETCH(QString, how);
-    SelectTab("Unsent");
-    ListView* lv = mBoard->lvUnsent;
-    SelectRows(lv, {kSecondUnsent});
-    if (how == "menu")
-        mBoard->mnuEditRebate_Click();
     else if (how == "popup")
         mBoard->mnuPopupOpen->trigger();
     else if (how == "double click")
@@ -168,9 +166,12 @@ void tst_rebateswitchboard::openRecord() {
         QTest::keyClick(ViewOf(lv), how == "enter" ? Qt::Key_Return : Qt::Key_Space);
     frmRebate* form = frmRebate::Instance();
     QVERIFY(form);
-    QCOMPARE(form->RebateID(), kSecondUnsent);
-    QCOMPARE(form->windowTitle(), QString("Rebate Form - [Cable Rebate]"));
+    QCOMPARE(form->RebateID(), opened);
+    QCOMPARE(form->windowTitle(), create ? QString("Rebate Form - [New Record]")
+                                         : QString("Rebate Form - [Cable Rebate]"));
     QVERIFY(!form->RecordChanged());
+    QVERIFY(!gbNewRecord);
+    QCOMPARE(mMain->mdiArea->activeSubWindow()->widget(), form);
 }
 
 void tst_rebateswitchboard::oneRecordAtATime_data() {
@@ -271,37 +272,6 @@ void tst_rebateswitchboard::pendingBecomesPaid() {
     for (int i = 1; i <= pending->ListItems().Count(); ++i)
         QVERIFY(pending->ListItems().Item(i)->SubItems(3) != kPending);
     QCOMPARE(ReadRawRebate(kPending).value("AmountReceived").toLongLong(), 300000);
-}
-
-// A key of the main toolbar, the field text typed first, and what the press does to the form.
-void tst_rebateswitchboard::toolbarReachesForm_data() {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<int>("boxes");
-    QTest::addColumn<bool>("saved");
-    QTest::newRow("Save") << "Save" << 0 << true;
-    QTest::newRow("Delete asks") << "Delete" << 1 << false;
-    QTest::newRow("Print: nothing yet") << "Print" << 0 << false;
-    QTest::newRow("Cut: nothing yet") << "Cut" << 0 << false;
-    QTest::newRow("Copy: nothing yet") << "Copy" << 0 << false;
-    QTest::newRow("Paste: nothing yet") << "Paste" << 0 << false;
-}
-
-void tst_rebateswitchboard::toolbarReachesForm() {
-    QFETCH(QString, key);
-    QFETCH(int, boxes);
-    QFETCH(bool, saved);
-    SelectTab("Unsent");
-    SelectRows(mBoard->lvUnsent, {kUnsent});
-    mBoard->mnuEditRebate_Click();
-    frmRebate* form = frmRebate::Instance();
-    QVERIFY(form);
-    form->txtFields(17)->setText("from the toolbar");
-    mFixture->Desktop().SetNextAnswer(7); // No to the delete question
-    mMain->tbToolBar_ButtonClick(key);
-    QCOMPARE(mFixture->Desktop().boxes.size(), boxes);
-    QCOMPARE(frmRebate::Instance(), form);
-    QCOMPARE(ReadRawRebate(kUnsent).value("Remarks").toString() == "from the toolbar", saved);
-    QCOMPARE(form->RecordChanged(), !saved);
 }
 
 QTEST_MAIN(tst_rebateswitchboard)
