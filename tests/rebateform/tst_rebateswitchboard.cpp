@@ -5,7 +5,6 @@
 #include "ListView.h"
 #include "RebateRows.h"
 #include "TabStrip.h"
-#include "Toolbar.h"
 #include "frmMDI.h"
 #include "frmRebate.h"
 #include "frmSwitchboard.h"
