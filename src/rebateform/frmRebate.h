@@ -3,14 +3,13 @@
 #include "MdiChild.h"
 
 #include <QMap>
-#include <QPointer>
 #include <QWidget>
 #include <memory>
 
 class FieldEdit;
 class QAction;
 class QCheckBox;
-class QGroupBox;
+class QFormLayout;
 class QLabel;
 class QMenu;
 class QPushButton;
@@ -29,10 +28,6 @@ class frmRebate : public QWidget, public MdiChild {
     Q_PROPERTY(QString RebateID READ RebateID)
 
 public:
-    // The field indexes of the text field array; chkFields holds 0 (Deleted) and 21 (Rejected).
-    static constexpr int kFieldIndexes[] = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10,
-                                            11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 22};
-
     // The loaded form, or nullptr.
     static frmRebate* Instance();
     // Loads the form (a new record when gbNewRecord is set, else the row the Switchboard's
@@ -96,7 +91,7 @@ private:
     QWidget* BuildFollowupPage();
     QWidget* BuildStatusStrip();
     QWidget* BuildButtons();
-    FieldEdit* AddField(class QFormLayout* form, int index, const QString& dataField,
+    FieldEdit* AddField(QFormLayout* form, int index, const QString& dataField,
                         const QString& caption, const QString& tag, QWidget* beside = nullptr);
     QCheckBox* AddCheck(int index, const QString& caption, const QString& tag);
 
