@@ -204,6 +204,7 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
         mPages[i]->hide();
     }
     BuildLists();
+    BuildStatisticsAndFind();
 
     auto* top = new QHBoxLayout;
     top->setContentsMargins(0, 0, 6, 0);
@@ -547,6 +548,7 @@ void frmSwitchboard::Form_Load() {
         SyncViewMenus(lv->View());
     }
     tbsSwitch_Click();
+    ShowOverdueAtStart();
 
     SetMousePointer(0);
     SetStatusText(kReady);
@@ -875,7 +877,7 @@ void frmSwitchboard::tbsSwitch_Click() {
         if (caption == QLatin1String("Statistics")) {
             DisableToolbarButtons();
             DisableListMenus();
-            // The statistics page fills itself in here (UpdateStatistics).
+            UpdateStatistics();
             if (print) {
                 print->SetEnabled(true);
                 print->SetToolTipText(QStringLiteral("Print statistics"));
@@ -910,6 +912,7 @@ void frmSwitchboard::tbsSwitch_Click() {
         }
         lv->SetVisible(true);
     } catch (const VbError& e) {
+        SetMousePointer(0);
         LogError(e, kSource, QStringLiteral("tbsSwitch_Click"));
     }
 }
@@ -1244,8 +1247,9 @@ void frmSwitchboard::xToolbar_ButtonClick(const QString& key) {
         mnuSortAscending_Click();
     } else if (key == QLatin1String("ZA")) {
         mnuSortDescending_Click();
+    } else if (key == QLatin1String("Find")) {
+        mnuFind_Click();
     }
-    // "Find" opens the search window, which is wired up there.
 }
 
 // --- creating and opening records ----------------------------------------------------------
