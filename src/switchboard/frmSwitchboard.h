@@ -175,6 +175,14 @@ public Q_SLOTS:
     void ShowFindModeless();
 
     void xToolbar_ButtonClick(const QString& key);
+
+    // Creating and opening records: the rebate form reads gbNewRecord and the selected row.
+    void mnuNewRebate_Click();
+    bool OpenRebate(); // the result isn't looked at
+    void mnuEditRebate_Click();
+    // Double click and Enter or Space on a row: a record list opens the record, lvNew creates one.
+    void lv_DblClick(ListView* lv);
+    void lv_KeyPress(ListView* lv, int& keyAscii);
     void lv_ItemClick();
     void lv_MouseUp(int button, QPoint globalPos);
     void lv_ColumnClick(int column);
