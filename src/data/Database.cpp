@@ -133,10 +133,12 @@ std::unique_ptr<Database> Database::Open(const QString& path) {
                                               .arg(path, connection->db.lastError().text()));
     // SQLite reads the header lazily: make it read now so that a foreign file is refused here.
     bool readable = false;
+    bool hasSchema = false;
     QString reason;
     {
         QSqlQuery probe(connection->db);
         readable = probe.exec(QStringLiteral("PRAGMA schema_version")) && probe.next();
+        hasSchema = readable && probe.value(0).toInt() > 0;
         reason = probe.lastError().databaseText();
     }
     if (!readable)
@@ -144,6 +146,11 @@ std::unique_ptr<Database> Database::Open(const QString& path) {
                      QStringLiteral("Can't open database '%1'. It may not be a database that "
                                     "this program recognizes, or the file may be corrupt (%2).")
                          .arg(path, reason));
+    // A write-ahead log keeps the save of one record to one short sync however large the
+    // table grows. It is only set on a real database (an empty file stays untouched), and
+    // where the folder can't hold the log the engine keeps its default journal.
+    if (hasSchema)
+        QSqlQuery(connection->db).exec(QStringLiteral("PRAGMA journal_mode=WAL"));
     return std::unique_ptr<Database>(new Database(std::move(connection)));
 }
 

@@ -108,8 +108,10 @@ frmMDI::frmMDI(QWidget* parent)
 }
 
 frmMDI::~frmMDI() {
-    // The children go while this window is half gone: their activation must not reach it.
+    // The child forms reach this window on their way out (settings, toolbar, status line), so
+    // they go first, while it is still whole; their activation must not reach it any more.
     disconnect(mdiArea, nullptr, this, nullptr);
+    qDeleteAll(mdiArea->subWindowList());
     if (gInstance == this)
         gInstance = nullptr;
 }

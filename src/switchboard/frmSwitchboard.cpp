@@ -15,6 +15,7 @@
 #include "VbError.h"
 #include "cLogErr.h"
 #include "clsRebate.h"
+#include "frmRebate.h"
 #include "modListUtilities.h"
 #include "modUtilities.h"
 
@@ -260,6 +261,7 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
         mPages[i]->hide();
     }
     BuildLists();
+    BuildStatisticsAndFind();
 
     auto* top = new QHBoxLayout;
     top->setContentsMargins(0, 0, 6, 0);
@@ -463,6 +465,9 @@ void frmSwitchboard::BuildMenus() {
     on(mnuSearchForHelpOn, &frmSwitchboard::mnuSearchForHelpOn_Click);
     on(mnuSuggest, &frmSwitchboard::mnuSuggest_Click);
     on(mnuTCR2, &frmSwitchboard::mnuTCR_Click);
+    on(mnuNewRebate, &frmSwitchboard::mnuNewRebate_Click);
+    on(mnuEditRebate, &frmSwitchboard::mnuEditRebate_Click);
+    connect(mnuPopupOpen, &QAction::triggered, this, &frmSwitchboard::OpenRebate);
     on(mnuPopupPrint, &frmSwitchboard::mnuPrintSelected_Click);
     on(mnuPopupDelete, &frmSwitchboard::mnuDeleteRebate_Click);
     on(mnuPopupSelectAll, &frmSwitchboard::mnuSelectAll_Click);
@@ -547,6 +552,9 @@ void frmSwitchboard::BuildLists() {
         connect(lv, &ListView::ItemClick, this, &frmSwitchboard::lv_ItemClick);
     }
     for (ListView* lv : AllLists()) {
+        connect(lv, &ListView::DblClick, this, [this, lv] { lv_DblClick(lv); });
+        connect(lv, &ListView::KeyPress, this,
+                [this, lv](int& keyAscii) { lv_KeyPress(lv, keyAscii); });
         connect(lv, &ListView::MouseUp, this, &frmSwitchboard::lv_MouseUp);
         connect(lv, &ListView::ColumnClick, this, &frmSwitchboard::lv_ColumnClick);
     }
@@ -591,6 +599,7 @@ void frmSwitchboard::Form_Load() {
         SyncViewMenus(lv->View());
     }
     tbsSwitch_Click();
+    ShowOverdueAtStart();
 
     SetMousePointer(0);
     SetStatusText(kReady);
@@ -888,7 +897,7 @@ void frmSwitchboard::tbsSwitch_Click() {
         if (caption == QLatin1String("Statistics")) {
             DisableToolbarButtons();
             DisableListMenus();
-            // The statistics page fills itself in here (UpdateStatistics).
+            UpdateStatistics();
             if (print) {
                 print->SetEnabled(true);
                 print->SetToolTipText(QStringLiteral("Print statistics"));
@@ -923,6 +932,7 @@ void frmSwitchboard::tbsSwitch_Click() {
         }
         lv->SetVisible(true);
     } catch (const VbError& e) {
+        SetMousePointer(0);
         LogError(e, kSource, QStringLiteral("tbsSwitch_Click"));
     }
 }
@@ -1241,7 +1251,9 @@ void frmSwitchboard::mnuRefresh_Click() {
 }
 
 void frmSwitchboard::xToolbar_ButtonClick(const QString& key) {
-    if (key == QLatin1String("Delete")) {
+    if (key == QLatin1String("New")) {
+        mnuNewRebate_Click();
+    } else if (key == QLatin1String("Delete")) {
         mnuDeleteRebate_Click();
     } else if (key == QLatin1String("Large")) {
         mnuLargeIcons_Click();
@@ -1258,8 +1270,84 @@ void frmSwitchboard::xToolbar_ButtonClick(const QString& key) {
         mnuSortAscending_Click();
     } else if (key == QLatin1String("ZA")) {
         mnuSortDescending_Click();
+    } else if (key == QLatin1String("Find")) {
+        mnuFind_Click();
     }
-    // "New" opens the rebate form and "Find" the search window; both are wired up there.
+}
+
+// --- creating and opening records ----------------------------------------------------------
+
+void frmSwitchboard::mnuNewRebate_Click() {
+    try {
+        if (frmRebate* form = frmRebate::Instance()) {
+            if (form->RecordChanged()) {
+                MsgBox(QStringLiteral("Please save the current rebate record before attempting "
+                                      "to create a new record."),
+                       vb::vbOKOnly, QStringLiteral("Unsaved Rebate"));
+                form->ZOrder();
+                return;
+            }
+            form->Unload();
+        }
+        gbNewRecord = true;
+        frmRebate::LoadAndShow();
+    } catch (const VbError& e) {
+        LogError(e, objectName(), QStringLiteral("mnuNewRebate_Click"));
+    }
+}
+
+bool frmSwitchboard::OpenRebate() {
+    SetMousePointer(11);
+    SetStatusText(QStringLiteral("Loading Rebate form..."));
+    if (frmRebate* form = frmRebate::Instance()) {
+        if (form->RecordChanged()) {
+            SetMousePointer(0);
+            SetStatusText(QStringLiteral("Unsaved record..."));
+            MsgBox(QStringLiteral("Please save the current rebate record before attempting to "
+                                  "edit another record."),
+                   vb::vbOKOnly, QStringLiteral("Unsaved Rebate"));
+            form->ZOrder();
+            return false;
+        }
+        form->Unload();
+    }
+    gbNewRecord = false;
+    frmRebate::LoadAndShow();
+    SetMousePointer(0);
+    SetStatusText(kReady);
+    return true;
+}
+
+void frmSwitchboard::mnuEditRebate_Click() {
+    try {
+        ListView* lv = GetCurrentLV();
+        if (lv && lv->ListItems().Count() > 0)
+            OpenRebate();
+    } catch (const VbError& e) {
+        SetMousePointer(0);
+        LogError(e, objectName(), QStringLiteral("mnuEditRebate_Click"));
+    }
+}
+
+void frmSwitchboard::lv_DblClick(ListView* lv) {
+    if (lv == lvNew)
+        mnuNewRebate_Click();
+    else
+        mnuEditRebate_Click();
+}
+
+void frmSwitchboard::lv_KeyPress(ListView* lv, int& keyAscii) {
+    if (keyAscii != 32 && keyAscii != 13)
+        return;
+    if (lv == lvNew) {
+        mnuNewRebate_Click();
+    } else if (CountSelected(lv) >= 2) {
+        MsgBox(QStringLiteral("You cannot open more than one rebate record at a time."),
+               vb::vbInformation, QStringLiteral("Invalid Action"));
+        keyAscii = 0;
+    } else {
+        OpenRebate();
+    }
 }
 
 void frmSwitchboard::mnuExit_Click() {

@@ -15,6 +15,7 @@ class QLabel;
 class QMenu;
 class QTimer;
 class Recordset;
+class StatisticsPage;
 class TabStrip;
 class Toolbar;
 struct RebateRowTexts;
@@ -45,6 +46,8 @@ public:
     // The list of a status ("Unsent", "Pending", ...); nullptr for any other text.
     ListView* ListForStatus(const QString& status) const;
     int CountSelected(ListView* lv) const;
+    // The Statistics page inside picLVBack(8).
+    StatisticsPage* Statistics() const { return mStatistics; }
 
     // The controls, named as the program names them.
     QLabel* picSwitchboard;
@@ -127,6 +130,8 @@ public Q_SLOTS:
     void Timer1_Timer();
     void Form_Activate();
     void Form_Resize();
+    // Fills the Statistics page anew.
+    void UpdateStatistics();
 
     // The commands.
     bool DeleteRebateRecord();
@@ -165,8 +170,19 @@ public Q_SLOTS:
     // Printing comes with the reports; until then these do nothing.
     void mnuPrintSelected_Click();
     void mnuPrintStats_Click();
+    // Find: modal from the menus and the toolbar, with the last search text; modeless from F7.
+    void mnuFind_Click();
+    void ShowFindModeless();
 
     void xToolbar_ButtonClick(const QString& key);
+
+    // Creating and opening records: the rebate form reads gbNewRecord and the selected row.
+    void mnuNewRebate_Click();
+    bool OpenRebate(); // the result isn't looked at
+    void mnuEditRebate_Click();
+    // Double click and Enter or Space on a row: a record list opens the record, lvNew creates one.
+    void lv_DblClick(ListView* lv);
+    void lv_KeyPress(ListView* lv, int& keyAscii);
     void lv_ItemClick();
     void lv_MouseUp(int button, QPoint globalPos);
     void lv_ColumnClick(int column);
@@ -202,8 +218,11 @@ private:
     void SubmitSuggestion();
     std::array<ListView*, 7> RecordLists() const;
     std::array<ListView*, 8> AllLists() const;
+    void BuildStatisticsAndFind();
+    void ShowOverdueAtStart();
 
     std::array<QWidget*, 9> mPages{};
+    StatisticsPage* mStatistics = nullptr;
     bool mArrangedUnsent = false;
     bool mArrangedPending = false;
     bool mArrangedOverdue = false;

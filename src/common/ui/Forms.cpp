@@ -25,6 +25,15 @@ void Forms::Register(QWidget* form) {
     Registry().insert(form->objectName(), form);
 }
 
+void Forms::Unregister(QWidget* form) {
+    for (auto it = Registry().begin(); it != Registry().end();) {
+        if (it.value() == form || it.value().isNull())
+            it = Registry().erase(it);
+        else
+            ++it;
+    }
+}
+
 QWidget* Forms::Find(const QString& name) {
     const auto found = Registry().constFind(name);
     return found == Registry().constEnd() ? nullptr : found->data();

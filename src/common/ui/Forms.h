@@ -9,6 +9,8 @@ class QWidget;
 // the program's form name, "frmRebate") and leaves when it is destroyed.
 namespace Forms {
 void Register(QWidget* form);
+// A form that unloads leaves at once, even while its window is still being taken down.
+void Unregister(QWidget* form);
 QWidget* Find(const QString& name);
 // How a form is created on first use: the form's module hands in a factory under the
 // form's name; Load() returns the loaded form, or creates it with the factory (nullptr when

@@ -40,6 +40,14 @@ int main(int argc, char** argv) {
                 status = 1;
             }
         }
+        // The delivered file is already in write-ahead-log mode, as the program keeps it, so
+        // opening a fresh copy changes nothing in it.
+        QSqlQuery wal(db);
+        if (!wal.exec(QStringLiteral("PRAGMA journal_mode=WAL"))) {
+            QTextStream(stderr) << wal.lastError().text() << '\n';
+            status = 1;
+        }
+        wal.finish();
         db.close();
     }
     QSqlDatabase::removeDatabase(QStringLiteral("mkrdb"));

@@ -1,0 +1,97 @@
+// One record saved through the rebate form with 100,000 records in the table: a change to a
+// stored record, and a new record (which also looks for a free RebateID).
+#include "Clock.h"
+#include "Database.h"
+#include "FieldEdit.h"
+#include "Fixture.h"
+#include "Globals.h"
+#include "RebateRows.h"
+#include "clsRebate.h"
+#include "frmRebate.h"
+
+#include <QApplication>
+#include <QSqlQuery>
+#include <benchmark/benchmark.h>
+
+namespace {
+constexpr int kRecords = 100000;
+const QString kStored = QStringLiteral("20261101090000");
+
+// The floor under any save: one row changed in a transaction of its own by plain SQL.
+void PlainSqliteUpdate(benchmark::State& state) {
+    QSqlQuery query(gDatabase->Connection());
+    query.prepare(QStringLiteral("UPDATE Rebates SET Remarks = ? WHERE RebateID = ?"));
+    int round = 0;
+    for (auto _ : state) {
+        query.addBindValue(QStringLiteral("Plain %1").arg(++round));
+        query.addBindValue(kStored);
+        if (!query.exec())
+            state.SkipWithError("the update failed");
+    }
+}
+
+void SaveChangedRecord(benchmark::State& state) {
+    clsRebate::SetSelectedRebateIDSource([] { return kStored; });
+    gbNewRecord = false;
+    frmRebate* form = frmRebate::LoadAndShow();
+    int round = 0;
+    for (auto _ : state) {
+        form->txtFields(17)->setText(QStringLiteral("Remark %1").arg(++round));
+        form->mnuSaveRecord_Click();
+    }
+    if (form->RecordChanged())
+        state.SkipWithError("the record was not saved");
+    form->Unload();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void SaveNewRecord(benchmark::State& state) {
+    for (auto _ : state) {
+        state.PauseTiming();
+        Clock::Advance(1);
+        gbNewRecord = true;
+        frmRebate* form = frmRebate::LoadAndShow();
+        form->txtFields(20)->setText(QStringLiteral("Spring Mail-In"));
+        form->txtFields(14)->setText(QStringLiteral("Toaster"));
+        form->txtFields(2)->setText(QStringLiteral("$24.99"));
+        form->txtFields(4)->setText(QStringLiteral("$10.00"));
+        state.ResumeTiming();
+
+        form->mnuSaveRecord_Click();
+
+        state.PauseTiming();
+        if (form->RebateID().isEmpty())
+            state.SkipWithError("the record was not saved");
+        form->Unload();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        state.ResumeTiming();
+    }
+}
+} // namespace
+
+BENCHMARK(PlainSqliteUpdate)->Unit(benchmark::kMillisecond)->Iterations(50);
+BENCHMARK(SaveChangedRecord)->Unit(benchmark::kMillisecond)->Iterations(50);
+BENCHMARK(SaveNewRecord)->Unit(benchmark::kMillisecond)->Iterations(50);
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    InitTestResources();
+    Fixture fixture;
+    fixture.OpenDatabase();
+    QList<RebateRow> rows = GenerateRebates(kRecords - 1, 20261123);
+    RebateRow stored;
+    stored.RebateID = kStored;
+    stored.RebateName = QStringLiteral("Router Rebate");
+    stored.ProductName = QStringLiteral("Router");
+    stored.PurchasePrice = 89.99;
+    stored.RebateAmount = 30.0;
+    rows.append(stored);
+    InsertRebates(rows);
+
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

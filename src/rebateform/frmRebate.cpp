@@ -1,0 +1,1333 @@
+#include "frmRebate.h"
+
+#include "Clock.h"
+#include "Database.h"
+#include "Desktop.h"
+#include "FieldEdit.h"
+#include "FieldHelpers.h"
+#include "Forms.h"
+#include "Globals.h"
+#include "Regional.h"
+#include "Settings.h"
+#include "Toolbar.h"
+#include "VbError.h"
+#include "cLogErr.h"
+#include "clsRebate.h"
+#include "frmMDI.h"
+#include "frmSwitchboard.h"
+#include "modUndo.h"
+#include "modUtilities.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QPushButton>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace {
+frmRebate* gInstance = nullptr;
+
+const QString kFormName = QStringLiteral("frmRebate");
+const QString kReady = QStringLiteral("Ready...");
+const QString kProductInfo = QStringLiteral("Product Info");
+const QString kRebateInfo = QStringLiteral("Rebate Info");
+const QString kFollowupInfo = QStringLiteral("Followup Info");
+
+// The form's place when no position was saved, in twips (15 to a pixel).
+constexpr int kDesignLeft = 600;
+constexpr int kDesignTop = 450;
+constexpr int kTwipsPerPixel = 15;
+
+// The toolbar buttons of the main window that the form drives, by one-based position.
+constexpr int kToolbarSave = 3;
+constexpr int kToolbarPrint = 4;
+constexpr int kToolbarDelete = 6;
+
+constexpr int kDaysToDue = 56; // a rebate is due eight weeks after it was mailed
+
+QString CaptionFor(const QString& rebateName) {
+    return QStringLiteral("Rebate Form - [") + rebateName + QLatin1Char(']');
+}
+
+bool IsDigit(int keyAscii) {
+    return keyAscii >= '0' && keyAscii <= '9';
+}
+
+// The value of a money text, as the save and the checks read it.
+double ValueOf(const QString& text) {
+    return CDbl(text);
+}
+
+QIcon Picture(const QString& key) {
+    return QIcon(QStringLiteral(":/icons/%1.svg").arg(key));
+}
+} // namespace
+
+// --- loading --------------------------------------------------------------------------------
+
+frmRebate* frmRebate::Instance() {
+    return gInstance;
+}
+
+frmRebate* frmRebate::LoadAndShow() {
+    if (gInstance)
+        return gInstance;
+    auto* form = new frmRebate;
+    const QPoint position = form->pos();
+    if (frmMDI* main = frmMDI::Instance()) {
+        QMdiSubWindow* window = main->AddChild(form);
+        window->move(position);
+        main->AttachWindowList(form->mnuWindowList);
+        // The form owns the main toolbar's record buttons while it is the active child; the
+        // whole program losing the focus (no active child) changes nothing.
+        connect(main->mdiArea, &QMdiArea::subWindowActivated, form, [form](QMdiSubWindow* active) {
+            if (!active || form->mbUnloaded)
+                return;
+            if (active == form->Window() && !form->mbActive) {
+                form->mbActive = true;
+                form->Form_Activate();
+            } else if (active != form->Window() && form->mbActive) {
+                form->mbActive = false;
+                form->Form_Deactivate();
+            }
+        });
+    }
+    // The first field of the first page takes the focus, as the first control in the tab order.
+    form->txtFields(14)->setFocus(Qt::OtherFocusReason);
+    form->Window()->show();
+    form->ZOrder();
+    return form;
+}
+
+frmRebate::frmRebate() {
+    setObjectName(kFormName);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(CaptionFor(QStringLiteral("New Record")));
+    gInstance = this;
+    Forms::Register(this);
+    clsRebate::SetRebateFormSource([]() -> std::optional<QString> {
+        if (!gInstance)
+            return std::nullopt;
+        return gInstance->RebateID();
+    });
+
+    BuildMenus();
+    BuildPages();
+    resize(660, 430);
+    // The form sees keys before its controls, and the clicks on labels and the focus of the
+    // buttons, through one filter.
+    qApp->installEventFilter(this);
+
+    Form_Load();
+}
+
+frmRebate::~frmRebate() {
+    if (gInstance == this)
+        gInstance = nullptr;
+    Forms::Unregister(this);
+}
+
+QList<QMenu*> frmRebate::Menus() const {
+    return {mnuFile, mnuEdit, mnuView, mnuWindowList, mnuHelp};
+}
+
+QString frmRebate::RebateID() const {
+    return txtFields(18)->text();
+}
+
+FieldEdit* frmRebate::txtFields(int index) const {
+    return mFields.value(index);
+}
+
+QCheckBox* frmRebate::chkFields(int index) const {
+    return mChecks.value(index);
+}
+
+QWidget* frmRebate::Window() const {
+    auto* sub = qobject_cast<QMdiSubWindow*>(parentWidget());
+    return sub ? static_cast<QWidget*>(sub) : const_cast<frmRebate*>(this);
+}
+
+// --- layout ---------------------------------------------------------------------------------
+
+void frmRebate::BuildMenus() {
+    auto addAction = [this](QMenu* menu, const char* name, const QString& caption) {
+        QAction* action = menu->addAction(caption);
+        action->setObjectName(QLatin1String(name));
+        return action;
+    };
+
+    mnuFile = new QMenu(QStringLiteral("&File"), this);
+    mnuFile->setObjectName(QStringLiteral("mnuFile"));
+    mnuSaveRecord = addAction(mnuFile, "mnuSaveRecord", QStringLiteral("&Save Record"));
+    connect(mnuSaveRecord, &QAction::triggered, this, &frmRebate::mnuSaveRecord_Click);
+    mnuSaveRecordAndCloseForm = addAction(mnuFile, "mnuSaveRecordAndCloseForm",
+                                          QStringLiteral("Save Record && &Close Form"));
+    connect(mnuSaveRecordAndCloseForm, &QAction::triggered, this, &frmRebate::cmdOK_Click);
+    connect(addAction(mnuFile, "mnuCloseWOSave", QStringLiteral("Close &without Saving")),
+            &QAction::triggered, this, &frmRebate::Unload);
+    mnuFile->addSeparator();
+    connect(addAction(mnuFile, "mnuDeleteRecord", QStringLiteral("&Delete Record")),
+            &QAction::triggered, this, &frmRebate::mnuDeleteRecord_Click);
+    mnuPrint = addAction(mnuFile, "mnuPrint", QStringLiteral("&Print Record"));
+    connect(mnuPrint, &QAction::triggered, this, &frmRebate::mnuPrint_Click);
+
+    mnuEdit = new QMenu(QStringLiteral("&Edit"), this);
+    mnuEdit->setObjectName(QStringLiteral("mnuEdit"));
+    connect(addAction(mnuEdit, "mnuCut", QStringLiteral("Cu&t")), &QAction::triggered, this,
+            &frmRebate::mnuCut_Click);
+    connect(addAction(mnuEdit, "mnuCopy", QStringLiteral("&Copy")), &QAction::triggered, this,
+            &frmRebate::mnuCopy_Click);
+    connect(addAction(mnuEdit, "mnuPaste", QStringLiteral("&Paste")), &QAction::triggered, this,
+            &frmRebate::mnuPaste_Click);
+
+    mnuView = new QMenu(QStringLiteral("&View"), this);
+    mnuView->setObjectName(QStringLiteral("mnuView"));
+    mnuToolbar = addAction(mnuView, "mnuToolbar", QStringLiteral("&Toolbar"));
+    mnuToolbar->setCheckable(true);
+    mnuToolbar->setChecked(true);
+    connect(mnuToolbar, &QAction::triggered, this, [this](bool checked) {
+        if (frmMDI* main = frmMDI::Instance())
+            main->tbToolBar->setVisible(checked);
+    });
+    mnuView->addSeparator();
+    connect(addAction(mnuView, "mnuOptions", QStringLiteral("&Options...")), &QAction::triggered,
+            this, [] {
+                if (frmMDI* main = frmMDI::Instance())
+                    main->mnuViewOptions_Click();
+            });
+
+    mnuWindowList = new QMenu(QStringLiteral("&Window"), this);
+    mnuWindowList->setObjectName(QStringLiteral("mnuWindowList"));
+    connect(addAction(mnuWindowList, "mnuTileHorizontally", QStringLiteral("Tile &Horizontally")),
+            &QAction::triggered, this, [] {
+                if (frmMDI* main = frmMDI::Instance())
+                    main->mnuTileHorizontally->trigger();
+            });
+    connect(addAction(mnuWindowList, "mnuTileVertically", QStringLiteral("Tile &Vertically")),
+            &QAction::triggered, this, [] {
+                if (frmMDI* main = frmMDI::Instance())
+                    main->mnuTileVertically->trigger();
+            });
+    connect(addAction(mnuWindowList, "mnuCascade", QStringLiteral("&Cascade")), &QAction::triggered,
+            this, [] {
+                if (frmMDI* main = frmMDI::Instance())
+                    main->mnuCascade->trigger();
+            });
+
+    mnuHelp = new QMenu(QStringLiteral("&Help"), this);
+    mnuHelp->setObjectName(QStringLiteral("mnuHelp"));
+    connect(addAction(mnuHelp, "mnuContents", QStringLiteral("&Contents...")), &QAction::triggered,
+            this, [] {
+                if (frmMDI* main = frmMDI::Instance())
+                    main->mnuHelpContents_Click();
+            });
+    connect(addAction(mnuHelp, "mnuSearchForHelpOn", QStringLiteral("&Search For Help On...")),
+            &QAction::triggered, this, [] {
+                if (frmMDI* main = frmMDI::Instance())
+                    main->mnuSearchForHelpOn_Click();
+            });
+    mnuHelp->addSeparator();
+    connect(addAction(mnuHelp, "mnuAbout", QStringLiteral("&About Vantry! Vantry!...")),
+            &QAction::triggered, this, [] {
+                if (frmMDI* main = frmMDI::Instance())
+                    main->mnuHelpAbout_Click();
+            });
+    connect(addAction(mnuHelp, "mnuTipOfTheDay", QStringLiteral("Show &Tip of the Day...")),
+            &QAction::triggered, this, [] {
+                if (frmMDI* main = frmMDI::Instance())
+                    main->mnuTipOfTheDay_Click();
+            });
+    mnuHelp->addSeparator();
+    connect(addAction(mnuHelp, "mnuTCR", QStringLiteral("Thrift Courier on the web...")),
+            &QAction::triggered, this, [] { OpenDocument(gTCRLink); });
+}
+
+FieldEdit* frmRebate::AddField(QFormLayout* form, int index, const QString& dataField,
+                               const QString& caption, const QString& tag, QWidget* beside) {
+    auto* field = new FieldEdit(index, dataField, tag);
+    // Dates and amounts are short; names, addresses and remarks take what room there is.
+    const int digit = field->fontMetrics().horizontalAdvance(QLatin1Char('0'));
+    if (ClassOf(dataField) == FieldClass::Date || ClassOf(dataField) == FieldClass::Currency) {
+        field->setMinimumWidth(digit * 12);
+        field->setMaximumWidth(digit * 16);
+    } else {
+        field->setMinimumWidth(digit * 18);
+    }
+    auto* label = new QLabel(caption);
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    label->setObjectName(QStringLiteral("lblLabels_%1").arg(index));
+    label->setBuddy(field);
+    mLabels.insert(label, index);
+    mFields.insert(index, field);
+
+    field->KeyDown = [this](FieldEdit& f, int& keyCode, int shift) {
+        txtFields_KeyDown(f.Index(), keyCode, shift);
+    };
+    field->KeyPress = [this](FieldEdit& f, int& keyAscii) {
+        txtFields_KeyPress(f.Index(), keyAscii);
+    };
+    field->KeyUp = [this](FieldEdit& f, int keyCode, int shift) {
+        txtFields_KeyUp(f.Index(), keyCode, shift);
+    };
+    field->GotFocus = [this](FieldEdit& f) {
+        txtFields_GotFocus(f.Index());
+    };
+    field->Validate = [this](FieldEdit& f, bool& cancel) {
+        txtFields_Validate(f.Index(), cancel);
+    };
+    connect(field, &QLineEdit::textChanged, this, [this, index] { txtFields_Change(index); });
+
+    if (!form)
+        return field;
+    if (beside) {
+        auto* row = new QHBoxLayout;
+        row->setSpacing(4);
+        row->addWidget(field, 1);
+        row->addWidget(beside);
+        form->addRow(label, row);
+    } else {
+        form->addRow(label, field);
+    }
+    return field;
+}
+
+QCheckBox* frmRebate::AddCheck(int index, const QString& caption, const QString& tag) {
+    auto* box = new QCheckBox(caption);
+    box->setObjectName(QStringLiteral("chkFields_%1").arg(index));
+    box->setProperty("Tag", tag);
+    mChecks.insert(index, box);
+    connect(box, &QCheckBox::toggled, this, [this, index] { chkFields_Click(index); });
+    return box;
+}
+
+namespace {
+QFormLayout* NewFormLayout() {
+    auto* form = new QFormLayout;
+    form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    form->setRowWrapPolicy(QFormLayout::DontWrapRows);
+    return form;
+}
+
+QGroupBox* Frame(const char* name, const QString& caption) {
+    auto* frame = new QGroupBox(caption);
+    frame->setObjectName(QLatin1String(name));
+    return frame;
+}
+
+QLabel* PictureLabel(const char* name, const QString& key) {
+    auto* picture = new QLabel;
+    picture->setObjectName(QLatin1String(name));
+    picture->setPixmap(Picture(key).pixmap(32, 32));
+    picture->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    picture->setFixedSize(36, 36);
+    return picture;
+}
+} // namespace
+
+QWidget* frmRebate::BuildProductPage() {
+    auto* page = new QWidget;
+    page->setObjectName(QStringLiteral("picTabs_0"));
+    auto* Frame2 = Frame("Frame2", QStringLiteral("Product Information"));
+    auto* intro = new QHBoxLayout;
+    intro->addWidget(PictureLabel("Image1", QStringLiteral("new")));
+    auto* lblProduct =
+        new QLabel(QStringLiteral("Enter information on the product you purchased."));
+    lblProduct->setObjectName(QStringLiteral("lblProduct"));
+    lblProduct->setWordWrap(true);
+    intro->addWidget(lblProduct, 1);
+
+    QFormLayout* form = NewFormLayout();
+    AddField(form, 14, QStringLiteral("ProductName"), QStringLiteral("Product &Name:"),
+             QStringLiteral("Name of product purchased..."));
+    AddField(form, 15, QStringLiteral("LocationPurchased"), QStringLiteral("&Location Purchased:"),
+             QStringLiteral("Location where product purchased..."));
+    AddField(form, 1, QStringLiteral("DatePurchased"), QStringLiteral("Date P&urchased:"),
+             QStringLiteral("Date product was purchased..."));
+    AddField(form, 2, QStringLiteral("PurchasePrice"), QStringLiteral("Purc&hase Price:"),
+             QStringLiteral("Price you paid for product..."));
+    AddField(form, 3, QStringLiteral("CouponAmount"), QStringLiteral("Coupon A&mount:"),
+             QStringLiteral("Amount of savings from coupons..."));
+
+    auto* frameLayout = new QVBoxLayout(Frame2);
+    frameLayout->addLayout(intro);
+    frameLayout->addLayout(form);
+
+    auto* layout = new QVBoxLayout(page);
+    layout->addWidget(Frame2);
+    layout->addStretch(1);
+    return page;
+}
+
+QWidget* frmRebate::BuildRebatePage() {
+    auto* page = new QWidget;
+    page->setObjectName(QStringLiteral("picTabs_1"));
+
+    auto* Frame1 = Frame("Frame1", QStringLiteral("Rebate Contact Information"));
+    QFormLayout* contact = NewFormLayout();
+    auto smallButton = [](const char* name, const QString& key, const QString& tip) {
+        auto* button = new QPushButton;
+        button->setObjectName(QLatin1String(name));
+        button->setIcon(Picture(key));
+        button->setToolTip(tip);
+        button->setAccessibleName(tip);
+        button->setFixedWidth(32);
+        return button;
+    };
+    // What the three buttons do belongs to the contact links and the dialer.
+    cmdDial = smallButton("cmdDial", QStringLiteral("dialer"), QStringLiteral("Dial the number"));
+    cmdEditEmail = smallButton("cmdEditEmail", QStringLiteral("hyperlink"),
+                               QStringLiteral("Edit the email address"));
+    cmdEditWeb = smallButton("cmdEditWeb", QStringLiteral("hyperlink"),
+                             QStringLiteral("Edit the web site URL"));
+
+    AddField(contact, 20, QStringLiteral("RebateName"), QStringLiteral("&Rebate Name:"),
+             QStringLiteral("Name of rebate offer..."));
+    AddField(contact, 0, QStringLiteral("Address"), QStringLiteral("Addr&ess:"),
+             QStringLiteral("Address where rebate mailed..."));
+    AddField(contact, 13, QStringLiteral("PhoneNumber"), QStringLiteral("&Phone Number:"),
+             QStringLiteral("Rebate contact phone number..."), cmdDial);
+    AddField(contact, 7, QStringLiteral("Email"), QStringLiteral("&Email:"),
+             QStringLiteral("Contact email address..."), cmdEditEmail);
+    AddField(contact, 22, QStringLiteral("WebSite"), QStringLiteral("&Web Site:"),
+             QStringLiteral("Rebate web site address..."), cmdEditWeb);
+    AddField(contact, 4, QStringLiteral("RebateAmount"), QStringLiteral("Rebate A&mount:"),
+             QStringLiteral("Rebate amount due..."));
+    AddField(contact, 19, QStringLiteral("ExpDate"), QStringLiteral("Expiration Date:"),
+             QStringLiteral("Expiration date of rebate offer..."));
+    AddField(contact, 17, QStringLiteral("Remarks"), QStringLiteral("Remar&ks:"),
+             QStringLiteral("Remarks for this rebate offer..."));
+    auto* contactLayout = new QVBoxLayout(Frame1);
+    contactLayout->addLayout(contact);
+
+    auto* Frame3 = Frame("Frame3", QStringLiteral("Submission Information"));
+    QFormLayout* submission = NewFormLayout();
+    AddField(submission, 5, QStringLiteral("DateSent"), QStringLiteral("Date Se&nt:"),
+             QStringLiteral("Date rebate was mailed..."));
+    AddField(submission, 6, QStringLiteral("PostagePrice"), QStringLiteral("Po&stage Price:"),
+             QStringLiteral("Cost of mailing rebate..."));
+    AddField(submission, 9, QStringLiteral("DateDue"), QStringLiteral("Da&te Due:"),
+             QStringLiteral("Date rebate is due..."));
+    AddField(submission, 10, QStringLiteral("DateReceived"), QStringLiteral("Date Recei&ved:"),
+             QStringLiteral("Date rebate was received..."));
+    AddField(submission, 8, QStringLiteral("AmountReceived"), QStringLiteral("Amount Rec&'d:"),
+             QStringLiteral("Rebate amount received..."));
+    auto* submissionLayout = new QVBoxLayout(Frame3);
+    submissionLayout->addLayout(submission);
+
+    auto* frames = new QHBoxLayout;
+    frames->addWidget(Frame1, 1, Qt::AlignTop);
+    frames->addWidget(Frame3, 0, Qt::AlignTop);
+    auto* layout = new QVBoxLayout(page);
+    layout->addLayout(frames);
+    layout->addStretch(1);
+    return page;
+}
+
+QWidget* frmRebate::BuildFollowupPage() {
+    auto* page = new QWidget;
+    page->setObjectName(QStringLiteral("picTabs_2"));
+
+    auto* Frame4 = Frame("Frame4", QStringLiteral("Followup Information"));
+    QFormLayout* followup = NewFormLayout();
+    AddField(followup, 11, QStringLiteral("FollowupDate"), QStringLiteral("&Followup Date:"),
+             QStringLiteral("Date followup request mailed..."));
+    AddField(followup, 12, QStringLiteral("FollowupPostage"), QStringLiteral("Followup &Postage:"),
+             QStringLiteral("Cost of followup postage..."));
+    auto* followupLayout = new QHBoxLayout(Frame4);
+    followupLayout->addWidget(PictureLabel("imgFollowup", QStringLiteral("followup")));
+    followupLayout->addLayout(followup, 1);
+
+    auto* fraRejected = Frame("fraRejected", QStringLiteral("Rejection Information"));
+    QFormLayout* rejected = NewFormLayout();
+    rejected->addRow(QString(), AddCheck(21, QStringLiteral("Rebate &Rejected"),
+                                         QStringLiteral("Rejection status...")));
+    AddField(rejected, 16, QStringLiteral("ReasonRejected"), QStringLiteral("R&eason Rejected:"),
+             QStringLiteral("Reason your request was rejected..."));
+    // The Deleted box is never shown: it only carries the flag between loading, deleting and
+    // saving.
+    QCheckBox* deleted = AddCheck(0, QStringLiteral("&Delete"), QStringLiteral("Deleted..."));
+    deleted->setParent(fraRejected);
+    deleted->setVisible(false);
+    auto* rejectedLayout = new QHBoxLayout(fraRejected);
+    rejectedLayout->addWidget(PictureLabel("imgRejected", QStringLiteral("rejected")));
+    rejectedLayout->addLayout(rejected, 1);
+
+    // The labels of the two frames line up.
+    int labelWidth = 0;
+    for (int index : {11, 12, 16})
+        labelWidth = qMax(labelWidth, mLabels.key(index)->sizeHint().width());
+    for (int index : {11, 12, 16})
+        mLabels.key(index)->setMinimumWidth(labelWidth);
+
+    auto* layout = new QVBoxLayout(page);
+    layout->addWidget(Frame4);
+    layout->addWidget(fraRejected);
+    layout->addStretch(1);
+    return page;
+}
+
+QWidget* frmRebate::BuildButtons() {
+    auto* picButtons = new QWidget;
+    picButtons->setObjectName(QStringLiteral("picButtons"));
+    auto button = [this](const char* name, const QString& caption, const QString& tag) {
+        auto* b = new QPushButton(caption);
+        b->setObjectName(QLatin1String(name));
+        b->setProperty("Tag", tag);
+        b->setAutoDefault(true); // Enter presses the button that has the focus
+        return b;
+    };
+    cmdDelete =
+        button("cmdDelete", QStringLiteral("Delete"), QStringLiteral("Delete this record..."));
+    cmdOK = button("cmdOK", QStringLiteral("&OK"), QStringLiteral("Save and close..."));
+    cmdCancel =
+        button("cmdCancel", QStringLiteral("&Cancel"), QStringLiteral("Close without saving...*"));
+    connect(cmdDelete, &QPushButton::clicked, this, [this] {
+        if (FocusMovesTo(cmdDelete))
+            cmdDelete_Click();
+    });
+    connect(cmdOK, &QPushButton::clicked, this, [this] {
+        if (FocusMovesTo(cmdOK))
+            cmdOK_Click();
+    });
+    connect(cmdCancel, &QPushButton::clicked, this, [this] {
+        if (FocusMovesTo(cmdCancel))
+            cmdCancel_Click();
+    });
+    auto* layout = new QHBoxLayout(picButtons);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(cmdDelete);
+    layout->addStretch(1);
+    layout->addWidget(cmdOK);
+    layout->addWidget(cmdCancel);
+    return picButtons;
+}
+
+QWidget* frmRebate::BuildStatusStrip() {
+    auto* picStatBox = new QWidget;
+    picStatBox->setObjectName(QStringLiteral("picStatBox"));
+    lblStatus = new QLabel(kReady);
+    lblStatus->setObjectName(QStringLiteral("lblStatus"));
+    lblStatus->setFrameShape(QFrame::Panel);
+    lblStatus->setFrameShadow(QFrame::Sunken);
+    lblStatus->setMinimumWidth(120);
+
+    // The key is made by the first save and never typed.
+    FieldEdit* id = AddField(nullptr, 18, QStringLiteral("RebateID"), QString(), QString());
+    id->setReadOnly(true);
+    id->setFocusPolicy(Qt::ClickFocus);
+    id->setFixedWidth(id->fontMetrics().horizontalAdvance(QStringLiteral("00000000000000")) + 16);
+    auto* label = mLabels.key(18);
+    label->setText(QStringLiteral("RebateID:"));
+
+    auto* layout = new QHBoxLayout(picStatBox);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(lblStatus, 1);
+    layout->addWidget(label);
+    layout->addWidget(id);
+    return picStatBox;
+}
+
+void frmRebate::BuildPages() {
+    tbsTabs = new QTabWidget;
+    tbsTabs->setObjectName(QStringLiteral("tbsTabs"));
+    tbsTabs->addTab(BuildProductPage(), kProductInfo);
+    tbsTabs->addTab(BuildRebatePage(), kRebateInfo);
+    tbsTabs->addTab(BuildFollowupPage(), kFollowupInfo);
+    tbsTabs->setTabToolTip(0, QStringLiteral("View Product Information"));
+    tbsTabs->setTabToolTip(1, QStringLiteral("View RebateInformation"));
+    tbsTabs->setTabToolTip(2, QStringLiteral("View Followup Information"));
+    // A click on a tab takes the focus, so the field being left checks itself first.
+    tbsTabs->tabBar()->setFocusPolicy(Qt::StrongFocus);
+
+    QWidget* buttons = BuildButtons();
+    QWidget* status = BuildStatusStrip();
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(tbsTabs, 1);
+    layout->addWidget(buttons);
+    layout->addWidget(status);
+
+    // Page by page, top to bottom, each button after the field it serves.
+    const QList<QWidget*> order = {
+        txtFields(14), txtFields(15), txtFields(1),  txtFields(2),  txtFields(3),  txtFields(20),
+        txtFields(0),  txtFields(13), cmdDial,       txtFields(7),  cmdEditEmail,  txtFields(22),
+        cmdEditWeb,    txtFields(4),  txtFields(19), txtFields(17), txtFields(5),  txtFields(6),
+        txtFields(9),  txtFields(10), txtFields(8),  txtFields(11), txtFields(12), chkFields(21),
+        txtFields(16), cmdDelete,     cmdOK,         cmdCancel};
+    for (qsizetype i = 1; i < order.size(); ++i)
+        setTabOrder(order[i - 1], order[i]);
+}
+
+// --- life cycle -----------------------------------------------------------------------------
+
+void frmRebate::Form_Load() {
+    SetMousePointer(11);
+    lblStatus->setText(QStringLiteral("Loading..."));
+
+    const double left = GetSetting(kAppTitle, QStringLiteral("Settings"),
+                                   QStringLiteral("RebateLeft"), QString::number(kDesignLeft))
+                            .toDouble();
+    const double top = GetSetting(kAppTitle, QStringLiteral("Settings"),
+                                  QStringLiteral("RebateTop"), QString::number(kDesignTop))
+                           .toDouble();
+    move(qRound(left / kTwipsPerPixel), qRound(top / kTwipsPerPixel));
+
+    try {
+        Rebate = std::make_unique<clsRebate>();
+        if (gbNewRecord) {
+            Rebate->AddNew();
+            mbIsNew = true;
+        } else {
+            mbIsLoaded = true;
+            FillFromRebate();
+        }
+    } catch (const VbError& e) {
+        SetMousePointer(0);
+        lblStatus->setText(kReady);
+        LogError(e, kFormName, QStringLiteral("Form_Load"));
+    }
+
+    if (gbNewRecord) {
+        gbNewRecord = false;
+        cmdDelete->setEnabled(false);
+        SetToolbarButton(kToolbarDelete, false);
+        chkFields(21)->setChecked(false);
+        DisablePrint();
+        setWindowTitle(CaptionFor(QStringLiteral("New Record")));
+    } else {
+        mbIsNew = false;
+        mbEdited = false;
+        mRecordChanged = false;
+        mbIsLoaded = true;
+        cmdDelete->setEnabled(true);
+        SetToolbarButton(kToolbarDelete, true);
+        EnablePrint();
+        setWindowTitle(CaptionFor(txtFields(20)->text()));
+    }
+    cmdCancel->setEnabled(true);
+    DisableSave();
+
+    SetMousePointer(0);
+    lblStatus->setText(kReady);
+}
+
+// Fills the controls in index order; each fill runs the field's change rules, which is why
+// the load clears the change flags afterwards.
+void frmRebate::FillFromRebate() {
+    const clsRebate& r = *Rebate;
+    auto money = [](double value) {
+        return QStringLiteral("$") + Format(value, QStringLiteral("0.00"));
+    };
+    txtFields(0)->setText(r.Address());
+    txtFields(1)->setText(r.DatePurchased());
+    txtFields(2)->setText(money(r.PurchasePrice()));
+    txtFields(3)->setText(money(r.CouponAmount()));
+    txtFields(4)->setText(money(r.RebateAmount()));
+    txtFields(5)->setText(r.DateSent());
+    txtFields(6)->setText(money(r.PostagePrice()));
+    txtFields(7)->setText(r.Email());
+    txtFields(8)->setText(money(r.AmountReceived()));
+    txtFields(9)->setText(r.DateDue());
+    txtFields(10)->setText(r.DateReceived());
+    txtFields(11)->setText(r.FollowupDate());
+    txtFields(12)->setText(money(r.FollowupPostage()));
+    txtFields(13)->setText(r.PhoneNumber());
+    txtFields(14)->setText(r.ProductName());
+    txtFields(15)->setText(r.LocationPurchased());
+    txtFields(16)->setText(r.ReasonRejected());
+    txtFields(17)->setText(r.Remarks());
+    txtFields(18)->setText(r.RebateID());
+    txtFields(19)->setText(r.ExpDate());
+    txtFields(20)->setText(r.RebateName());
+    txtFields(22)->setText(r.WebSite());
+    chkFields(0)->setChecked(r.Deleted());
+    chkFields(21)->setChecked(r.Rejected());
+}
+
+void frmRebate::Form_Unload() {
+    if (mbUnloaded)
+        return;
+    mbUnloaded = true;
+    SetMousePointer(0);
+    if (!Window()->isMinimized()) {
+        const QPoint position = Window()->pos();
+        SaveSetting(kAppTitle, QStringLiteral("Settings"), QStringLiteral("RebateLeft"),
+                    QString::number(position.x() * kTwipsPerPixel));
+        SaveSetting(kAppTitle, QStringLiteral("Settings"), QStringLiteral("RebateTop"),
+                    QString::number(position.y() * kTwipsPerPixel));
+    }
+    Form_Deactivate();
+    Rebate.reset();
+    qApp->removeEventFilter(this);
+    if (gInstance == this)
+        gInstance = nullptr;
+    Forms::Unregister(this);
+}
+
+void frmRebate::closeEvent(QCloseEvent* event) {
+    Form_Unload();
+    event->accept();
+}
+
+void frmRebate::Unload() {
+    Form_Unload();
+    Window()->close();
+}
+
+void frmRebate::ZOrder() {
+    QWidget* window = Window();
+    window->raise();
+    if (auto* sub = qobject_cast<QMdiSubWindow*>(window); sub && sub->mdiArea())
+        sub->mdiArea()->setActiveSubWindow(sub);
+    else
+        window->activateWindow();
+}
+
+void frmRebate::Form_Activate() {
+    if (frmMDI* main = frmMDI::Instance())
+        main->ShowRebateButtons();
+}
+
+void frmRebate::Form_Deactivate() {
+    if (frmMDI* main = frmMDI::Instance())
+        main->HideRebateButtons();
+}
+
+// --- button states --------------------------------------------------------------------------
+
+void frmRebate::SetToolbarButton(int index, bool enabled) {
+    if (frmMDI* main = frmMDI::Instance())
+        main->tbToolBar->Buttons(index).SetEnabled(enabled);
+}
+
+void frmRebate::DisablePrint() {
+    SetToolbarButton(kToolbarPrint, false);
+    mnuPrint->setEnabled(false);
+}
+
+void frmRebate::EnablePrint() {
+    SetToolbarButton(kToolbarPrint, true);
+    mnuPrint->setEnabled(true);
+}
+
+void frmRebate::DisableSave() {
+    SetToolbarButton(kToolbarSave, false);
+    mnuSaveRecord->setEnabled(false);
+    mnuSaveRecordAndCloseForm->setEnabled(false);
+    cmdOK->setEnabled(false);
+}
+
+void frmRebate::EnableSave() {
+    SetToolbarButton(kToolbarSave, true);
+    mnuSaveRecord->setEnabled(true);
+    mnuSaveRecordAndCloseForm->setEnabled(true);
+    cmdOK->setEnabled(true);
+}
+
+// --- tabs, labels and form keys -------------------------------------------------------------
+
+QString frmRebate::SelectedTab() const {
+    return tbsTabs->tabText(tbsTabs->currentIndex());
+}
+
+void frmRebate::SelectTab(const QString& caption) {
+    for (int i = 0; i < tbsTabs->count(); ++i) {
+        if (tbsTabs->tabText(i) == caption)
+            ChangePage(i);
+    }
+}
+
+// A field on the page going away checks itself first, as the focus goes to the tabs; a field
+// that refuses keeps its page on top.
+void frmRebate::ChangePage(int index) {
+    if (index != tbsTabs->currentIndex() && FocusMovesTo(tbsTabs->tabBar()))
+        tbsTabs->setCurrentIndex(index);
+}
+
+void frmRebate::lblLabels_Click(int index) {
+    if (FieldEdit* field = txtFields(index); field && field->isEnabled())
+        SelectAllText(field);
+}
+
+bool frmRebate::Form_KeyDown(int keyCode, int shift) {
+    const int count = tbsTabs->count();
+    const int selected = tbsTabs->currentIndex();
+    if (keyCode == 17)
+        mbCtrlDown = true;
+    if ((shift & 3) == 2 && keyCode == 9) {
+        ChangePage((selected + 1) % count);
+        return true;
+    }
+    if ((shift & 3) == 3 && keyCode == 9) {
+        ChangePage((selected + count - 1) % count);
+        return true;
+    }
+    if ((shift & 4) == 4 && keyCode == 90)
+        return true; // the zoom box joins later
+    return false;
+}
+
+void frmRebate::ShowTag(QWidget* control) {
+    const QString tag = control->property("Tag").toString();
+    lblStatus->setText(tag.isEmpty() ? kReady : tag);
+}
+
+bool frmRebate::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease: {
+        auto* widget = qobject_cast<QWidget*>(watched);
+        if (!widget || (widget != this && !isAncestorOf(widget)))
+            break;
+        auto* key = static_cast<QKeyEvent*>(event);
+        const int keyCode = FieldEdit::VbKeyCode(*key);
+        if (event->type() == QEvent::KeyRelease) {
+            if (keyCode == 17)
+                mbCtrlDown = false;
+            break;
+        }
+        if (Form_KeyDown(keyCode, FieldEdit::VbShift(key->modifiers())))
+            return true;
+        // Escape on the Rejected box is its undo: the box changes back.
+        if (keyCode == 27 && widget->objectName().startsWith(QLatin1String("chkFields_"))) {
+            mnuUndo_Click();
+            return true;
+        }
+        break;
+    }
+    case QEvent::Wheel:
+        // The wheel would change pages around the check of the field that has the focus.
+        if (watched == tbsTabs->tabBar())
+            return true;
+        break;
+    case QEvent::MouseButtonRelease:
+        if (auto* label = qobject_cast<QLabel*>(watched); label && mLabels.contains(label))
+            lblLabels_Click(mLabels.value(label));
+        break;
+    case QEvent::FocusIn: {
+        const auto reason = static_cast<QFocusEvent*>(event)->reason();
+        if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
+            reason == Qt::MenuBarFocusReason)
+            break;
+        if (auto* control = qobject_cast<QWidget*>(watched);
+            control &&
+            (control == cmdOK || control == cmdCancel || control == cmdDelete ||
+             control == cmdDial || mChecks.key(qobject_cast<QCheckBox*>(control), -1) >= 0))
+            ShowTag(control);
+        break;
+    }
+    default:
+        break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+// A button or the tabs, used while a field holds the focus, first take the focus, so the field
+// checks itself; a field that refuses keeps the focus and the command doesn't run.
+bool frmRebate::FocusMovesTo(QWidget* target) {
+    QWidget* focus = QApplication::focusWidget();
+    if (focus == target || !qobject_cast<FieldEdit*>(focus) || !isAncestorOf(focus))
+        return true;
+    target->setFocus(Qt::ShortcutFocusReason);
+    return QApplication::focusWidget() != focus;
+}
+
+// --- field events ---------------------------------------------------------------------------
+
+void frmRebate::txtFields_Change(int index) {
+    mRecordChanged = true;
+    mbEdited = true;
+    EnableSave();
+    // Each rule goes on past a failure of its own, as the old handler did.
+    try {
+        switch (index) {
+        case 5: {
+            FieldEdit* postage = txtFields(6);
+            bool fill = postage->text().isEmpty();
+            if (!fill) {
+                try {
+                    fill = ValueOf(postage->text()) == 0;
+                } catch (const VbError&) {
+                    fill = true;
+                }
+            }
+            if (fill)
+                postage->setText(
+                    Format(QVariant::fromValue(GetDefaultPostage()), QStringLiteral("0.00")));
+            break;
+        }
+        case 7:
+        case 22:
+            if (!txtFields(index)->text().isEmpty())
+                txtFields(index)->setCursor(Qt::PointingHandCursor);
+            break;
+        case 11:
+            txtFields(12)->setText(
+                txtFields(11)->text().isEmpty()
+                    ? QStringLiteral("0.00")
+                    : Format(QVariant::fromValue(GetDefaultPostage()), QStringLiteral("0.00")));
+            break;
+        case 20:
+            setWindowTitle(CaptionFor(txtFields(20)->text()));
+            break;
+        default:
+            break;
+        }
+    } catch (const VbError&) {
+        // A postage setting that isn't an amount leaves the field as it is.
+    }
+}
+
+void frmRebate::txtFields_GotFocus(int index) {
+    FieldEdit* field = txtFields(index);
+    SelectOnFocus(field);
+    if (index == 8) {
+        bool emptyOrZero = field->text().isEmpty();
+        if (!emptyOrZero) {
+            try {
+                emptyOrZero = ValueOf(field->text()) == 0;
+            } catch (const VbError&) {
+                emptyOrZero = false;
+            }
+        }
+        if (emptyOrZero && IsDate(txtFields(10)->text()) && !txtFields(4)->text().isEmpty() &&
+            MsgBox(QStringLiteral("Did you receive the full amount?"), vb::vbYesNo | vb::vbQuestion,
+                   QStringLiteral("Amount Received")) == vb::vbYes) {
+            field->setText(txtFields(4)->text());
+            mbEdited = true;
+        }
+    }
+    ShowTag(field);
+}
+
+void frmRebate::txtFields_KeyDown(int, int& keyCode, int) {
+    if (keyCode == 113) {
+        if (auto* field = qobject_cast<FieldEdit*>(focusWidget()))
+            SelectAllText(field);
+    } else if (keyCode == 17) {
+        mbCtrlDown = true;
+    }
+}
+
+void frmRebate::txtFields_KeyUp(int, int keyCode, int) {
+    if (keyCode == 17)
+        mbCtrlDown = false;
+}
+
+void frmRebate::DateShortcutKey(FieldEdit* field, int keyAscii) {
+    const QString text = field->text();
+    const QString base = (!text.isEmpty() && IsDate(text)) ? text : QString();
+    field->setText(Format(DateShortcut(keyAscii, base), QStringLiteral("mm/dd/yyyy")));
+    mbEdited = true;
+}
+
+void frmRebate::txtFields_KeyPress(int index, int& keyAscii) {
+    FieldEdit* field = txtFields(index);
+    if (keyAscii == 27) {
+        keyAscii = 0;
+        mnuUndo_Click();
+        mbEdited = true;
+        return;
+    }
+    switch (ClassOf(field->DataField())) {
+    case FieldClass::Date:
+        if (IsDigit(keyAscii)) {
+            mbEdited = true;
+        } else if (keyAscii == '/') {
+        } else if (keyAscii == 'w' || keyAscii == 'W') {
+            keyAscii = 0; // the week converter joins later
+        } else if (QStringLiteral("yYtT=+-_").contains(QChar(keyAscii))) {
+            const int key = keyAscii;
+            keyAscii = 0;
+            DateShortcutKey(field, key);
+        } else if (keyAscii == 'c' || keyAscii == 'C') {
+            keyAscii = 0; // the calendar joins later
+        } else if (keyAscii == 8) {
+            mbEdited = true;
+        } else {
+            keyAscii = 0;
+        }
+        break;
+    case FieldClass::Currency:
+        if (IsDigit(keyAscii) || keyAscii == '.' || keyAscii == '$' || keyAscii == 8) {
+            mbEdited = true;
+        } else {
+            // "c" opens the calculator once it joins; any other key is refused.
+            keyAscii = 0;
+        }
+        break;
+    case FieldClass::Phone:
+        if (IsDigit(keyAscii)) {
+            mbEdited = true;
+        } else if (IsAlpha(QChar(keyAscii))) {
+            try {
+                keyAscii = '0' + LetterToDigit(QChar(keyAscii));
+                mbEdited = true;
+            } catch (const VbError& e) {
+                // The keypad has no digit for this letter: the field stays as it was.
+                keyAscii = 0;
+                LogError(e, kFormName, QStringLiteral("txtFields_KeyPress"));
+            }
+        }
+        break;
+    case FieldClass::Text:
+        break;
+    }
+}
+
+// --- validation -----------------------------------------------------------------------------
+
+void frmRebate::txtFields_Validate(int index, bool& cancel) {
+    FieldEdit* field = txtFields(index);
+    const QString text = field->text();
+    switch (ClassOf(field->DataField())) {
+    case FieldClass::Date:
+        if (!text.isEmpty()) {
+            if (!IsDate(text)) {
+                MsgBox(QStringLiteral("Please enter a valid date."), vb::vbOKOnly,
+                       QStringLiteral("Invalid Date"));
+                cancel = true;
+            } else {
+                field->setText(Format(CDate(text), QStringLiteral("mm/dd/yyyy")));
+                mbEdited = true;
+            }
+        }
+        if (index == 5 && txtFields(9)->text().isEmpty() && IsDate(txtFields(5)->text())) {
+            // Written in the default date format (M/d/yyyy), not the field format.
+            txtFields(9)->setText(CStr(CDate(txtFields(5)->text()).addDays(kDaysToDue)));
+            mbEdited = true;
+        }
+        break;
+    case FieldClass::Currency:
+        if (!text.isEmpty()) {
+            QString amount = text;
+            if (!IsCurrency(amount)) {
+                MsgBox(QStringLiteral("Please enter a valid currency amount."), vb::vbOKOnly,
+                       QStringLiteral("Invalid Amount"));
+                cancel = true;
+            } else {
+                field->setText(Format(QVariant::fromValue(CCur(amount)), QStringLiteral("$0.00")));
+                mbEdited = true;
+            }
+        }
+        break;
+    case FieldClass::Phone:
+        // A phone number is never refused, whatever it holds.
+        mbEdited = true;
+        break;
+    case FieldClass::Text:
+        break;
+    }
+}
+
+bool frmRebate::ValidateRecord() {
+    auto empty = [this](int index) {
+        return txtFields(index)->text().isEmpty();
+    };
+    auto value = [this](int index) {
+        return ValueOf(txtFields(index)->text());
+    };
+    auto later = [this](int first, int second) {
+        return CDate(txtFields(first)->text()) > CDate(txtFields(second)->text());
+    };
+    // A failure: beep, say why, bring the page forward unless the tested one is showing, and
+    // put the focus in the field. A field on a page that stays hidden (Date Due, when the
+    // Followup Info page was on top) isn't given the focus.
+    auto fail = [this](const QString& title, const QString& text, const QString& testTab,
+                       const QString& goTab, int focus) {
+        Beep();
+        MsgBox(text, vb::vbOKOnly | vb::vbExclamation, title);
+        if (SelectedTab() != testTab)
+            SelectTab(goTab);
+        if (txtFields(focus)->isVisibleTo(this))
+            txtFields(focus)->setFocus(Qt::OtherFocusReason);
+        return false;
+    };
+
+    if (empty(20))
+        return fail(QStringLiteral("Missing Rebate Name"),
+                    QStringLiteral("You must enter a Rebate Name before saving the record."),
+                    kRebateInfo, kRebateInfo, 20);
+    if (empty(14))
+        return fail(QStringLiteral("Missing Product Name"),
+                    QStringLiteral("You must enter a Product Name before saving the record."),
+                    kProductInfo, kProductInfo, 14);
+    if (empty(2))
+        return fail(QStringLiteral("Missing Purchase Price"),
+                    QStringLiteral("You must enter a Purchase Price before saving the record."),
+                    kProductInfo, kProductInfo, 2);
+    if (empty(4))
+        return fail(QStringLiteral("Missing Rebate Amount"),
+                    QStringLiteral("You must enter a Rebate Amount before saving the record."),
+                    kRebateInfo, kRebateInfo, 4);
+    if (!empty(5) && empty(9))
+        return fail(QStringLiteral("Missing Date Due"),
+                    QStringLiteral("You must enter a Date Due before saving the record."),
+                    kFollowupInfo, kRebateInfo, 9);
+    const QString missingDateSent =
+        QStringLiteral("You must enter a Date Sent before saving the record.");
+    if (!empty(9) && empty(5))
+        return fail(QStringLiteral("Missing Date Sent"), missingDateSent, kRebateInfo, kRebateInfo,
+                    5);
+    if (!empty(6) && empty(5) && value(6) != 0)
+        return fail(QStringLiteral("Missing Date Sent"), missingDateSent, kRebateInfo, kRebateInfo,
+                    5);
+    if (!empty(8) && value(8) != 0 && empty(10))
+        return fail(QStringLiteral("Missing Date Received"),
+                    QStringLiteral("You must enter a Date Received before saving the record."),
+                    kRebateInfo, kRebateInfo, 10);
+    if (!empty(10) && empty(8))
+        return fail(QStringLiteral("Missing Amount Received"),
+                    QStringLiteral("You must enter an Amount Received before saving the record."),
+                    kRebateInfo, kRebateInfo, 8);
+    if (!empty(12) && empty(11) && value(12) != 0)
+        return fail(QStringLiteral("Missing Followup Date"),
+                    QStringLiteral("You must enter a Followup Date before saving the record."),
+                    kFollowupInfo, kFollowupInfo, 11);
+    const QString datesInvalid = QStringLiteral("Dates Invalid");
+    if (!empty(5) && !empty(10) && later(5, 10))
+        return fail(datesInvalid,
+                    QStringLiteral("Date Received must be greater than the Date Sent."),
+                    kRebateInfo, kRebateInfo, 10);
+    if (!empty(5) && !empty(9) && later(5, 9))
+        return fail(datesInvalid, QStringLiteral("Date Due must be greater than the Date Sent."),
+                    kRebateInfo, kRebateInfo, 9);
+    if (!empty(5) && !empty(11) && later(5, 11))
+        return fail(datesInvalid,
+                    QStringLiteral("Followup Date must be greater than the Date Sent."),
+                    kFollowupInfo, kFollowupInfo, 11);
+
+    if (empty(18)) {
+        txtFields(18)->setText(NewRebateID());
+        mbEdited = true;
+    }
+    return true;
+}
+
+// The moment of the first save is the record's key. RebateID is the table's primary key, so a
+// second that already holds a record gives way to the next free one.
+QString frmRebate::NewRebateID() const {
+    if (!gDatabase)
+        throw VbError(VbError::ObjectNotSet);
+    const QString pattern = QStringLiteral("yyyymmddhhnnss");
+    QDateTime moment = Now();
+    QString id = Format(moment, pattern);
+    while (!gDatabase
+                ->OpenRecordset(QStringLiteral("Select * from Rebates Where RebateID = '") + id +
+                                    QLatin1Char('\''),
+                                dbOpenSnapshot)
+                ->IsEOF()) {
+        moment = moment.addSecs(1);
+        id = Format(moment, pattern);
+    }
+    return id;
+}
+
+// --- saving ---------------------------------------------------------------------------------
+
+// The field copy that both save paths share, by the written-values rules of each column.
+void frmRebate::CopyFieldsToRebate() {
+    if (!Rebate)
+        throw VbError(VbError::ObjectNotSet);
+    clsRebate& r = *Rebate;
+    auto text = [this](int index) {
+        return txtFields(index)->text();
+    };
+    auto amountOrZero = [&text](int index) {
+        return text(index).isEmpty() ? 0.0 : ValueOf(text(index));
+    };
+    r.SetAddress(text(0));
+    r.SetDatePurchased(text(1));
+    r.SetPurchasePrice(amountOrZero(2));
+    r.SetCouponAmount(amountOrZero(3));
+    if (!text(4).isEmpty())
+        r.SetRebateAmount(ValueOf(text(4)));
+    r.SetDateSent(text(5));
+    if (!text(6).isEmpty())
+        r.SetPostagePrice(ValueOf(text(6)));
+    r.SetEmail(text(7));
+    r.SetAmountReceived(amountOrZero(8));
+    r.SetDateDue(text(9));
+    r.SetDateReceived(text(10));
+    r.SetFollowupDate(text(11));
+    // Followup postage is the default postage whenever a followup was mailed, whatever the
+    // field shows.
+    r.SetFollowupPostage(
+        !text(12).isEmpty() && !text(11).isEmpty()
+            ? ValueOf(Format(QVariant::fromValue(GetDefaultPostage()), QStringLiteral("0.00")))
+            : 0.0);
+    r.SetPhoneNumber(text(13));
+    r.SetProductName(text(14));
+    r.SetLocationPurchased(text(15));
+    r.SetReasonRejected(text(16));
+    r.SetRemarks(text(17));
+    r.SetRebateID(text(18));
+    r.SetExpDate(text(19));
+    r.SetRebateName(text(20));
+    r.SetWebSite(text(22));
+    r.SetDeleted(chkFields(0)->isChecked());
+    r.SetRejected(chkFields(21)->isChecked());
+}
+
+void frmRebate::mnuSaveRecord_Click() {
+    SetMousePointer(11);
+    lblStatus->setText(QStringLiteral("Preparing to save..."));
+    try {
+        if (ValidateRecord()) {
+            CopyFieldsToRebate();
+            Rebate->Update();
+            if (mbIsNew)
+                Rebate->RefreshFromRebateForm();
+            else
+                Rebate->Requery();
+            mRecordChanged = false;
+            mbIsNew = false;
+            DisableSave();
+            EnablePrint();
+            cmdDelete->setEnabled(true);
+            SetToolbarButton(kToolbarDelete, true);
+            cmdCancel->setEnabled(true);
+            mbEdited = false;
+            DoEvents();
+            gbRecordSaved = true;
+            gsSavedRebateID = txtFields(18)->text();
+        }
+    } catch (const VbError& e) {
+        SetMousePointer(0);
+        lblStatus->setText(kReady);
+        LogError(e, kFormName, QStringLiteral("mnuSaveRecord"));
+    }
+    SetMousePointer(0);
+    lblStatus->setText(kReady);
+}
+
+void frmRebate::cmdOK_Click() {
+    const QPointer<frmRebate> self(this);
+    const QString location = QStringLiteral("cmdOK_Click");
+    SetMousePointer(11);
+    lblStatus->setText(QStringLiteral("Saving..."));
+    bool valid = false;
+    try {
+        valid = ValidateRecord();
+    } catch (const VbError& e) {
+        // A text that can't be converted: the form stays with everything typed.
+        SetMousePointer(0);
+        lblStatus->setText(kReady);
+        LogError(e, kFormName, location);
+        return;
+    }
+    if (!valid) {
+        SetMousePointer(0);
+        lblStatus->setText(kReady);
+        return;
+    }
+
+    Window()->hide();
+    if (frmSwitchboard* switchboard = frmSwitchboard::Instance())
+        switchboard->update();
+
+    const QString id = txtFields(18)->text();
+    try {
+        CopyFieldsToRebate();
+        Rebate->Update();
+    } catch (const VbError& e) {
+        // Nothing was written: the form comes back with everything typed.
+        SetMousePointer(0);
+        lblStatus->setText(kReady);
+        LogError(e, kFormName, location);
+        if (self && IsFormLoaded(kFormName)) {
+            Window()->show();
+            cmdOK->setEnabled(true);
+            ZOrder();
+        }
+        return;
+    }
+
+    try {
+        Rebate.reset();
+        Unload();
+        DoEvents();
+        gbRecordSaved = true;
+        gsSavedRebateID = id;
+        if (frmSwitchboard* switchboard = frmSwitchboard::Instance())
+            switchboard->UpdateIcons(id);
+    } catch (const VbError& e) {
+        LogError(e, kFormName, location);
+    }
+    SetMousePointer(0);
+}
+
+void frmRebate::cmdCancel_Click() {
+    try {
+        if (Rebate)
+            Rebate->Cancel();
+        if (frmSwitchboard* switchboard = frmSwitchboard::Instance())
+            switchboard->tbsSwitch_Click();
+    } catch (const VbError& e) {
+        LogError(e, kFormName, QStringLiteral("cmdCancel_Click"));
+    }
+    Unload();
+}
+
+// A delete is a save with the Deleted flag set; the record leaves the Switchboard's lists
+// whether or not the save went through.
+void frmRebate::cmdDelete_Click() {
+    if (MsgBox(QStringLiteral("Are you sure you want to delete the current record?"),
+               vb::vbYesNo | vb::vbQuestion | vb::vbDefaultButton2,
+               QStringLiteral("Delete Record?")) != vb::vbYes)
+        return;
+    const QString id = txtFields(18)->text();
+    chkFields(0)->setChecked(true);
+    mbEdited = true;
+    cmdOK_Click();
+    try {
+        if (frmSwitchboard* switchboard = frmSwitchboard::Instance())
+            switchboard->DeleteIcons(id);
+    } catch (const VbError& e) {
+        LogError(e, kFormName, QStringLiteral("cmdDelete_Click"));
+    }
+}
+
+void frmRebate::mnuDeleteRecord_Click() {
+    cmdDelete_Click();
+}
+
+void frmRebate::chkFields_Click(int index) {
+    if (index != 21)
+        return;
+    mRecordChanged = true;
+    mbEdited = true;
+    EnableSave();
+}
+
+// --- edit commands --------------------------------------------------------------------------
+
+void frmRebate::mnuUndo_Click() {
+    QWidget* active = focusWidget();
+    if (!active)
+        return;
+    if (active->objectName().contains(QLatin1String("txtFields"), Qt::CaseInsensitive)) {
+        if (CanUndo(active))
+            UndoEdit(active);
+    } else if (active->objectName().startsWith(QLatin1String("chkFields_"))) {
+        QCheckBox* rejected = chkFields(21);
+        rejected->setChecked(!rejected->isChecked());
+    }
+}
+
+// The clipboard commands and printing join with the clipboard and report work.
+void frmRebate::mnuCut_Click() {}
+void frmRebate::mnuCopy_Click() {}
+void frmRebate::mnuPaste_Click() {}
+void frmRebate::mnuPrint_Click() {}

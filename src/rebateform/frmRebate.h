@@ -1,0 +1,150 @@
+#pragma once
+
+#include "MdiChild.h"
+
+#include <QMap>
+#include <QWidget>
+#include <memory>
+
+class FieldEdit;
+class QAction;
+class QCheckBox;
+class QFormLayout;
+class QLabel;
+class QMenu;
+class QPushButton;
+class QTabWidget;
+class clsRebate;
+
+// The rebate form: one record on three pages (Product Info, Rebate Info, Followup Info),
+// created, changed, deleted and saved through its clsRebate. A child window of frmMDI with
+// menus of its own, loaded by the Switchboard after it has set gbNewRecord.
+class frmRebate : public QWidget, public MdiChild {
+    Q_OBJECT
+    // The record differs from what is stored; the Switchboard refuses New, Open and Delete
+    // while it is set.
+    Q_PROPERTY(bool RecordChanged READ RecordChanged)
+    // The key of the open record (the text of txtFields(18)); "" until a new record is saved.
+    Q_PROPERTY(QString RebateID READ RebateID)
+
+public:
+    // The loaded form, or nullptr.
+    static frmRebate* Instance();
+    // Loads the form (a new record when gbNewRecord is set, else the row the Switchboard's
+    // current list has selected), puts it into the main window when there is one and shows it.
+    static frmRebate* LoadAndShow();
+
+    ~frmRebate() override;
+
+    QList<QMenu*> Menus() const override;
+    bool RecordChanged() const { return mRecordChanged; }
+    QString RebateID() const;
+
+    FieldEdit* txtFields(int index) const;
+    QCheckBox* chkFields(int index) const;
+
+    // Event handlers of the fields and the form, called by the widgets' events.
+    void txtFields_Change(int index);
+    void txtFields_GotFocus(int index);
+    void txtFields_KeyDown(int index, int& keyCode, int shift);
+    void txtFields_KeyPress(int index, int& keyAscii);
+    void txtFields_KeyUp(int index, int keyCode, int shift);
+    void txtFields_Validate(int index, bool& cancel);
+    void chkFields_Click(int index);
+    void lblLabels_Click(int index);
+    // Keys the form sees before its controls; true when the key was used up.
+    bool Form_KeyDown(int keyCode, int shift);
+    void Form_Activate();
+    void Form_Deactivate();
+
+    // The record-wide test before a save: required fields, cross-field rules, and the
+    // RebateID of a new record. Tells the user and moves to the field on a failure.
+    bool ValidateRecord();
+
+public Q_SLOTS:
+    // Reached from the menus, the buttons and the main window's toolbar.
+    void cmdCancel_Click();
+    void cmdDelete_Click();
+    void cmdOK_Click();
+    void mnuCopy_Click();
+    void mnuCut_Click();
+    void mnuDeleteRecord_Click();
+    void mnuPaste_Click();
+    void mnuPrint_Click();
+    void mnuSaveRecord_Click();
+    void mnuUndo_Click();
+    // Closes the form without saving (the close box and "Close without Saving" do the same).
+    void Unload();
+    // Brings the form to the front of the main window.
+    void ZOrder();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    frmRebate();
+    void BuildMenus();
+    void BuildPages();
+    QWidget* BuildProductPage();
+    QWidget* BuildRebatePage();
+    QWidget* BuildFollowupPage();
+    QWidget* BuildStatusStrip();
+    QWidget* BuildButtons();
+    FieldEdit* AddField(QFormLayout* form, int index, const QString& dataField,
+                        const QString& caption, const QString& tag, QWidget* beside = nullptr);
+    QCheckBox* AddCheck(int index, const QString& caption, const QString& tag);
+
+    void Form_Load();
+    void Form_Unload();
+    void FillFromRebate();
+    void CopyFieldsToRebate();
+    QString NewRebateID() const;
+    bool FocusMovesTo(QWidget* target);
+    void DateShortcutKey(FieldEdit* field, int keyAscii);
+    void ShowTag(QWidget* control);
+    QWidget* Window() const;
+
+    QString SelectedTab() const;
+    void SelectTab(const QString& caption);
+    void ChangePage(int index);
+
+    void DisablePrint();
+    void EnablePrint();
+    void DisableSave();
+    void EnableSave();
+    void SetToolbarButton(int index, bool enabled);
+
+    std::unique_ptr<clsRebate> Rebate;
+
+    bool mRecordChanged = false;
+    bool mbEdited = false;
+    bool mbIsNew = false;
+    bool mbIsLoaded = false;
+    bool mbCtrlDown = false;
+    bool mbUnloaded = false;
+    bool mbActive = false; // the active child of the main window
+
+    QMap<int, FieldEdit*> mFields;
+    QMap<int, QCheckBox*> mChecks;
+    QMap<QLabel*, int> mLabels;
+
+    QTabWidget* tbsTabs = nullptr;
+    QLabel* lblStatus = nullptr;
+    QPushButton* cmdOK = nullptr;
+    QPushButton* cmdCancel = nullptr;
+    QPushButton* cmdDelete = nullptr;
+    QPushButton* cmdDial = nullptr;
+    QPushButton* cmdEditWeb = nullptr;
+    QPushButton* cmdEditEmail = nullptr;
+
+    QMenu* mnuFile = nullptr;
+    QMenu* mnuEdit = nullptr;
+    QMenu* mnuView = nullptr;
+    QMenu* mnuWindowList = nullptr;
+    QMenu* mnuHelp = nullptr;
+    QAction* mnuSaveRecord = nullptr;
+    QAction* mnuSaveRecordAndCloseForm = nullptr;
+    QAction* mnuPrint = nullptr;
+    QAction* mnuToolbar = nullptr;
+};

@@ -1,0 +1,73 @@
+// The Switchboard's Statistics page, its Find commands and the due alarm at start-up.
+
+#include "Globals.h"
+#include "ListView.h"
+#include "Regional.h"
+#include "Settings.h"
+#include "StatisticsPage.h"
+#include "TabStrip.h"
+#include "VbError.h"
+#include "frmFind.h"
+#include "frmSwitchboard.h"
+
+#include <QAction>
+#include <QLayout>
+#include <QLineEdit>
+
+void frmSwitchboard::BuildStatisticsAndFind() {
+    mStatistics = new StatisticsPage(picLVBack(8));
+    mStatistics->setObjectName(QStringLiteral("Statistics"));
+    picLVBack(8)->layout()->addWidget(mStatistics);
+
+    connect(mnuFind, &QAction::triggered, this, &frmSwitchboard::mnuFind_Click);
+    connect(mnuPopupFind, &QAction::triggered, this, &frmSwitchboard::mnuFind_Click);
+    auto* findModeless = new QAction(this);
+    findModeless->setObjectName(QStringLiteral("FindModeless"));
+    findModeless->setShortcut(QKeySequence(Qt::Key_F7));
+    findModeless->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    connect(findModeless, &QAction::triggered, this, &frmSwitchboard::ShowFindModeless);
+    addAction(findModeless);
+}
+
+void frmSwitchboard::UpdateStatistics() {
+    mStatistics->UpdateStatistics();
+}
+
+void frmSwitchboard::mnuFind_Click() {
+    frmFind& find = frmFind::Load(window());
+    if (!gFindWhat.isEmpty()) {
+        find.Text1->setText(gFindWhat);
+        find.Text1->selectAll();
+    }
+    // Opened by F7 and still open, it stays as it is: it only takes the text.
+    if (find.isVisible()) {
+        find.raise();
+        find.activateWindow();
+        return;
+    }
+    find.exec();
+}
+
+// F7: the Find dialog without blocking the Switchboard. It shows the remembered text only when
+// it loads.
+void frmSwitchboard::ShowFindModeless() {
+    frmFind& find = frmFind::Load(window());
+    find.show();
+    find.raise();
+    find.activateWindow();
+}
+
+// With rebates overdue, the Switchboard opens on their page, unless the user turned the alarm
+// off ("chkAlarm").
+void frmSwitchboard::ShowOverdueAtStart() {
+    if (lvOverdue->ListItems().Count() <= 0)
+        return;
+    bool alarm = true; // also when the stored value doesn't read as a Boolean
+    try {
+        alarm = CBool(GetSetting(kAppTitle, QStringLiteral("Options"), QStringLiteral("chkAlarm"),
+                                 QStringLiteral("1")));
+    } catch (const VbError&) {
+    }
+    if (alarm)
+        tbsSwitch->Tabs().Item(QStringLiteral("Overdue"))->SetSelected(true);
+}
