@@ -7,7 +7,6 @@
 #include "ListView.h"
 #include "Regional.h"
 #include "Settings.h"
-#include "TabStrip.h"
 #include "VbError.h"
 #include "cLogErr.h"
 #include "frmSwitchboard.h"
@@ -188,28 +187,18 @@ void frmFind::FindIt() {
         current = sb->lvNew;
     // The seven record lists stand in a ring; the search starts at the current list, or at
     // lvUnsent from the New and Statistics pages.
-    const std::array<std::pair<ListView*, const char*>, 7> ring{{
-        {sb->lvUnsent, "Unsent"},
-        {sb->lvPending, "Pending"},
-        {sb->lvOverdue, "Overdue"},
-        {sb->lvPaid, "Paid"},
-        {sb->lvFollowup, "Active Followups"},
-        {sb->lvRejected, "Rejected"},
-        {sb->lvAll, "All"},
-    }};
+    const std::array<ListView*, 7> ring = sb->RecordLists();
     size_t first = 0;
     for (size_t i = 0; i < ring.size(); ++i)
-        if (ring[i].first == current)
+        if (ring[i] == current)
             first = i;
     std::vector<ListView*> order;
     for (size_t i = 0; i < ring.size(); ++i)
-        order.push_back(ring[(first + i) % ring.size()].first);
+        order.push_back(ring[(first + i) % ring.size()]);
 
     const FindHit hit = FindInLists(gFindWhat, order, current);
     if (hit.row) {
-        for (const auto& [lv, caption] : ring)
-            if (lv == hit.list)
-                sb->tbsSwitch->Tabs().Item(QString::fromLatin1(caption))->SetSelected(true);
+        sb->SelectTabOf(hit.list);
         hit.row->EnsureVisible();
         ListItemCollection& rows = hit.list->ListItems();
         for (int i = 1; i <= rows.Count(); ++i)

@@ -801,20 +801,17 @@ void frmSwitchboard::UpdateIcons(const QString& rebateID) {
     if (lv != lvNew && SelectRecordRow(lv, rebateID, false))
         return;
     // The record has left the list on show: the user follows it to its new one.
-    const std::array<std::pair<ListView*, const char*>, 6> statusLists{{
-        {lvUnsent, "Unsent"},
-        {lvPending, "Pending"},
-        {lvOverdue, "Overdue"},
-        {lvPaid, "Paid"},
-        {lvFollowup, "Active Followups"},
-        {lvRejected, "Rejected"},
-    }};
-    for (const auto& [list, caption] : statusLists) {
-        const auto showTab = [this, caption = caption] {
-            tbsSwitch->Tabs().Item(QString::fromLatin1(caption))->SetSelected(true);
-        };
-        if (SelectRecordRow(list, rebateID, false, showTab))
+    for (ListView* list : RecordLists()) {
+        if (list != lvAll &&
+            SelectRecordRow(list, rebateID, false, [this, list] { SelectTabOf(list); }))
             return;
+    }
+}
+
+void frmSwitchboard::SelectTabOf(ListView* lv) {
+    for (size_t i = 0; i < mPages.size(); ++i) {
+        if (lv->parentWidget() == mPages[i])
+            tbsSwitch->Tabs().Item(static_cast<int>(i) + 1)->SetSelected(true);
     }
 }
 

@@ -46,6 +46,10 @@ public:
     // The list of a status ("Unsent", "Pending", ...); nullptr for any other text.
     ListView* ListForStatus(const QString& status) const;
     int CountSelected(ListView* lv) const;
+    // The seven lists of records, in the order of their tabs: lvUnsent ... lvAll.
+    std::array<ListView*, 7> RecordLists() const;
+    // Selects the tab whose page holds the list.
+    void SelectTabOf(ListView* lv);
     // The Statistics page inside picLVBack(8).
     StatisticsPage* Statistics() const { return mStatistics; }
 
@@ -216,7 +220,6 @@ private:
     void DeleteIconsOf(const QSet<QString>& rebateIDs);
     void ShowHelp(int command);
     void SubmitSuggestion();
-    std::array<ListView*, 7> RecordLists() const;
     std::array<ListView*, 8> AllLists() const;
     void BuildStatisticsAndFind();
     void ShowOverdueAtStart();

@@ -5,7 +5,6 @@
 #include "frmRebate.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QTest>
@@ -221,9 +220,7 @@ void tst_fieldrules::letterWithoutDigitIsLogged() {
     QCOMPARE(field->text(), QString("55"));
     QCOMPARE(mFixture->Desktop().boxes.size(), 1);
     QCOMPARE(mFixture->Desktop().boxes[0].title, QString("Vantry! Vantry! Error"));
-    QFile log(mFixture->LogPath());
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    const QString entry = QString::fromUtf8(log.readAll());
+    const QString entry = mFixture->LogText();
     QVERIFY(entry.contains("frmRebate"));
     QVERIFY(entry.contains("txtFields_KeyPress"));
     QTest::keyClicks(field, "1");
