@@ -395,7 +395,7 @@ void ListView::SetView(int view) {
         mListView->setFlow(QListView::LeftToRight);
         mListView->setIconSize(QSize(kSmallIconSize, kSmallIconSize));
         mListView->setGridSize(
-            QSize(charWidth * 36, std::max(kSmallIconSize, metrics.height()) + 6));
+            QSize(charWidth * 46, std::max(kSmallIconSize, metrics.height()) + 6));
         mListView->setWordWrap(false);
         break;
     case lvwList:
@@ -403,7 +403,7 @@ void ListView::SetView(int view) {
         mListView->setFlow(QListView::TopToBottom);
         mListView->setIconSize(QSize(kSmallIconSize, kSmallIconSize));
         mListView->setGridSize(
-            QSize(charWidth * 36, std::max(kSmallIconSize, metrics.height()) + 4));
+            QSize(charWidth * 46, std::max(kSmallIconSize, metrics.height()) + 4));
         mListView->setWordWrap(false);
         break;
     default:
