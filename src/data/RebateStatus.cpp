@@ -57,16 +57,20 @@ bool AboveZero(const QVariant& value) {
 }
 
 // value < today; Null gives Null, which counts as False.
-bool BeforeToday(const QVariant& value) {
+bool BeforeToday(const QVariant& value, const QDate& today) {
     if (value.isNull())
         return false;
     const QDate date = value.metaType().id() == QMetaType::QDate ? value.toDate() : CDate(value);
-    return date < Date();
+    return date < today;
 }
 
 } // namespace
 
 QString GetRebateStatus(const Recordset& rs) {
+    return GetRebateStatus(rs, Date());
+}
+
+QString GetRebateStatus(const Recordset& rs, const QDate& today) {
     static const QString deleted = QStringLiteral("Deleted");
     static const QString paid = QStringLiteral("Paid");
     static const QString rejected = QStringLiteral("Rejected");
@@ -86,7 +90,7 @@ QString GetRebateStatus(const Recordset& rs) {
         return followup;
     // Both sides are evaluated, received first, as the rule reads them.
     const bool notReceived = IsBlank(rs.Fields(columns.dateReceived));
-    const bool due = BeforeToday(rs.Fields(columns.dateDue));
+    const bool due = BeforeToday(rs.Fields(columns.dateDue), today);
     if (due && notReceived)
         return overdue;
     if (IsBlank(rs.Fields(columns.dateSent)))

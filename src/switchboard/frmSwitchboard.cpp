@@ -1,5 +1,6 @@
 #include "frmSwitchboard.h"
 
+#include "Clock.h"
 #include "Database.h"
 #include "Desktop.h"
 #include "Forms.h"
@@ -144,13 +145,6 @@ bool SelectRecordRow(ListView* lv, const QString& rebateID, bool stopOnRow,
     return found;
 }
 
-// Format(value, "yyyy-mm-dd"), sparing a plain date the general routine's detour through a
-// local date and time: it runs for every row of a full load.
-QString SortableDate(const QVariant& value) {
-    if (value.typeId() == QMetaType::QDate && value.toDate().isValid())
-        return value.toDate().toString(Qt::ISODate);
-    return Format(value, QStringLiteral("yyyy-mm-dd"));
-}
 } // namespace
 
 // Column indexes of one recordset over Rebates, resolved once before a walk.
@@ -191,7 +185,8 @@ struct RebateRowTexts {
         else if (status == QLatin1String("Followup"))
             dateColumn = columns.followupDate;
         const QVariant value = dateColumn == columns.dateSent ? dateSent : rs.Fields(dateColumn);
-        date = IsBlank(value) ? QStringLiteral("No Date") : SortableDate(value);
+        date = IsBlank(value) ? QStringLiteral("No Date")
+                              : Format(value, QStringLiteral("yyyy-mm-dd"));
         rebateID = CStr(NZ(rs.Fields(columns.rebateID)));
     }
     QString text;
@@ -719,8 +714,9 @@ void frmSwitchboard::AddAllListItems() {
             QStringLiteral("SELECT * FROM Rebates WHERE NOT (((Rebates.Deleted)=True))"));
         if (!(rs->IsEOF() && rs->IsBOF())) {
             const RebateColumns columns(*rs);
+            const QDate today = Date();
             while (!rs->IsEOF()) {
-                const QString status = GetRebateStatus(*rs);
+                const QString status = GetRebateStatus(*rs, today);
                 if (ListView* lv = ListForStatus(status)) {
                     const RebateRowTexts texts(*rs, columns, status);
                     AddRebateItem(texts, status, lv);

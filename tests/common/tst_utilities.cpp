@@ -22,7 +22,8 @@ void tst_utilities::NZ_data() {
     QTest::addColumn<QVariant>("expected");
     QTest::newRow("null, no default") << QVariant() << QVariant(QString()) << QVariant(QString());
     QTest::newRow("null, default 0") << QVariant() << QVariant(0) << QVariant(0);
-    QTest::newRow("empty text stays") << QVariant(QString("")) << QVariant(0) << QVariant(QString(""));
+    QTest::newRow("empty text stays")
+        << QVariant(QString("")) << QVariant(0) << QVariant(QString(""));
     QTest::newRow("value stays") << QVariant(12.5) << QVariant(0) << QVariant(12.5);
 }
 

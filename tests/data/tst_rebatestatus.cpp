@@ -121,10 +121,13 @@ void tst_rebatestatus::dueDatePassesOvernight() {
     fixture.OpenDatabase({{.RebateID = "1", .DateSent = kLastMonth, .DateDue = kToday}});
     auto rs = gDatabase->OpenRecordset("Select * from Rebates");
     QCOMPARE(GetRebateStatus(*rs), QString("Pending"));
+    // A walk over many rows hands in the day it read once; that day decides, not the clock.
+    QCOMPARE(GetRebateStatus(*rs, kToday.addDays(1)), QString("Overdue"));
     Clock::Advance(14 * 3600 - 1); // 23:59:59
     QCOMPARE(GetRebateStatus(*rs), QString("Pending"));
     Clock::Advance(1);
     QCOMPARE(GetRebateStatus(*rs), QString("Overdue"));
+    QCOMPARE(GetRebateStatus(*rs, kToday), QString("Pending"));
 }
 
 void tst_rebatestatus::missingColumnRaises() {

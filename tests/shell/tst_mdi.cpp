@@ -75,7 +75,6 @@ private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
     void init();
     void cleanup();
-    void toolbarTable_data();
     void toolbarTable();
     void settingsAtLoad_data();
     void settingsAtLoad();
@@ -137,104 +136,54 @@ FakeForm* tst_mdi::AddForm(const QString& name) {
     return form;
 }
 
-void tst_mdi::toolbarTable_data() {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("description");
-    QTest::addColumn<QString>("toolTip");
-    QTest::newRow("1") << 1 << "Exit"
-                       << "Exit Vantry! Vantry!"
-                       << "Exit Vantry! Vantry!";
-    QTest::newRow("2") << 2 << ""
-                       << "Separator"
-                       << "";
-    QTest::newRow("3") << 3 << "Save"
-                       << "Save Record"
-                       << "Save Record";
-    QTest::newRow("4") << 4 << "Print"
-                       << "Print"
-                       << "Print record";
-    QTest::newRow("5") << 5 << ""
-                       << "Separator"
-                       << "";
-    QTest::newRow("6") << 6 << "Delete"
-                       << "Delete Record(s)"
-                       << "Delete Record";
-    QTest::newRow("7") << 7 << ""
-                       << "Separator"
-                       << "";
-    QTest::newRow("8") << 8 << "Cut"
-                       << "Cut"
-                       << "Cut";
-    QTest::newRow("9") << 9 << "Copy"
-                       << "Copy"
-                       << "Copy";
-    QTest::newRow("10") << 10 << "Paste"
-                        << "Paste"
-                        << "Paste";
-    QTest::newRow("11") << 11 << ""
-                        << "Separator"
-                        << "";
-    QTest::newRow("12") << 12 << "Calc"
-                        << "Calculator"
-                        << "Calculator";
-    QTest::newRow("13") << 13 << "Dialer"
-                        << "Autodialer"
-                        << "Telephone Dialer";
-    QTest::newRow("14") << 14 << ""
-                        << "Separator"
-                        << "";
-    QTest::newRow("15") << 15 << "Options"
-                        << "Options"
-                        << "Options";
-    QTest::newRow("16") << 16 << ""
-                        << "Separator"
-                        << "";
-    QTest::newRow("17") << 17 << "Web"
-                        << "KVX Web Page"
-                        << "KVX Web Page";
-    QTest::newRow("18") << 18 << ""
-                        << "Separator"
-                        << "";
-    QTest::newRow("19") << 19 << "Tip"
-                        << "Tip of the Day"
-                        << "Tip of the Day";
-    QTest::newRow("20") << 20 << "Help"
-                        << "Help"
-                        << "Help";
-    QTest::newRow("21") << 21 << "TCR"
-                        << "TCR"
-                        << "Visit Thrift Courier on the web";
-}
-
 void tst_mdi::toolbarTable() {
-    QFETCH(int, index);
-    QFETCH(QString, key);
-    QFETCH(QString, description);
-    QFETCH(QString, toolTip);
+    // By index: key | description | tool tip; "" for a separator.
+    const QStringList expected{"Exit | Exit Vantry! Vantry! | Exit Vantry! Vantry!",
+                               "",
+                               "Save | Save Record | Save Record",
+                               "Print | Print | Print record",
+                               "",
+                               "Delete | Delete Record(s) | Delete Record",
+                               "",
+                               "Cut | Cut | Cut",
+                               "Copy | Copy | Copy",
+                               "Paste | Paste | Paste",
+                               "",
+                               "Calc | Calculator | Calculator",
+                               "Dialer | Autodialer | Telephone Dialer",
+                               "",
+                               "Options | Options | Options",
+                               "",
+                               "Web | KVX Web Page | KVX Web Page",
+                               "",
+                               "Tip | Tip of the Day | Tip of the Day",
+                               "Help | Help | Help",
+                               "TCR | TCR | Visit Thrift Courier on the web"};
     frmMDI* main = MakeMain();
     QCOMPARE(main->windowTitle(), QString("Vantry! Vantry!"));
-    QCOMPARE(main->tbToolBar->Count(), 21);
-    ToolbarButton& button = main->tbToolBar->Buttons(index);
-    QCOMPARE(button.Key(), key);
-    QCOMPARE(button.Description(), description);
-    QCOMPARE(button.ToolTipText(), toolTip);
-    QVERIFY(button.Visible());
-    if (key.isEmpty()) {
-        QCOMPARE(button.ButtonStyle(), ToolbarButton::Separator);
-        return;
+    QStringList shown;
+    for (int i = 1; i <= main->tbToolBar->Count(); ++i) {
+        ToolbarButton& button = main->tbToolBar->Buttons(i);
+        QVERIFY(button.Visible());
+        if (button.ButtonStyle() == ToolbarButton::Separator) {
+            QCOMPARE(button.Description(), QString("Separator"));
+            shown << "";
+            continue;
+        }
+        const QString key = button.Key();
+        shown << QStringList{key, button.Description(), button.ToolTipText()}.join(" | ");
+        QCOMPARE(button.Image(), key);
+        QCOMPARE(main->tbToolBar->Buttons(key).Index(), i);
+        QToolButton* widget = main->findChild<QToolButton*>(key);
+        QVERIFY2(widget && widget->isVisible(), qPrintable(key));
+        QCOMPARE(widget->accessibleName(), button.Description());
+        QVERIFY(!widget->icon().isNull());
+        for (const ImageList* list : {&main->imlToolbarSGrey, &main->imlToolbarLGrey,
+                                      &main->imlToolbarLarge, &main->imlToolbarSmall})
+            QVERIFY2(!list->Picture(key).isNull(), qPrintable(key));
     }
-    QCOMPARE(button.Image(), key);
-    QCOMPARE(main->tbToolBar->Buttons(key).Index(), index);
-    QToolButton* widget = main->findChild<QToolButton*>(key);
-    QVERIFY(widget);
-    QVERIFY(widget->isVisible());
-    QCOMPARE(widget->accessibleName(), description);
-    QVERIFY(!widget->icon().isNull());
-    // Every list holds the picture; the large grey one also "Log".
-    for (const ImageList* list : {&main->imlToolbarSGrey, &main->imlToolbarLGrey,
-                                  &main->imlToolbarLarge, &main->imlToolbarSmall})
-        QVERIFY(!list->Picture(key).isNull());
+    QCOMPARE(shown, expected);
+    // The large grey list also holds "Log".
     QVERIFY(main->imlToolbarLGrey.Contains("Log"));
     QVERIFY(!main->imlToolbarLarge.Contains("Log"));
 }
@@ -244,18 +193,16 @@ void tst_mdi::settingsAtLoad_data() {
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("iconSize");
     QTest::addColumn<QString>("caption");
-    QTest::newRow("first start") << ""
-                                 << "" << 32 << "Exit";
-    QTest::newRow("large, text") << "Large"
-                                 << "1" << 32 << "Exit";
-    QTest::newRow("small, no text") << "Small"
-                                    << "0" << 16 << "";
-    QTest::newRow("anything else is small") << "large"
-                                            << "True" << 16 << "Exit";
-    QTest::newRow("text False") << "Large"
-                                << "False" << 32 << "";
-    QTest::newRow("text not a Boolean") << "Large"
-                                        << "maybe" << 32 << "Exit";
+    const auto row = [](const char* name, const char* size, const char* text, int iconSize,
+                        const char* caption) {
+        QTest::newRow(name) << QString(size) << QString(text) << iconSize << QString(caption);
+    };
+    row("first start", "", "", 32, "Exit");
+    row("large, text", "Large", "1", 32, "Exit");
+    row("small, no text", "Small", "0", 16, "");
+    row("anything else is small", "large", "True", 16, "Exit");
+    row("text False", "Large", "False", 32, "");
+    row("text not a Boolean", "Large", "maybe", 32, "Exit");
 }
 
 void tst_mdi::settingsAtLoad() {
@@ -423,21 +370,14 @@ void tst_mdi::rebateCommands_data() {
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("call");
     QTest::addColumn<QString>("status");
-    QTest::newRow("Save") << "Save"
-                          << "frmRebate.mnuSaveRecord_Click"
-                          << "Saving record...";
-    QTest::newRow("Delete") << "Delete"
-                            << "frmRebate.cmdDelete_Click focus=cmdDelete"
-                            << "Ready...";
-    QTest::newRow("Cut") << "Cut"
-                         << "frmRebate.mnuCut_Click"
-                         << "Ready...";
-    QTest::newRow("Copy") << "Copy"
-                          << "frmRebate.mnuCopy_Click"
-                          << "Ready...";
-    QTest::newRow("Paste") << "Paste"
-                           << "frmRebate.mnuPaste_Click"
-                           << "Ready...";
+    const auto row = [](const char* key, const char* call, const char* status) {
+        QTest::newRow(key) << QString(key) << QString(call) << QString(status);
+    };
+    row("Save", "frmRebate.mnuSaveRecord_Click", "Saving record...");
+    row("Delete", "frmRebate.cmdDelete_Click focus=cmdDelete", "Ready...");
+    row("Cut", "frmRebate.mnuCut_Click", "Ready...");
+    row("Copy", "frmRebate.mnuCopy_Click", "Ready...");
+    row("Paste", "frmRebate.mnuPaste_Click", "Ready...");
 }
 
 void tst_mdi::rebateCommands() {
@@ -465,22 +405,16 @@ void tst_mdi::printButton_data() {
     QTest::addColumn<QString>("rebateID");
     QTest::addColumn<QString>("call");
     QTest::addColumn<QString>("box");
-    QTest::newRow("switchboard prints statistics") << false << "frmSwitchboard"
-                                                   << ""
-                                                   << "frmSwitchboard.mnuPrintStats_Click"
-                                                   << "";
-    QTest::newRow("rebate form behind the switchboard") << true << "frmSwitchboard"
-                                                        << ""
-                                                        << ""
-                                                        << "";
-    QTest::newRow("unsaved record") << true << "frmRebate"
-                                    << ""
-                                    << ""
-                                    << "Unsaved Record";
-    QTest::newRow("saved record") << true << "frmRebate"
-                                  << "20261123100000"
-                                  << "frmRebate.mnuPrint_Click"
-                                  << "";
+    const auto row = [](const char* name, bool withRebate, const char* active, const char* rebateID,
+                        const char* call, const char* box) {
+        QTest::newRow(name) << withRebate << QString(active) << QString(rebateID) << QString(call)
+                            << QString(box);
+    };
+    row("switchboard prints statistics", false, "frmSwitchboard", "",
+        "frmSwitchboard.mnuPrintStats_Click", "");
+    row("rebate form behind the switchboard", true, "frmSwitchboard", "", "", "");
+    row("unsaved record", true, "frmRebate", "", "", "Unsaved Record");
+    row("saved record", true, "frmRebate", "20261123100000", "frmRebate.mnuPrint_Click", "");
 }
 
 void tst_mdi::printButton() {

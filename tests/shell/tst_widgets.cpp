@@ -2,15 +2,22 @@
 #include "Fixture.h"
 #include "Forms.h"
 #include "ImageList.h"
+#include "QtDesktop.h"
 #include "StatusBar.h"
 #include "Toolbar.h"
 #include "VbError.h"
+#include "cLogErr.h"
 
 #include <QFile>
 #include <QLabel>
 #include <QMainWindow>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextLayout>
 #include <QToolButton>
 
 namespace {
@@ -47,6 +54,9 @@ private Q_SLOTS:
     void toolbarGroups();
     void toolbarMouse();
     void statusBarPanels();
+    void messageBoxButtons_data();
+    void messageBoxButtons();
+    void messageBoxLayout();
 };
 
 void tst_widgets::imageKeys_data() {
@@ -243,6 +253,77 @@ void tst_widgets::statusBarPanels() {
     bar.reset();
     SetStatusText("Ready..."); // nothing attached any more, nothing breaks
     QCOMPARE(StatusText(), QString("Ready..."));
+}
+
+void tst_widgets::messageBoxButtons_data() {
+    QTest::addColumn<int>("style");
+    QTest::addColumn<QMessageBox::StandardButtons>("buttons");
+    QTest::addColumn<QMessageBox::StandardButton>("defaultButton");
+    QTest::addColumn<QMessageBox::Icon>("icon");
+    QTest::newRow("0: OK") << 0 << QMessageBox::StandardButtons(QMessageBox::Ok) << QMessageBox::Ok
+                           << QMessageBox::NoIcon;
+    QTest::newRow("16: critical") << 16 << QMessageBox::StandardButtons(QMessageBox::Ok)
+                                  << QMessageBox::Ok << QMessageBox::Critical;
+    QTest::newRow("36: Yes, No") << 36 << (QMessageBox::Yes | QMessageBox::No) << QMessageBox::Yes
+                                 << QMessageBox::Question;
+    QTest::newRow("37: Retry, Cancel") << 37 << (QMessageBox::Retry | QMessageBox::Cancel)
+                                       << QMessageBox::Retry << QMessageBox::Question;
+    QTest::newRow("48: exclamation") << 48 << QMessageBox::StandardButtons(QMessageBox::Ok)
+                                     << QMessageBox::Ok << QMessageBox::Warning;
+    QTest::newRow("292: Yes, No, default No")
+        << 292 << (QMessageBox::Yes | QMessageBox::No) << QMessageBox::No << QMessageBox::Question;
+    QTest::newRow("Yes, No, Cancel, third default")
+        << 3 + 512 + 64 << (QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)
+        << QMessageBox::Cancel << QMessageBox::Information;
+}
+
+void tst_widgets::messageBoxButtons() {
+    QFETCH(int, style);
+    QFETCH(QMessageBox::StandardButtons, buttons);
+    QFETCH(QMessageBox::StandardButton, defaultButton);
+    QFETCH(QMessageBox::Icon, icon);
+    const auto box = QtDesktop::MakeBox("Are you sure?", style, "Question");
+    QCOMPARE(box->standardButtons(), buttons);
+    QCOMPARE(box->standardButton(box->defaultButton()), defaultButton);
+    QCOMPARE(box->icon(), icon);
+    QCOMPARE(box->windowTitle(), QString("Question"));
+}
+
+// The error box: its numbered steps stand as an indented list, one line each.
+void tst_widgets::messageBoxLayout() {
+    Fixture fixture;
+    gErrorLog->LogIt(3078,
+                     "The database engine cannot find the input table or query: no such "
+                     "table: Rebates.",
+                     "frmSwitchboard", "AddAllListItems()");
+    const QString prompt = fixture.Desktop().boxes.value(0).prompt;
+    QVERIFY(prompt.contains("\t1. Click on the 'Options' button on the toolbar"));
+    const auto box = QtDesktop::MakeBox(prompt, 48, kErrorTitle);
+    box->show();
+    QVERIFY(QTest::qWaitForWindowExposed(box.get()));
+    auto* label = box->findChild<QLabel*>("qt_msgbox_label");
+    QVERIFY(label);
+    QVERIFY2(label->width() >= 360, qPrintable(QString::number(label->width())));
+
+    QTextDocument shown;
+    shown.setDefaultFont(label->font());
+    shown.setHtml(label->text());
+    shown.setTextWidth(label->contentsRect().width());
+    shown.documentLayout(); // lays the text out
+    const auto lineStart = [](const QTextBlock& block) {
+        return block.layout()->position().x() + block.layout()->lineAt(0).x();
+    };
+    const qreal left = lineStart(shown.firstBlock());
+    int steps = 0;
+    for (QTextBlock block = shown.firstBlock(); block.isValid(); block = block.next()) {
+        if (!block.text().contains("Click on the"))
+            continue;
+        ++steps;
+        QVERIFY2(block.layout()->lineCount() == 1, qPrintable(block.text()));
+        const qreal indent = lineStart(block) - left;
+        QVERIFY2(indent >= 10 && indent <= 40, qPrintable(QString::number(indent)));
+    }
+    QCOMPARE(steps, 4);
 }
 
 QTEST_MAIN(tst_widgets)

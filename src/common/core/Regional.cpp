@@ -55,10 +55,19 @@ bool IsTextValue(const QVariant& value) {
     return value.typeId() == QMetaType::QString;
 }
 
-QDateTime ToDateTime(const QVariant& value) {
+// A date and a time of day, as the old Date type held them: no time zone, so no local
+// QDateTime (whose every construction consults the zone) stands between a date and its text.
+struct Moment {
+    QDate date;
+    QTime time{0, 0};
+};
+
+// The moment of a QDate or QDateTime value.
+Moment MomentOf(const QVariant& value) {
     if (value.typeId() == QMetaType::QDate)
-        return QDateTime(value.toDate(), QTime(0, 0));
-    return value.toDateTime();
+        return {value.toDate()};
+    const QDateTime dateTime = value.toDateTime();
+    return {dateTime.date(), dateTime.time()};
 }
 
 // --- day serials: days since 12/30/1899, the time of day as the fraction -------------------
@@ -68,15 +77,15 @@ const QDate& SerialBase() {
     return base;
 }
 
-double ToSerial(const QDateTime& moment) {
-    const double days = static_cast<double>(SerialBase().daysTo(moment.date()));
-    const double time = moment.time().msecsSinceStartOfDay() / 86400000.0;
+double ToSerial(const Moment& moment) {
+    const double days = static_cast<double>(SerialBase().daysTo(moment.date));
+    const double time = moment.time.msecsSinceStartOfDay() / 86400000.0;
     // A day before the base counts down while its time still runs forward: -1.25 is
     // 12/29/1899 06:00.
     return days < 0 ? days - time : days + time;
 }
 
-std::optional<QDateTime> FromSerial(double serial) {
+std::optional<Moment> FromSerial(double serial) {
     if (!std::isfinite(serial) || std::fabs(serial) > 3000000.0)
         return std::nullopt;
     const double days = std::trunc(serial);
@@ -86,8 +95,8 @@ std::optional<QDateTime> FromSerial(double serial) {
         return std::nullopt;
     const auto msecs = static_cast<int>(std::llround(fraction * 86400000.0));
     if (msecs >= 86400000)
-        return QDateTime(date.addDays(1), QTime(0, 0));
-    return QDateTime(date, QTime::fromMSecsSinceStartOfDay(msecs));
+        return Moment{date.addDays(1)};
+    return Moment{date, QTime::fromMSecsSinceStartOfDay(msecs)};
 }
 
 // --- date text ---------------------------------------------------------------------------
@@ -262,6 +271,33 @@ std::optional<QTime> ParseTimePart(const QString& text) {
     if (!time.isValid())
         return std::nullopt;
     return time;
+}
+
+// A date, optionally followed by a time of day (see Regional::ParseDateTime).
+std::optional<Moment> ParseMoment(const QString& text) {
+    const QString trimmed = text.trimmed();
+    if (trimmed.isEmpty())
+        return std::nullopt;
+    // The time, when there is one, starts at the number in front of the first ":".
+    QString datePart = trimmed;
+    QTime time(0, 0);
+    const qsizetype colon = trimmed.indexOf(QLatin1Char(':'));
+    if (colon >= 0) {
+        qsizetype start = colon;
+        while (start > 0 && IsAsciiDigit(trimmed.at(start - 1)))
+            --start;
+        if (start == 0 || start == colon || !trimmed.at(start - 1).isSpace())
+            return std::nullopt;
+        const auto parsed = ParseTimePart(trimmed.mid(start));
+        if (!parsed)
+            return std::nullopt;
+        time = *parsed;
+        datePart = trimmed.left(start).trimmed();
+    }
+    const auto date = ParseDatePart(datePart);
+    if (!date)
+        return std::nullopt;
+    return Moment{*date, time};
 }
 
 // --- decimal numbers ------------------------------------------------------------------------
@@ -468,7 +504,7 @@ std::optional<Decimal> ToDecimal(const QVariant& value) {
     if (value.typeId() == QMetaType::Bool)
         return DecimalFromInteger(value.toBool() ? -1 : 0);
     if (IsDateValue(value))
-        return DecimalFromDouble(ToSerial(ToDateTime(value)));
+        return DecimalFromDouble(ToSerial(MomentOf(value)));
     if (IsTextValue(value))
         return ParseDecimal(value.toString());
     return std::nullopt;
@@ -613,13 +649,23 @@ bool IsDatePattern(const QString& pattern) {
     return false;
 }
 
-QString TwoDigits(int value) {
-    return QStringLiteral("%1").arg(value, 2, 10, QLatin1Char('0'));
+void AppendNumber(QString& out, int value, qsizetype digits) {
+    if (digits == 2 && value >= 0 && value < 100) {
+        out += QLatin1Char(static_cast<char>('0' + value / 10));
+        out += QLatin1Char(static_cast<char>('0' + value % 10));
+    } else if (value >= 0 && value < 10) {
+        out += QLatin1Char(static_cast<char>('0' + value));
+    } else {
+        out += QString::number(value);
+    }
 }
 
-QString FormatDateTime(const QDateTime& moment, const QString& pattern) {
-    const QDate date = moment.date();
-    const QTime time = moment.time();
+QString FormatMoment(const Moment& moment, const QString& pattern) {
+    int year = 0;
+    int month = 0;
+    int day = 0;
+    moment.date.getDate(&year, &month, &day);
+    const QTime& time = moment.time;
     const bool twelveHour = [&] {
         for (qsizetype i = 0; i < pattern.size(); ++i) {
             if (StartsWithNoCase(pattern, i, QLatin1String("am/pm")) ||
@@ -629,12 +675,13 @@ QString FormatDateTime(const QDateTime& moment, const QString& pattern) {
         return false;
     }();
     QString out;
+    out.reserve(pattern.size() + 16);
     bool afterHour = false; // "m" right after an hour (literals between) is the minute
     for (qsizetype i = 0; i < pattern.size();) {
         const QChar c = pattern.at(i);
         if (c == QLatin1Char('"')) {
             const qsizetype end = pattern.indexOf(QLatin1Char('"'), i + 1);
-            out += pattern.mid(i + 1, (end < 0 ? pattern.size() : end) - i - 1);
+            out += QStringView(pattern).mid(i + 1, (end < 0 ? pattern.size() : end) - i - 1);
             i = end < 0 ? pattern.size() : end + 1;
             continue;
         }
@@ -669,42 +716,42 @@ QString FormatDateTime(const QDateTime& moment, const QString& pattern) {
         switch (token) {
         case 'd': {
             const qsizetype n = take(4);
-            if (n <= 2)
-                out += n == 1 ? QString::number(date.day()) : TwoDigits(date.day());
-            else {
-                const QString name = QString::fromLatin1(kDayNames[date.dayOfWeek() % 7]);
+            if (n <= 2) {
+                AppendNumber(out, day, n);
+            } else {
+                const QLatin1String name(kDayNames[moment.date.dayOfWeek() % 7]);
                 out += n == 3 ? name.left(3) : name;
             }
             break;
         }
         case 'w':
             take(1);
-            out += QString::number(date.dayOfWeek() % 7 + 1);
+            AppendNumber(out, moment.date.dayOfWeek() % 7 + 1, 1);
             break;
         case 'm': {
             const qsizetype n = take(4);
-            if (afterHour && n <= 2)
-                out += n == 1 ? QString::number(time.minute()) : TwoDigits(time.minute());
-            else if (n <= 2)
-                out += n == 1 ? QString::number(date.month()) : TwoDigits(date.month());
-            else {
-                const QString name = QString::fromLatin1(kMonthNames[date.month() - 1]);
+            if (afterHour && n <= 2) {
+                AppendNumber(out, time.minute(), n);
+            } else if (n <= 2) {
+                AppendNumber(out, month, n);
+            } else {
+                const QLatin1String name(kMonthNames[month - 1]);
                 out += n == 3 ? name.left(3) : name;
             }
             break;
         }
         case 'q':
             take(1);
-            out += QString::number((date.month() - 1) / 3 + 1);
+            AppendNumber(out, (month - 1) / 3 + 1, 1);
             break;
         case 'y': {
             const qsizetype n = run >= 4 ? take(4) : take(2);
             if (n == 1)
-                out += QString::number(date.dayOfYear());
+                AppendNumber(out, moment.date.dayOfYear(), 1);
             else if (n == 2)
-                out += TwoDigits(date.year() % 100);
+                AppendNumber(out, year % 100, 2);
             else
-                out += QString::number(date.year());
+                AppendNumber(out, year, 4);
             break;
         }
         case 'h': {
@@ -712,20 +759,16 @@ QString FormatDateTime(const QDateTime& moment, const QString& pattern) {
             int hour = time.hour();
             if (twelveHour)
                 hour = hour % 12 == 0 ? 12 : hour % 12;
-            out += n == 1 ? QString::number(hour) : TwoDigits(hour);
+            AppendNumber(out, hour, n);
             afterHour = true;
             continue;
         }
-        case 'n': {
-            const qsizetype n = take(2);
-            out += n == 1 ? QString::number(time.minute()) : TwoDigits(time.minute());
+        case 'n':
+            AppendNumber(out, time.minute(), take(2));
             break;
-        }
-        case 's': {
-            const qsizetype n = take(2);
-            out += n == 1 ? QString::number(time.second()) : TwoDigits(time.second());
+        case 's':
+            AppendNumber(out, time.second(), take(2));
             break;
-        }
         default:
             out += c; // a literal keeps an hour's claim on the next "m"
             ++i;
@@ -737,11 +780,11 @@ QString FormatDateTime(const QDateTime& moment, const QString& pattern) {
 }
 
 // A value as a moment for the date patterns; nothing when it isn't one.
-std::optional<QDateTime> ToMoment(const QVariant& value) {
+std::optional<Moment> ToMoment(const QVariant& value) {
     if (IsDateValue(value))
-        return ToDateTime(value);
+        return MomentOf(value);
     if (IsTextValue(value)) {
-        if (auto moment = Regional::ParseDateTime(value.toString()))
+        if (auto moment = ParseMoment(value.toString()))
             return moment;
     }
     if (const auto number = ToDecimal(value))
@@ -754,36 +797,17 @@ std::optional<QDateTime> ToMoment(const QVariant& value) {
 // --- Regional ---------------------------------------------------------------------------------
 
 std::optional<QDateTime> Regional::ParseDateTime(const QString& text) {
-    const QString trimmed = text.trimmed();
-    if (trimmed.isEmpty())
+    const auto moment = ParseMoment(text);
+    if (!moment)
         return std::nullopt;
-    // The time, when there is one, starts at the number in front of the first ":".
-    QString datePart = trimmed;
-    QTime time(0, 0);
-    const qsizetype colon = trimmed.indexOf(QLatin1Char(':'));
-    if (colon >= 0) {
-        qsizetype start = colon;
-        while (start > 0 && IsAsciiDigit(trimmed.at(start - 1)))
-            --start;
-        if (start == 0 || start == colon || !trimmed.at(start - 1).isSpace())
-            return std::nullopt;
-        const auto parsed = ParseTimePart(trimmed.mid(start));
-        if (!parsed)
-            return std::nullopt;
-        time = *parsed;
-        datePart = trimmed.left(start).trimmed();
-    }
-    const auto date = ParseDatePart(datePart);
-    if (!date)
-        return std::nullopt;
-    return QDateTime(*date, time);
+    return QDateTime(moment->date, moment->time);
 }
 
 std::optional<QDate> Regional::ParseDate(const QString& text) {
-    const auto moment = ParseDateTime(text);
+    const auto moment = ParseMoment(text);
     if (!moment)
         return std::nullopt;
-    return moment->date();
+    return moment->date;
 }
 
 std::optional<Currency> Regional::ParseCurrency(const QString& text) {
@@ -914,7 +938,7 @@ QDate CDate(const QVariant& value) {
     if (IsNullValue(value))
         throw VbError(VbError::InvalidUseOfNull);
     if (IsDateValue(value))
-        return ToDateTime(value).date();
+        return MomentOf(value).date;
     if (IsTextValue(value)) {
         if (const auto date = Regional::ParseDate(value.toString()))
             return *date;
@@ -922,7 +946,7 @@ QDate CDate(const QVariant& value) {
     }
     if (IsNumberValue(value) || IsCurrencyValue(value) || value.typeId() == QMetaType::Bool) {
         if (const auto moment = FromSerial(CDbl(value)))
-            return moment->date();
+            return moment->date;
         throw VbError(VbError::Overflow);
     }
     throw VbError(VbError::TypeMismatch);
@@ -975,7 +999,7 @@ double CDbl(const QVariant& value) {
     if (value.typeId() == QMetaType::Bool)
         return value.toBool() ? -1.0 : 0.0;
     if (IsDateValue(value))
-        return ToSerial(ToDateTime(value));
+        return ToSerial(MomentOf(value));
     if (IsTextValue(value)) {
         if (const auto decimal = ParseDecimal(value.toString()))
             return DoubleFromDecimal(*decimal);
@@ -1028,10 +1052,10 @@ QString CStr(const QVariant& value) {
     case QMetaType::QDate:
         return value.toDate().toString(QStringLiteral("M/d/yyyy"));
     case QMetaType::QDateTime: {
-        const QDateTime moment = value.toDateTime();
-        if (moment.time() == QTime(0, 0))
-            return moment.date().toString(QStringLiteral("M/d/yyyy"));
-        return FormatDateTime(moment, QStringLiteral("m/d/yyyy h:nn:ss AM/PM"));
+        const Moment moment = MomentOf(value);
+        if (moment.time == QTime(0, 0))
+            return moment.date.toString(QStringLiteral("M/d/yyyy"));
+        return FormatMoment(moment, QStringLiteral("m/d/yyyy h:nn:ss AM/PM"));
     }
     case QMetaType::Double:
     case QMetaType::Float: {
@@ -1093,7 +1117,7 @@ QString Format(const QVariant& value, const QString& pattern) {
         return CStr(value);
     if (IsDatePattern(pattern)) {
         if (const auto moment = ToMoment(value))
-            return FormatDateTime(*moment, pattern);
+            return FormatMoment(*moment, pattern);
         return CStr(value);
     }
     if (const auto number = ToDecimal(value))

@@ -4,33 +4,35 @@
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QInputDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPrintDialog>
+#include <QScreen>
 #include <QUrl>
 
 namespace {
-struct ButtonSet {
-    QList<QPair<QMessageBox::StandardButton, int>> buttons; // button and its old answer
-};
+// A leading tab of a line of the prompt indents it by this much; wrapped lines keep it.
+constexpr int kTabIndent = 20;
+// A box with several lines is at least this wide, so that short lines don't wrap.
+constexpr int kMinTextWidth = 360;
+constexpr int kMaxTextWidth = 600;
 
-ButtonSet ButtonsFor(int style) {
-    switch (style & 7) {
-    case vb::vbOKCancel:
-        return {{{QMessageBox::Ok, vb::vbOK}, {QMessageBox::Cancel, vb::vbCancel}}};
-    case vb::vbAbortRetryIgnore:
-        return {{{QMessageBox::Abort, vb::vbAbort},
-                 {QMessageBox::Retry, vb::vbRetry},
-                 {QMessageBox::Ignore, vb::vbIgnore}}};
-    case vb::vbYesNoCancel:
-        return {{{QMessageBox::Yes, vb::vbYes},
-                 {QMessageBox::No, vb::vbNo},
-                 {QMessageBox::Cancel, vb::vbCancel}}};
-    case vb::vbYesNo:
-        return {{{QMessageBox::Yes, vb::vbYes}, {QMessageBox::No, vb::vbNo}}};
-    case vb::vbRetryCancel:
-        return {{{QMessageBox::Retry, vb::vbRetry}, {QMessageBox::Cancel, vb::vbCancel}}};
+QMessageBox::StandardButton ButtonFor(int answer) {
+    switch (answer) {
+    case vb::vbCancel:
+        return QMessageBox::Cancel;
+    case vb::vbAbort:
+        return QMessageBox::Abort;
+    case vb::vbRetry:
+        return QMessageBox::Retry;
+    case vb::vbIgnore:
+        return QMessageBox::Ignore;
+    case vb::vbYes:
+        return QMessageBox::Yes;
+    case vb::vbNo:
+        return QMessageBox::No;
     default:
-        return {{{QMessageBox::Ok, vb::vbOK}}};
+        return QMessageBox::Ok;
     }
 }
 
@@ -48,25 +50,83 @@ QMessageBox::Icon IconFor(int style) {
         return QMessageBox::NoIcon;
     }
 }
+
+struct PromptLine {
+    int tabs; // leading tabs
+    QString text;
+};
+
+// The prompt's lines (CR LF, CR or LF end a line), each with its leading tabs counted and
+// any further tab shown as a few blanks.
+QList<PromptLine> LinesOf(QString prompt) {
+    prompt.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    prompt.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    QList<PromptLine> lines;
+    for (const QString& line : prompt.split(QLatin1Char('\n'))) {
+        int tabs = 0;
+        while (tabs < line.size() && line.at(tabs) == QLatin1Char('\t'))
+            ++tabs;
+        QString text = line.mid(tabs);
+        text.replace(QLatin1Char('\t'), QLatin1String("    "));
+        lines.append({tabs, text});
+    }
+    return lines;
+}
+
+// Each line a block of its own, its blanks kept, a leading tab a modest indent.
+QString PromptHtml(const QList<PromptLine>& lines) {
+    QString html;
+    for (const PromptLine& line : lines) {
+        const QString text =
+            line.text.isEmpty() ? QStringLiteral("&nbsp;") : line.text.toHtmlEscaped();
+        html += QStringLiteral("<div style=\"margin-left:%1px; white-space:pre-wrap\">%2</div>")
+                    .arg(QString::number(line.tabs * kTabIndent), text);
+    }
+    return html;
+}
+
+// As wide as the longest line wants, within limits: several lines get room enough that only
+// really long ones wrap.
+int TextWidth(const QList<PromptLine>& lines, const QFontMetrics& metrics, const QWidget* near) {
+    int widest = 0;
+    for (const PromptLine& line : lines)
+        widest = std::max(widest, line.tabs * kTabIndent + metrics.horizontalAdvance(line.text));
+    int most = kMaxTextWidth;
+    if (const QScreen* screen = near ? near->screen() : QGuiApplication::primaryScreen())
+        most = std::min(most, screen->availableGeometry().width() / 2);
+    const int least = lines.size() > 1 ? kMinTextWidth : 0;
+    return std::clamp(widest + 4, std::min(least, most), most);
+}
 } // namespace
 
+std::unique_ptr<QMessageBox> QtDesktop::MakeBox(const QString& prompt, int style,
+                                                const QString& title, QWidget* parent) {
+    auto box = std::make_unique<QMessageBox>(
+        IconFor(style), title.isEmpty() ? QApplication::applicationDisplayName() : title, QString(),
+        QMessageBox::NoButton, parent);
+    const QList<PromptLine> lines = LinesOf(prompt);
+    box->setTextFormat(Qt::RichText);
+    box->setText(PromptHtml(lines));
+    if (auto* label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_label")))
+        label->setMinimumWidth(TextWidth(lines, label->fontMetrics(), box.get()));
+    for (int answer : vb::ButtonAnswers(style))
+        box->addButton(ButtonFor(answer));
+    box->setDefaultButton(ButtonFor(vb::DefaultAnswer(style)));
+    return box;
+}
+
 int QtDesktop::MsgBox(const QString& prompt, int style, const QString& title) {
-    QMessageBox box(IconFor(style),
-                    title.isEmpty() ? QApplication::applicationDisplayName() : title, prompt,
-                    QMessageBox::NoButton, QApplication::activeWindow());
-    const ButtonSet set = ButtonsFor(style);
-    for (const auto& [button, answer] : set.buttons)
-        box.addButton(button);
-    const int defaultIndex = (style & vb::vbDefaultButton3) ? 2 : (style & vb::vbDefaultButton2) ? 1 : 0;
-    if (defaultIndex < set.buttons.size())
-        box.setDefaultButton(set.buttons.at(defaultIndex).first);
-    const auto clicked = static_cast<QMessageBox::StandardButton>(box.exec());
-    for (const auto& [button, answer] : set.buttons) {
-        if (button == clicked)
+    const std::unique_ptr<QMessageBox> box =
+        MakeBox(prompt, style, title, QApplication::activeWindow());
+    box->exec();
+    const QList<int> answers = vb::ButtonAnswers(style);
+    const QMessageBox::StandardButton clicked = box->standardButton(box->clickedButton());
+    for (int answer : answers) {
+        if (ButtonFor(answer) == clicked)
             return answer;
     }
-    // Closed with Escape or the close box: the answer of the cancelling button.
-    return (style & 7) == vb::vbYesNo ? vb::vbNo : (style & 7) == vb::vbOKOnly ? vb::vbOK : vb::vbCancel;
+    // Closed without a button: the answer of the last one (No, Cancel or OK).
+    return answers.back();
 }
 
 QString QtDesktop::InputBox(const QString& prompt, const QString& title,

@@ -2,6 +2,10 @@
 
 #include "Desktop.h"
 
+#include <memory>
+
+class QMessageBox;
+
 // The desktop seam on Qt: message boxes, input boxes, the printer dialog, the system's
 // handler for files, URLs and mail.
 class QtDesktop final : public Desktop {
@@ -12,4 +16,10 @@ public:
     bool OpenDocument(const QString& target) override;
     bool PrinterDialog(QPrinter& printer, QWidget* parent) override;
     void Beep() override;
+
+    // The box MsgBox shows: the style's icon, buttons and default button; each line of the
+    // prompt a line of its own (CR LF, CR or LF), a leading tab a modest indent that wrapped
+    // lines keep, and room for the longest line up to half the screen.
+    static std::unique_ptr<QMessageBox> MakeBox(const QString& prompt, int style,
+                                                const QString& title, QWidget* parent = nullptr);
 };

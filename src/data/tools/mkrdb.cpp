@@ -25,7 +25,8 @@ int main(int argc, char** argv) {
     }
     int status = 0;
     {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("mkrdb"));
+        QSqlDatabase db =
+            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("mkrdb"));
         db.setDatabaseName(QString::fromLocal8Bit(argv[2]));
         if (!db.open()) {
             QTextStream(stderr) << db.lastError().text() << '\n';
