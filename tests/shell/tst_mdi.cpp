@@ -156,18 +156,13 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("iconSize");
         QTest::addColumn<QString>("caption");
-        QTest::newRow("first start") << ""
-                                     << "" << 32 << "Exit";
-        QTest::newRow("large, text") << "Large"
-                                     << "1" << 32 << "Exit";
-        QTest::newRow("small, no text") << "Small"
-                                        << "0" << 16 << "";
-        QTest::newRow("anything else is small") << "large"
-                                                << "True" << 16 << "Exit";
-        QTest::newRow("text False") << "Large"
-                                    << "False" << 32 << "";
-        QTest::newRow("text not a Boolean") << "Large"
-                                            << "maybe" << 32 << "Exit";
+        using S = QString;
+        QTest::newRow("first start") << S() << S() << 32 << S("Exit");
+        QTest::newRow("large, text") << S("Large") << S("1") << 32 << S("Exit");
+        QTest::newRow("small, no text") << S("Small") << S("0") << 16 << S();
+        QTest::newRow("anything else is small") << S("large") << S("True") << 16 << S("Exit");
+        QTest::newRow("text False") << S("Large") << S("False") << 32 << S();
+        QTest::newRow("text not a Boolean") << S("Large") << S("maybe") << 32 << S("Exit");
     }
     void settingsAtLoad() {
         QFETCH(QString, size);
