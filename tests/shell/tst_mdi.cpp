@@ -356,12 +356,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("box");
         using S = QString;
         QTest::newRow("switchboard prints statistics")
-            << false << S("frmSwitchboard") << S() << S("frmSwitchboard.mnuPrintStats_Click")
+            << false << S("frmSwitchboard") << S("") << S("frmSwitchboard.mnuPrintStats_Click")
             << S();
         QTest::newRow("rebate form behind the switchboard")
-            << true << S("frmSwitchboard") << S() << S() << S();
+            << true << S("frmSwitchboard") << S("") << S() << S();
         QTest::newRow("unsaved record")
-            << true << S("frmRebate") << S() << S() << S("Unsaved Record");
+            << true << S("frmRebate") << S("") << S() << S("Unsaved Record");
         QTest::newRow("saved record") << true << S("frmRebate") << S("20261123100000")
                                       << S("frmRebate.mnuPrint_Click") << S();
     }
