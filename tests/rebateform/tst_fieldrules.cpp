@@ -11,389 +11,277 @@
 
 using namespace RebateFormDriver;
 
-// The key rules of the rebate form's fields, typed into the real form.
 class tst_fieldrules : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
-    void init();
-    void cleanup();
-    void keys_data();
-    void keys();
-    void escapeUndoes_data();
-    void escapeUndoes();
-    void letterWithoutDigitIsLogged_data();
-    void letterWithoutDigitIsLogged();
-    void leavingField_data();
-    void leavingField();
-    void dateSentFillsDueAndPostage();
-    void followupDateFillsFollowupPostage();
-    void fullAmountQuestion_data();
-    void fullAmountQuestion();
-    void tabSelectsClickKeepsCaret();
+    void init() {
+        mFixture = std::make_unique<Fixture>();
+        mFixture->OpenDatabase();
+        mForm = OpenNew();
+    }
+    void cleanup() {
+        if (frmRebate::Instance())
+            frmRebate::Instance()->Unload();
+        QTRY_VERIFY(!frmRebate::Instance());
+        mFixture.reset();
+    }
+    // index, text set beforehand by code, keys typed (the field's text selected by Tab is kept
+    // for the date shortcuts, which read it), expected text.
+    void keys_data() {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<QString>("expected");
+        const struct {
+            const char* name;
+            int index;
+            const char *before, *keys, *expected;
+        } rows[] = {
+            {"date: digits and slash", 5, "", "13/45", "13/45"},
+            {"date: letters, dot, comma, minus refused", 1, "", "1a.b,2", "12"},
+            {"date: t is today", 5, "", "t", "11/23/2026"},
+            {"date: T is today", 10, "01/01/2020", "T", "11/23/2026"},
+            {"date: y is yesterday", 19, "", "y", "11/22/2026"},
+            {"date: y ignores the field", 19, "03/15/2020", "Y", "11/22/2026"},
+            {"date: + on empty is today", 9, "", "+", "11/23/2026"},
+            {"date: + over the year end", 9, "12/31/1999", "+", "01/01/2000"},
+            {"date: = over a month end", 9, "11/30/2026", "=", "12/01/2026"},
+            {"date: - into a leap day", 11, "03/01/2024", "-", "02/29/2024"},
+            {"date: _ over the year start", 11, "1/1/2027", "_", "12/31/2026"},
+            {"date: - on letters is today", 11, "soon", "-", "11/23/2026"},
+            {"date: shortcuts repeat", 5, "", "t++-", "11/24/2026"},
+            {"date: c, w swallowed", 1, "", "cCwW", ""},
+            {"date: backspace passes", 5, "", "12\b3", "13"},
+            {"money: digits, dot, dollar", 2, "", "$12.50", "$12.50"},
+            {"money: repeated dots pass", 3, "", "1..$$", "1..$$"},
+            {"money: minus, comma, letters refused", 4, "", "-1,000x", "1000"},
+            {"money: c swallowed", 6, "", "c5C", "5"},
+            {"money: blank refused", 8, "", "1 2", "12"},
+            {"phone: keypad", 13, "", "1-800-FLOWERS", "1-800-3569377"},
+            {"phone: lowercase keypad", 13, "", "abc def ghi jkl mno prs tuv wxy",
+             "222 333 444 555 666 777 888 999"},
+            {"phone: q is 0, Q is 7", 13, "", "qQ", "07"},
+            {"phone: punctuation passes", 13, "", "(555) 12-34/5", "(555) 12-34/5"},
+            {"text: c is a letter", 20, "", "cwt+-", "cwt+-"},
+            {"text: anything", 0, "", "1 Main St., #5", "1 Main St., #5"},
+        };
+        for (const auto& r : rows)
+            QTest::newRow(r.name) << r.index << QString(r.before) << QString(r.keys)
+                                  << QString(r.expected);
+    }
+    void keys() {
+        QFETCH(int, index);
+        QFETCH(QString, before);
+        QFETCH(QString, keys);
+        QFETCH(QString, expected);
+        FieldEdit* field = mForm->txtFields(index);
+        field->setText(before);
+        Enter(mForm, index);
+        if (!before.isEmpty())
+            field->deselect(); // the shortcuts read the text; typing digits would replace it
+        field->setCursorPosition(static_cast<int>(field->text().length()));
+        QTest::keyClicks(field, keys);
+        QCOMPARE(field->text(), expected);
+        QVERIFY(mFixture->Desktop().boxes.isEmpty());
+    }
+    // The one-step undo: typing "23" after "1" set by code, then the undo key twice. Ctrl+Z
+    // arrives as a control character, which date and money fields refuse.
+    void escapeUndoes_data() {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<bool>("ctrlZ");
+        QTest::addColumn<QString>("undone");
+        for (int index : {5, 4, 13, 20})
+            QTest::addRow("field %d, Escape", index) << index << false << "1";
+        QTest::newRow("text, Ctrl+Z") << 20 << true << "1";
+        QTest::newRow("date, Ctrl+Z refused") << 5 << true << "123";
+    }
+    void escapeUndoes() {
+        QFETCH(int, index);
+        QFETCH(bool, ctrlZ);
+        QFETCH(QString, undone);
+        FieldEdit* field = mForm->txtFields(index);
+        field->setText("1");
+        Enter(mForm, index);
+        field->setCursorPosition(1);
+        QTest::keyClicks(field, "23");
+        const auto undo = [&] {
+            if (ctrlZ)
+                QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
+            else
+                QTest::keyClick(field, Qt::Key_Escape);
+        };
+        undo();
+        QCOMPARE(field->text(), undone);
+        undo();
+        QCOMPARE(field->text(), QString("123"));
+        // Text set by a shortcut leaves nothing of the typing to undo.
+        if (index == 5) {
+            QTest::keyClick(field, Qt::Key_T);
+            QTest::keyClick(field, Qt::Key_Escape);
+            QCOMPARE(field->text(), QString("11/23/2026"));
+        }
+    }
+    void letterWithoutDigitIsLogged_data() {
+        QTest::addColumn<QString>("letter");
+        for (const char* letter : {"z", "Z", "é"})
+            QTest::newRow(letter) << QString::fromUtf8(letter);
+    }
+    // A letter the keypad has no digit for leaves the field as it was; the error is logged and
+    // the program goes on.
+    void letterWithoutDigitIsLogged() {
+        QFETCH(QString, letter);
+        FieldEdit* field = Type(mForm, 13, "55");
+        // As a keyboard sends it; QTest's own key clicks know no accented letters.
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, letter);
+        QApplication::sendEvent(field, &press);
+        QCOMPARE(field->text(), QString("55"));
+        QCOMPARE(mFixture->Desktop().boxes.size(), 1);
+        QCOMPARE(mFixture->Desktop().boxes[0].title, QString("Vantry! Vantry! Error"));
+        const QString entry = mFixture->LogText();
+        QVERIFY(entry.contains("frmRebate"));
+        QVERIFY(entry.contains("txtFields_KeyPress"));
+        QTest::keyClicks(field, "1");
+        QCOMPARE(field->text(), QString("551"));
+    }
+    // index, text put in by pasting, the text after leaving, the box asked for ("" for none).
+    void leavingField_data() {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("after");
+        QTest::addColumn<QString>("boxTitle");
+        QTest::addColumn<QString>("boxText");
+        const struct {
+            const char* name;
+            int index;
+            const char *text, *after, *boxTitle, *boxText;
+        } rows[] = {
+            {"date rewritten", 1, "3/5/26", "03/05/2026", "", ""},
+            {"date of this year", 19, "12/5", "12/05/2026", "", ""},
+            {"date refused", 1, "13/45", "13/45", "Invalid Date", "Please enter a valid date."},
+            {"money rewritten", 2, "12.5", "$12.50", "", ""},
+            {"money with dollar", 4, "$7", "$7.00", "", ""},
+            {"money rounded", 3, "0.125", "$0.13", "", ""},
+            {"money refused", 3, "1..$$", "1..$$", "Invalid Amount",
+             "Please enter a valid currency amount."},
+            {"phone never refused", 13, "(800) FLOWERS!", "(800) FLOWERS!", "", ""},
+            {"text untouched", 20, "  Spaced  ", "  Spaced  ", "", ""},
+        };
+        for (const auto& r : rows)
+            QTest::newRow(r.name) << r.index << QString(r.text) << QString(r.after)
+                                  << QString(r.boxTitle) << QString(r.boxText);
+    }
+    void leavingField() {
+        QFETCH(int, index);
+        QFETCH(QString, text);
+        QFETCH(QString, after);
+        QFETCH(QString, boxTitle);
+        QFETCH(QString, boxText);
+        FieldEdit* field = Enter(mForm, index);
+        field->insert(text); // as a paste: around the key rules
+        PressTab();
+        QCOMPARE(field->text(), after);
+        auto& boxes = mFixture->Desktop().boxes;
+        QCOMPARE(boxes.size(), boxTitle.isEmpty() ? 0 : 1);
+        QCOMPARE(field->hasFocus(), !boxTitle.isEmpty());
+        if (!boxes.isEmpty()) {
+            QCOMPARE(boxes[0].title, boxTitle);
+            QCOMPARE(boxes[0].prompt, boxText);
+            QCOMPARE(boxes[0].style, 0);
+        }
+    }
+    void dateSentFillsDueAndPostage() {
+        FieldEdit* sent = Type(mForm, 5, "11/10/2026");
+        // Each keystroke of Date Sent fills an empty postage.
+        QCOMPARE(mForm->txtFields(6)->text(), QString("0.32"));
+        PressTab();
+        QCOMPARE(sent->text(), QString("11/10/2026"));
+        QCOMPARE(mForm->txtFields(9)->text(), QString("1/5/2027")); // 56 days on, M/d/yyyy
+
+        // A Date Due already there stays; a postage of zero gives way to the setting.
+        SaveSetting(kAppTitle, "Options", "Postage", ".45");
+        mForm->txtFields(6)->setText("$0.00");
+        Type(mForm, 5, "12/01/2026");
+        PressTab();
+        QCOMPARE(mForm->txtFields(9)->text(), QString("1/5/2027"));
+        QCOMPARE(mForm->txtFields(6)->text(), QString("0.45"));
+        // A postage typed by the user is kept.
+        mForm->txtFields(6)->setText("$1.00");
+        Type(mForm, 5, "t");
+        QCOMPARE(mForm->txtFields(6)->text(), QString("$1.00"));
+    }
+    void followupDateFillsFollowupPostage() {
+        mForm->txtFields(12)->setText("$1.00");
+        FieldEdit* date = Type(mForm, 11, "1");
+        QCOMPARE(mForm->txtFields(12)->text(), QString("0.32"));
+        QTest::keyClick(date, Qt::Key_Backspace);
+        QCOMPARE(mForm->txtFields(12)->text(), QString("0.00"));
+    }
+    // Amount Rec'd, Date Received and Rebate Amount, the answer, the question asked, the amount
+    // after.
+    void fullAmountQuestion_data() {
+        QTest::addColumn<QString>("received");
+        QTest::addColumn<QString>("dateReceived");
+        QTest::addColumn<QString>("rebate");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("asked");
+        QTest::addColumn<QString>("after");
+        const QString date = "11/20/2026", amount = "$25.00";
+        QTest::newRow("yes copies") << QString() << date << amount << 6 << true << amount;
+        QTest::newRow("no keeps") << QString() << date << amount << 7 << true << QString();
+        QTest::newRow("zero asks") << QString("$0.00") << date << amount << 6 << true << amount;
+        QTest::newRow("an amount doesn't ask")
+            << QString("$5.00") << date << amount << 6 << false << QString("$5.00");
+        QTest::newRow("no date received")
+            << QString() << QString() << amount << 6 << false << QString();
+        QTest::newRow("no rebate amount")
+            << QString() << date << QString() << 6 << false << QString();
+    }
+    void fullAmountQuestion() {
+        QFETCH(QString, received);
+        QFETCH(QString, dateReceived);
+        QFETCH(QString, rebate);
+        QFETCH(int, answer);
+        QFETCH(bool, asked);
+        QFETCH(QString, after);
+        mForm->txtFields(8)->setText(received);
+        mForm->txtFields(10)->setText(dateReceived);
+        mForm->txtFields(4)->setText(rebate);
+        mFixture->Desktop().SetNextAnswer(answer);
+        Enter(mForm, 8);
+        const auto& boxes = mFixture->Desktop().boxes;
+        QCOMPARE(boxes.size(), asked ? 1 : 0);
+        if (asked) {
+            QCOMPARE(boxes[0].title, QString("Amount Received"));
+            QCOMPARE(boxes[0].prompt, QString("Did you receive the full amount?"));
+            QCOMPARE(boxes[0].style, 36);
+        }
+        QCOMPARE(mForm->txtFields(8)->text(), after);
+    }
+    void tabSelectsClickKeepsCaret() {
+        FieldEdit* name = mForm->txtFields(20);
+        name->setText("Spring Mail-In");
+        FieldEdit* address = Enter(mForm, 0);
+        QTest::keyClick(address, Qt::Key_Backtab, Qt::ShiftModifier);
+        QTRY_VERIFY(name->hasFocus());
+        QCOMPARE(name->selectedText(), QString("Spring Mail-In"));
+        auto* status = mForm->findChild<QLabel*>("lblStatus");
+        QCOMPARE(status->text(), QString("Name of rebate offer..."));
+
+        Enter(mForm, 0);
+        QTest::mouseClick(name, Qt::LeftButton, {}, QPoint(5, name->height() / 2));
+        QTRY_VERIFY(name->hasFocus());
+        QVERIFY(!name->hasSelectedText());
+        QCOMPARE(name->cursorPosition(), 0);
+        // F2 selects the whole text.
+        QTest::keyClick(name, Qt::Key_F2);
+        QCOMPARE(name->selectedText(), QString("Spring Mail-In"));
+    }
 
 private:
     std::unique_ptr<Fixture> mFixture;
     frmRebate* mForm = nullptr;
 };
-
-void tst_fieldrules::init() {
-    mFixture = std::make_unique<Fixture>();
-    mFixture->OpenDatabase();
-    mForm = OpenNew();
-}
-
-void tst_fieldrules::cleanup() {
-    if (frmRebate::Instance())
-        frmRebate::Instance()->Unload();
-    QTRY_VERIFY(!frmRebate::Instance());
-    mFixture.reset();
-}
-
-// index, text set beforehand by code, keys typed (the field's text selected by Tab is kept
-// for the date shortcuts, which read it), expected text.
-void tst_fieldrules::keys_data() {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("keys");
-    QTest::addColumn<QString>("expected");
-
-    // date class
-    QTest::newRow("date: digits and slash") << 5 << ""
-                                            << "13/45"
-                                            << "13/45";
-    QTest::newRow("date: letters, dot, comma, minus refused") << 1 << ""
-                                                              << "1a.b,2"
-                                                              << "12";
-    QTest::newRow("date: t is today") << 5 << ""
-                                      << "t"
-                                      << "11/23/2026";
-    QTest::newRow("date: T is today") << 10 << "01/01/2020"
-                                      << "T"
-                                      << "11/23/2026";
-    QTest::newRow("date: y is yesterday") << 19 << ""
-                                          << "y"
-                                          << "11/22/2026";
-    QTest::newRow("date: y ignores the field") << 19 << "03/15/2020"
-                                               << "Y"
-                                               << "11/22/2026";
-    QTest::newRow("date: + on empty is today") << 9 << ""
-                                               << "+"
-                                               << "11/23/2026";
-    QTest::newRow("date: + over the year end") << 9 << "12/31/1999"
-                                               << "+"
-                                               << "01/01/2000";
-    QTest::newRow("date: = over a month end") << 9 << "11/30/2026"
-                                              << "="
-                                              << "12/01/2026";
-    QTest::newRow("date: - into a leap day") << 11 << "03/01/2024"
-                                             << "-"
-                                             << "02/29/2024";
-    QTest::newRow("date: _ over the year start") << 11 << "1/1/2027"
-                                                 << "_"
-                                                 << "12/31/2026";
-    QTest::newRow("date: - on letters is today") << 11 << "soon"
-                                                 << "-"
-                                                 << "11/23/2026";
-    QTest::newRow("date: shortcuts repeat") << 5 << ""
-                                            << "t++-"
-                                            << "11/24/2026";
-    QTest::newRow("date: c, w swallowed") << 1 << ""
-                                          << "cCwW"
-                                          << "";
-    QTest::newRow("date: backspace passes") << 5 << ""
-                                            << "12\b3"
-                                            << "13";
-
-    // currency class
-    QTest::newRow("money: digits, dot, dollar") << 2 << ""
-                                                << "$12.50"
-                                                << "$12.50";
-    QTest::newRow("money: repeated dots pass") << 3 << ""
-                                               << "1..$$"
-                                               << "1..$$";
-    QTest::newRow("money: minus, comma, letters refused") << 4 << ""
-                                                          << "-1,000x"
-                                                          << "1000";
-    QTest::newRow("money: c swallowed") << 6 << ""
-                                        << "c5C"
-                                        << "5";
-    QTest::newRow("money: blank refused") << 8 << ""
-                                          << "1 2"
-                                          << "12";
-
-    // phone class
-    QTest::newRow("phone: keypad") << 13 << ""
-                                   << "1-800-FLOWERS"
-                                   << "1-800-3569377";
-    QTest::newRow("phone: lowercase keypad") << 13 << ""
-                                             << "abc def ghi jkl mno prs tuv wxy"
-                                             << "222 333 444 555 666 777 888 999";
-    QTest::newRow("phone: q is 0, Q is 7") << 13 << ""
-                                           << "qQ"
-                                           << "07";
-    QTest::newRow("phone: punctuation passes") << 13 << ""
-                                               << "(555) 12-34/5"
-                                               << "(555) 12-34/5";
-
-    // text class
-    QTest::newRow("text: c is a letter") << 20 << ""
-                                         << "cwt+-"
-                                         << "cwt+-";
-    QTest::newRow("text: anything") << 0 << ""
-                                    << "1 Main St., #5"
-                                    << "1 Main St., #5";
-}
-
-void tst_fieldrules::keys() {
-    QFETCH(int, index);
-    QFETCH(QString, before);
-    QFETCH(QString, keys);
-    QFETCH(QString, expected);
-    FieldEdit* field = mForm->txtFields(index);
-    field->setText(before);
-    Enter(mForm, index);
-    if (!before.isEmpty())
-        field->deselect(); // the shortcuts read the text; typing digits would replace it
-    field->setCursorPosition(static_cast<int>(field->text().length()));
-    QTest::keyClicks(field, keys);
-    QCOMPARE(field->text(), expected);
-    QVERIFY(mFixture->Desktop().boxes.isEmpty());
-}
-
-// The one-step undo: typing "23" after "1" set by code, then the undo key twice. Ctrl+Z
-// arrives as a control character, which date and money fields refuse.
-void tst_fieldrules::escapeUndoes_data() {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<bool>("ctrlZ");
-    QTest::addColumn<QString>("undone");
-    QTest::newRow("date, Escape") << 5 << false << "1";
-    QTest::newRow("currency, Escape") << 4 << false << "1";
-    QTest::newRow("phone, Escape") << 13 << false << "1";
-    QTest::newRow("text, Escape") << 20 << false << "1";
-    QTest::newRow("text, Ctrl+Z") << 20 << true << "1";
-    QTest::newRow("date, Ctrl+Z refused") << 5 << true << "123";
-}
-
-void tst_fieldrules::escapeUndoes() {
-    QFETCH(int, index);
-    QFETCH(bool, ctrlZ);
-    QFETCH(QString, undone);
-    FieldEdit* field = mForm->txtFields(index);
-    field->setText("1");
-    Enter(mForm, index);
-    field->setCursorPosition(1);
-    QTest::keyClicks(field, "23");
-    const auto undo = [&] {
-        if (ctrlZ)
-            QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
-        else
-            QTest::keyClick(field, Qt::Key_Escape);
-    };
-    undo();
-    QCOMPARE(field->text(), undone);
-    undo();
-    QCOMPARE(field->text(), QString("123"));
-    // Text set by a shortcut leaves nothing of the typing to undo.
-    if (index == 5) {
-        QTest::keyClick(field, Qt::Key_T);
-        QTest::keyClick(field, Qt::Key_Escape);
-        QCOMPARE(field->text(), QString("11/23/2026"));
-    }
-}
-
-void tst_fieldrules::letterWithoutDigitIsLogged_data() {
-    QTest::addColumn<QString>("letter");
-    QTest::newRow("z") << "z";
-    QTest::newRow("Z") << "Z";
-    QTest::newRow("accented") << QString::fromUtf8("é");
-}
-
-// A letter the keypad has no digit for leaves the field as it was; the error is logged and
-// the program goes on.
-void tst_fieldrules::letterWithoutDigitIsLogged() {
-    QFETCH(QString, letter);
-    FieldEdit* field = Type(mForm, 13, "55");
-    // As a keyboard sends it; QTest's own key clicks know no accented letters.
-    QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, letter);
-    QApplication::sendEvent(field, &press);
-    QCOMPARE(field->text(), QString("55"));
-    QCOMPARE(mFixture->Desktop().boxes.size(), 1);
-    QCOMPARE(mFixture->Desktop().boxes[0].title, QString("Vantry! Vantry! Error"));
-    const QString entry = mFixture->LogText();
-    QVERIFY(entry.contains("frmRebate"));
-    QVERIFY(entry.contains("txtFields_KeyPress"));
-    QTest::keyClicks(field, "1");
-    QCOMPARE(field->text(), QString("551"));
-}
-
-// index, text put in by typing or pasting, the text after leaving, the box asked for
-// ("" for none), whether the focus stays.
-void tst_fieldrules::leavingField_data() {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("after");
-    QTest::addColumn<QString>("boxTitle");
-    QTest::addColumn<QString>("boxText");
-
-    QTest::newRow("date rewritten") << 1 << "3/5/26"
-                                    << "03/05/2026"
-                                    << ""
-                                    << "";
-    QTest::newRow("date of this year") << 19 << "12/5"
-                                       << "12/05/2026"
-                                       << ""
-                                       << "";
-    QTest::newRow("date refused") << 1 << "13/45"
-                                  << "13/45"
-                                  << "Invalid Date"
-                                  << "Please enter a valid date.";
-    QTest::newRow("money rewritten") << 2 << "12.5"
-                                     << "$12.50"
-                                     << ""
-                                     << "";
-    QTest::newRow("money with dollar") << 4 << "$7"
-                                       << "$7.00"
-                                       << ""
-                                       << "";
-    QTest::newRow("money rounded") << 3 << "0.125"
-                                   << "$0.13"
-                                   << ""
-                                   << "";
-    QTest::newRow("money refused") << 3 << "1..$$"
-                                   << "1..$$"
-                                   << "Invalid Amount"
-                                   << "Please enter a valid currency amount.";
-    QTest::newRow("phone never refused") << 13 << "(800) FLOWERS!"
-                                         << "(800) FLOWERS!"
-                                         << ""
-                                         << "";
-    QTest::newRow("text untouched") << 20 << "  Spaced  "
-                                    << "  Spaced  "
-                                    << ""
-                                    << "";
-}
-
-void tst_fieldrules::leavingField() {
-    QFETCH(int, index);
-    QFETCH(QString, text);
-    QFETCH(QString, after);
-    QFETCH(QString, boxTitle);
-    QFETCH(QString, boxText);
-    FieldEdit* field = Enter(mForm, index);
-    field->insert(text); // as a paste: around the key rules
-    PressTab();
-    QCOMPARE(field->text(), after);
-    auto& boxes = mFixture->Desktop().boxes;
-    if (boxTitle.isEmpty()) {
-        QVERIFY(boxes.isEmpty());
-        QVERIFY(!field->hasFocus());
-    } else {
-        QCOMPARE(boxes.size(), 1);
-        QCOMPARE(boxes[0].title, boxTitle);
-        QCOMPARE(boxes[0].prompt, boxText);
-        QCOMPARE(boxes[0].style, 0);
-        QVERIFY(field->hasFocus());
-    }
-}
-
-void tst_fieldrules::dateSentFillsDueAndPostage() {
-    FieldEdit* sent = Type(mForm, 5, "11/10/2026");
-    // Each keystroke of Date Sent fills an empty postage.
-    QCOMPARE(mForm->txtFields(6)->text(), QString("0.32"));
-    PressTab();
-    QCOMPARE(sent->text(), QString("11/10/2026"));
-    QCOMPARE(mForm->txtFields(9)->text(), QString("1/5/2027")); // 56 days on, M/d/yyyy
-
-    // A Date Due already there stays; a postage of zero gives way to the setting.
-    SaveSetting(kAppTitle, "Options", "Postage", ".45");
-    mForm->txtFields(6)->setText("$0.00");
-    Type(mForm, 5, "12/01/2026");
-    PressTab();
-    QCOMPARE(mForm->txtFields(9)->text(), QString("1/5/2027"));
-    QCOMPARE(mForm->txtFields(6)->text(), QString("0.45"));
-    // A postage typed by the user is kept.
-    mForm->txtFields(6)->setText("$1.00");
-    Type(mForm, 5, "t");
-    QCOMPARE(mForm->txtFields(6)->text(), QString("$1.00"));
-}
-
-void tst_fieldrules::followupDateFillsFollowupPostage() {
-    mForm->txtFields(12)->setText("$1.00");
-    FieldEdit* date = Type(mForm, 11, "1");
-    QCOMPARE(mForm->txtFields(12)->text(), QString("0.32"));
-    QTest::keyClick(date, Qt::Key_Backspace);
-    QCOMPARE(mForm->txtFields(12)->text(), QString("0.00"));
-}
-
-// Amount Rec'd, Date Received and Rebate Amount, the answer, the question asked, the amount after.
-void tst_fieldrules::fullAmountQuestion_data() {
-    QTest::addColumn<QString>("received");
-    QTest::addColumn<QString>("dateReceived");
-    QTest::addColumn<QString>("rebate");
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<bool>("asked");
-    QTest::addColumn<QString>("after");
-    QTest::newRow("yes copies") << ""
-                                << "11/20/2026"
-                                << "$25.00" << 6 << true << "$25.00";
-    QTest::newRow("no keeps") << ""
-                              << "11/20/2026"
-                              << "$25.00" << 7 << true << "";
-    QTest::newRow("zero asks") << "$0.00"
-                               << "11/20/2026"
-                               << "$25.00" << 6 << true << "$25.00";
-    QTest::newRow("an amount doesn't ask") << "$5.00"
-                                           << "11/20/2026"
-                                           << "$25.00" << 6 << false << "$5.00";
-    QTest::newRow("no date received") << ""
-                                      << ""
-                                      << "$25.00" << 6 << false << "";
-    QTest::newRow("no rebate amount") << ""
-                                      << "11/20/2026"
-                                      << "" << 6 << false << "";
-}
-
-void tst_fieldrules::fullAmountQuestion() {
-    QFETCH(QString, received);
-    QFETCH(QString, dateReceived);
-    QFETCH(QString, rebate);
-    QFETCH(int, answer);
-    QFETCH(bool, asked);
-    QFETCH(QString, after);
-    mForm->txtFields(8)->setText(received);
-    mForm->txtFields(10)->setText(dateReceived);
-    mForm->txtFields(4)->setText(rebate);
-    mFixture->Desktop().SetNextAnswer(answer);
-    Enter(mForm, 8);
-    QCOMPARE(mFixture->Desktop().boxes.size(), asked ? 1 : 0);
-    if (asked) {
-        QCOMPARE(mFixture->Desktop().boxes[0].title, QString("Amount Received"));
-        QCOMPARE(mFixture->Desktop().boxes[0].prompt, QString("Did you receive the full amount?"));
-        QCOMPARE(mFixture->Desktop().boxes[0].style, 36);
-    }
-    QCOMPARE(mForm->txtFields(8)->text(), after);
-}
-
-void tst_fieldrules::tabSelectsClickKeepsCaret() {
-    FieldEdit* name = mForm->txtFields(20);
-    name->setText("Spring Mail-In");
-    FieldEdit* address = Enter(mForm, 0);
-    QTest::keyClick(address, Qt::Key_Backtab, Qt::ShiftModifier);
-    QTRY_VERIFY(name->hasFocus());
-    QCOMPARE(name->selectedText(), QString("Spring Mail-In"));
-    auto* status = mForm->findChild<QLabel*>("lblStatus");
-    QCOMPARE(status->text(), QString("Name of rebate offer..."));
-
-    Enter(mForm, 0);
-    QTest::mouseClick(name, Qt::LeftButton, {}, QPoint(5, name->height() / 2));
-    QTRY_VERIFY(name->hasFocus());
-    QVERIFY(!name->hasSelectedText());
-    QCOMPARE(name->cursorPosition(), 0);
-    // F2 selects the whole text.
-    QTest::keyClick(name, Qt::Key_F2);
-    QCOMPARE(name->selectedText(), QString("Spring Mail-In"));
-}
 
 QTEST_MAIN(tst_fieldrules)
 #include "tst_fieldrules.moc"

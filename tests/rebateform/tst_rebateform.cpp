@@ -33,21 +33,36 @@ namespace {
 const QString kStored = "20261101090000";
 
 // A stored record with every always-required field and a few more.
-RebateRow StoredRow() {
-    RebateRow row;
-    row.RebateID = kStored;
-    row.RebateName = "Router Rebate";
-    row.Address = "PO Box 1, El Paso, TX";
-    row.Email = "help@router.example";
-    row.ProductName = "Router";
-    row.PurchasePrice = 89.99;
-    row.RebateAmount = 30.0;
-    row.PostagePrice = 0.5;
-    row.DateSent = QDate(2026, 11, 2);
-    row.DateDue = QDate(2026, 12, 28);
-    row.FollowupDate = QDate(2026, 11, 20);
-    row.FollowupPostage = 0.32;
-    return row;
+RebateRow StoredRow(const QString& id = kStored) {
+    return {.RebateID = id,
+            .RebateName = "Router Rebate",
+            .Address = "PO Box 1, El Paso, TX",
+            .Email = "help@router.example",
+            .ProductName = "Router",
+            .PurchasePrice = 89.99,
+            .RebateAmount = 30.0,
+            .PostagePrice = 0.5,
+            .DateSent = QDate(2026, 11, 2),
+            .DateDue = QDate(2026, 12, 28),
+            .FollowupDate = QDate(2026, 11, 20),
+            .FollowupPostage = 0.32};
+}
+
+// Field texts by index, as a data column.
+QVariantMap Fields(std::initializer_list<std::pair<int, QString>> items) {
+    QVariantMap map;
+    for (const auto& [index, text] : items)
+        map.insert(QString::number(index), text);
+    return map;
+}
+
+QString Must(const QString& what) {
+    return "You must enter " + what + " before saving the record.";
+}
+
+void SetFields(frmRebate* form, const QVariantMap& fields) {
+    for (auto it = fields.cbegin(); it != fields.cend(); ++it)
+        form->txtFields(it.key().toInt())->setText(it.value().toString());
 }
 
 QAction* MenuAction(frmRebate* form, const QString& name) {
@@ -59,608 +74,540 @@ QAction* MenuAction(frmRebate* form, const QString& name) {
 }
 } // namespace
 
-// The rebate form's life cycle, record checks and saving, in the main window.
 class tst_rebateform : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
-    void init();
-    void cleanup();
+    void init() {
+        mFixture = std::make_unique<Fixture>();
+        mFixture->OpenDatabase();
+        gDatabase->SetBusyTimeout(0);
+        Startup::SetEndProgramHandler([](int) {});
+        mMain = new frmMDI;
+        mMain->show();
+        QApplication::setActiveWindow(mMain);
+        QVERIFY(QTest::qWaitForWindowActive(mMain));
+    }
+    void cleanup() {
+        if (frmRebate* form = frmRebate::Instance())
+            form->Unload();
+        QTRY_VERIFY(!frmRebate::Instance());
+        delete mMain.data();
+        Startup::SetEndProgramHandler(nullptr);
+        mFixture.reset();
+    }
 
-    void states_data();
-    void states();
-    void validateRecord_data();
-    void validateRecord();
-    void newRecordSavedOnceAndAgain();
-    void keyTakesNextFreeSecond();
-    void writtenValues_data();
-    void writtenValues();
-    void vetoedField_data();
-    void vetoedField();
-    void refusedSave_data();
-    void refusedSave();
-    void deleteRecord_data();
-    void deleteRecord();
-    void closingAsksNothing_data();
-    void closingAsksNothing();
-    void ctrlTabWraps_data();
-    void ctrlTabWraps();
-    void escapeOnRejectedBox();
-    void navigation();
-    void positionKept();
+    void states_data() {
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<bool>("save");
+        QTest::addColumn<bool>("print");
+        QTest::addColumn<bool>("remove");
+        QTest::addColumn<QString>("caption");
+        QTest::newRow("new, untouched")
+            << "new" << false << false << false << "Rebate Form - [New Record]";
+        QTest::newRow("new, edited")
+            << "new+type" << true << false << false << "Rebate Form - [Spring Mail-In]";
+        QTest::newRow("new, rejected box")
+            << "new+check" << true << false << false << "Rebate Form - [New Record]";
+        QTest::newRow("saved, clean")
+            << "new+save" << false << true << true << "Rebate Form - [Spring Mail-In]";
+        QTest::newRow("saved, edited")
+            << "new+save+type" << true << true << true << "Rebate Form - [Spring Mail-In 2]";
+        QTest::newRow("opened") << "open" << false << true << true
+                                << "Rebate Form - [Router Rebate]";
+        QTest::newRow("opened, edited")
+            << "open+check" << true << true << true << "Rebate Form - [Router Rebate]";
+    }
+    void states() {
+        QFETCH(QString, how);
+        QFETCH(bool, save);
+        QFETCH(bool, print);
+        QFETCH(bool, remove);
+        QFETCH(QString, caption);
+        InsertRebates({StoredRow()});
+        frmRebate* form = how.startsWith("open") ? OpenExisting(kStored) : OpenNew();
+        if (how.contains("type") || how.contains("save"))
+            FillRequired(form);
+        if (how.contains("save"))
+            form->mnuSaveRecord_Click();
+        if (how.contains("save+type"))
+            Type(form, 20, "Spring Mail-In 2");
+        if (how.contains("check"))
+            Enter(form, 16), form->chkFields(21)->click();
+
+        QCOMPARE(form->findChild<QPushButton*>("cmdOK")->isEnabled(), save);
+        QCOMPARE(MenuAction(form, "mnuSaveRecord")->isEnabled(), save);
+        QCOMPARE(MenuAction(form, "mnuSaveRecordAndCloseForm")->isEnabled(), save);
+        QCOMPARE(ButtonEnabled(3), save);
+        QCOMPARE(MenuAction(form, "mnuPrint")->isEnabled(), print);
+        QCOMPARE(ButtonEnabled(4), print);
+        QCOMPARE(form->findChild<QPushButton*>("cmdDelete")->isEnabled(), remove);
+        QCOMPARE(ButtonEnabled(6), remove);
+        QVERIFY(form->findChild<QPushButton*>("cmdCancel")->isEnabled());
+        QCOMPARE(form->RecordChanged(), save);
+        QCOMPARE(form->property("RecordChanged").toBool(), save);
+        QCOMPARE(form->windowTitle(), caption);
+        // The record buttons of the main toolbar show while the form is the active child.
+        QVERIFY(ButtonVisible(3) && ButtonVisible(6) && ButtonVisible(8));
+        QCOMPARE(mMain->menuBar()->actions().first()->text(), QString("&File"));
+        // Untouched, the form starts in its first field, whose status text shows.
+        if (how == "new" || how == "open") {
+            QCOMPARE(QApplication::focusWidget(), form->txtFields(14));
+            QCOMPARE(form->findChild<QLabel*>("lblStatus")->text(),
+                     QString("Name of product purchased..."));
+        }
+    }
+    // The field texts (by index, over a record holding the four always-required fields), the
+    // page on top, then what the check says: the box's title and text, the page after and the
+    // field that gets the focus ("" for a check that passes).
+    void validateRecord_data() {
+        QTest::addColumn<QVariantMap>("fields");
+        QTest::addColumn<QString>("startTab");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("tab");
+        QTest::addColumn<int>("focus");
+        const QString product = "Product Info", rebate = "Rebate Info", followup = "Followup Info";
+        const auto f = Fields;
+        QTest::newRow("1 rebate name") << f({{20, ""}}) << product << "Missing Rebate Name"
+                                       << Must("a Rebate Name") << rebate << 20;
+        QTest::newRow("2 product name") << f({{14, ""}}) << rebate << "Missing Product Name"
+                                        << Must("a Product Name") << product << 14;
+        QTest::newRow("3 purchase price") << f({{2, ""}}) << followup << "Missing Purchase Price"
+                                          << Must("a Purchase Price") << product << 2;
+        QTest::newRow("4 rebate amount") << f({{4, ""}}) << product << "Missing Rebate Amount"
+                                         << Must("a Rebate Amount") << rebate << 4;
+        QTest::newRow("5 date due") << f({{5, "11/10/2026"}, {9, ""}}) << product
+                                    << "Missing Date Due" << Must("a Date Due") << rebate << 9;
+        QTest::newRow("5 from Followup Info, tab stays")
+            << f({{5, "11/10/2026"}, {9, ""}}) << followup << "Missing Date Due"
+            << Must("a Date Due") << followup << -1;
+        QTest::newRow("6 date sent") << f({{9, "12/1/2026"}}) << product << "Missing Date Sent"
+                                     << Must("a Date Sent") << rebate << 5;
+        QTest::newRow("7 postage without date sent")
+            << f({{6, "$0.32"}}) << rebate << "Missing Date Sent" << Must("a Date Sent") << rebate
+            << 5;
+        QTest::newRow("7 zero postage passes")
+            << f({{6, "$0.00"}}) << rebate << QString() << QString() << rebate << -1;
+        QTest::newRow("8 amount without date")
+            << f({{8, "$10.00"}}) << followup << "Missing Date Received" << Must("a Date Received")
+            << rebate << 10;
+        QTest::newRow("8 zero amount passes")
+            << f({{8, "$0.00"}}) << rebate << QString() << QString() << rebate << -1;
+        QTest::newRow("9 date without amount")
+            << f({{10, "11/20/2026"}}) << rebate << "Missing Amount Received"
+            << Must("an Amount Received") << rebate << 8;
+        QTest::newRow("10 followup postage")
+            << f({{12, "$0.32"}}) << product << "Missing Followup Date" << Must("a Followup Date")
+            << followup << 11;
+        QTest::newRow("10 zero followup postage passes")
+            << f({{12, "0.00"}}) << product << QString() << QString() << product << -1;
+        QTest::newRow("11 received before sent")
+            << f({{5, "11/10/2026"}, {9, "1/5/2027"}, {10, "11/9/2026"}, {8, "$10.00"}}) << rebate
+            << "Dates Invalid"
+            << "Date Received must be greater than the Date Sent." << rebate << 10;
+        QTest::newRow("11 same day passes")
+            << f({{5, "11/10/2026"}, {9, "1/5/2027"}, {10, "11/10/2026"}, {8, "$10.00"}}) << rebate
+            << QString() << QString() << rebate << -1;
+        QTest::newRow("12 due before sent")
+            << f({{5, "11/10/2026"}, {9, "11/09/2026"}}) << rebate << "Dates Invalid"
+            << "Date Due must be greater than the Date Sent." << rebate << 9;
+        QTest::newRow("13 followup before sent")
+            << f({{5, "11/10/2026"}, {9, "1/5/2027"}, {11, "11/1/2026"}}) << product
+            << "Dates Invalid"
+            << "Followup Date must be greater than the Date Sent." << followup << 11;
+        QTest::newRow("rejected box never required")
+            << f({{16, "Missing receipt"}}) << followup << QString() << QString() << followup << -1;
+    }
+    void validateRecord() {
+        QFETCH(QVariantMap, fields);
+        QFETCH(QString, startTab);
+        QFETCH(QString, title);
+        QFETCH(QString, text);
+        QFETCH(QString, tab);
+        QFETCH(int, focus);
+        frmRebate* form = OpenNew();
+        form->txtFields(20)->setText("Spring Mail-In");
+        form->txtFields(14)->setText("Toaster");
+        form->txtFields(2)->setText("$24.99");
+        form->txtFields(4)->setText("$10.00");
+        SetFields(form, fields);
+        auto* tabs = form->findChild<QTabWidget*>("tbsTabs");
+        for (int i = 0; i < tabs->count(); ++i)
+            if (tabs->tabText(i) == startTab)
+                tabs->setCurrentIndex(i);
+        tabs->setFocus();
+        auto& desktop = mFixture->Desktop();
+        desktop.boxes.clear();
+
+        form->mnuSaveRecord_Click(); // the toolbar's Save: no focus move first
+        if (title.isEmpty()) {
+            QVERIFY(desktop.boxes.isEmpty());
+            QCOMPARE(CountRebates(), 1);
+            QCOMPARE(form->RebateID(), QString("20261123100000"));
+            return;
+        }
+        // The focus arriving in Amount Rec'd asks its question, as whenever it arrives there.
+        QCOMPARE(desktop.boxes.size(), focus == 8 ? 2 : 1);
+        if (focus == 8)
+            QCOMPARE(desktop.boxes[1].title, QString("Amount Received"));
+        QCOMPARE(desktop.boxes[0].title, title);
+        QCOMPARE(desktop.boxes[0].prompt, text);
+        QCOMPARE(desktop.boxes[0].style, 48);
+        QCOMPARE(desktop.beeps, 1);
+        QCOMPARE(CurrentTab(form), tab);
+        if (focus >= 0)
+            QTRY_COMPARE(QApplication::focusWidget(), form->txtFields(focus));
+        else
+            QCOMPARE(QApplication::focusWidget(), tabs->tabBar());
+        QCOMPARE(CountRebates(), 0);
+        QVERIFY(form->RebateID().isEmpty());
+        QVERIFY(!QFile::exists(mFixture->LogPath()));
+    }
+    void newRecordSavedOnceAndAgain() {
+        frmRebate* form = OpenNew();
+        FillRequired(form);
+        QVERIFY(form->RebateID().isEmpty());
+        form->mnuSaveRecord_Click();
+        QCOMPARE(form->RebateID(), QString("20261123100000"));
+        QCOMPARE(CountRebates(), 1);
+        QVERIFY(gbRecordSaved);
+        QCOMPARE(gsSavedRebateID, QString("20261123100000"));
+
+        Clock::Advance(90);
+        Type(form, 20, "Spring Mail-In, corrected");
+        mMain->tbToolBar_ButtonClick("Save"); // the main toolbar reaches the form
+        QVERIFY(!form->RecordChanged());
+        QCOMPARE(CountRebates(), 1);
+        QCOMPARE(form->RebateID(), QString("20261123100000"));
+        QCOMPARE(ReadRawRebate("20261123100000").value("RebateName").toString(),
+                 QString("Spring Mail-In, corrected"));
+        QVERIFY(mFixture->Desktop().boxes.isEmpty());
+    }
+    void keyTakesNextFreeSecond() {
+        InsertRebates({StoredRow("20261123100000"), StoredRow("20261123100001")});
+        frmRebate* form = OpenNew();
+        FillRequired(form);
+        form->mnuSaveRecord_Click();
+        QCOMPARE(form->RebateID(), QString("20261123100002"));
+        QCOMPARE(CountRebates(), 3);
+        QCOMPARE(ReadRawRebate("20261123100000").value("RebateName").toString(),
+                 QString("Router Rebate"));
+    }
+    // A field's text on the stored record (set, then saved through the form), the column and
+    // the raw value the row holds afterwards: money in ten-thousandths, Null as a null QVariant.
+    void writtenValues_data() {
+        QTest::addColumn<QVariantMap>("fields");
+        QTest::addColumn<QString>("column");
+        QTest::addColumn<QVariant>("stored");
+        const auto f = Fields;
+        QTest::newRow("money to the cent")
+            << f({{2, "$19.99"}}) << "PurchasePrice" << QVariant(qlonglong(199900));
+        QTest::newRow("large money exact")
+            << f({{3, "$123456.78"}}) << "CouponAmount" << QVariant(qlonglong(1234567800));
+        QTest::newRow("empty coupon is zero")
+            << f({{3, ""}}) << "CouponAmount" << QVariant(qlonglong(0));
+        QTest::newRow("email cleared is Null") << f({{7, ""}}) << "Email" << QVariant();
+        QTest::newRow("address cleared stays text") << f({{0, ""}}) << "Address" << QVariant("");
+        QTest::newRow("postage cleared keeps the old value")
+            << f({{6, ""}}) << "PostagePrice" << QVariant(qlonglong(5000));
+        QTest::newRow("followup postage is the default")
+            << f({{11, "11/20/2026"}, {12, "$1.00"}}) << "FollowupPostage"
+            << QVariant(qlonglong(3200));
+        QTest::newRow("followup date cleared, postage zero")
+            << f({{11, ""}}) << "FollowupPostage" << QVariant(qlonglong(0));
+        QTest::newRow("phone as it stands")
+            << f({{13, "(800) FLOWERS"}}) << "PhoneNumber" << QVariant("(800) FLOWERS");
+        QTest::newRow("date") << f({{10, "11/20/2026"}, {8, "$30.00"}}) << "DateReceived"
+                              << QVariant("2026-11-20");
+        QTest::newRow("received cleared is zero")
+            << f({{8, ""}}) << "AmountReceived" << QVariant(qlonglong(0));
+    }
+    void writtenValues() {
+        QFETCH(QVariantMap, fields);
+        QFETCH(QString, column);
+        QFETCH(QVariant, stored);
+        InsertRebates({StoredRow()});
+        frmRebate* form = OpenExisting(kStored);
+        SetFields(form, fields);
+        form->mnuSaveRecord_Click();
+        QVERIFY2(mFixture->Desktop().boxes.isEmpty(),
+                 qPrintable(mFixture->Desktop().boxes.value(0).prompt));
+        const QVariant raw = ReadRawRebate(kStored).value(column);
+        if (stored.isNull())
+            QVERIFY(raw.isNull());
+        else
+            QCOMPARE(raw, stored);
+    }
+    // Money that isn't an amount in Postage Price, then a way out of the field: each checks the
+    // field first, which refuses, so the focus, the page and the table stay as they were. Leaving
+    // the program's window is no move within the form and checks nothing.
+    void vetoedField_data() {
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<int>("boxes");
+        QTest::newRow("click on OK") << "ok" << 1;
+        QTest::newRow("access key of OK") << "alt+o" << 1;
+        QTest::newRow("click on another field") << "field" << 1;
+        QTest::newRow("click on a tab") << "tab" << 1;
+        QTest::newRow("Ctrl+Tab") << "ctrl+tab" << 1;
+        QTest::newRow("record check going to another page") << "save" << 2;
+        QTest::newRow("another window") << "window" << 0;
+    }
+    void vetoedField() {
+        QFETCH(QString, how);
+        QFETCH(int, boxes);
+        frmRebate* form = OpenNew();
+        FillRequired(form);
+        form->txtFields(14)->setText("");
+        FieldEdit* postage = Type(form, 6, "1..2");
+        auto* tabs = form->findChild<QTabWidget*>("tbsTabs");
+        if (how == "ok") {
+            QTest::mouseClick(form->findChild<QPushButton*>("cmdOK"), Qt::LeftButton);
+        } else if (how == "alt+o") {
+            QTest::keyClick(postage, Qt::Key_O, Qt::AltModifier);
+        } else if (how == "field") {
+            QTest::mouseClick(form->txtFields(8), Qt::LeftButton);
+        } else if (how == "tab") {
+            QTest::mouseClick(tabs->tabBar(), Qt::LeftButton, {},
+                              tabs->tabBar()->tabRect(2).center());
+        } else if (how == "ctrl+tab") {
+            QTest::keyClick(postage, Qt::Key_Tab, Qt::ControlModifier);
+        } else if (how == "save") {
+            form->mnuSaveRecord_Click(); // Product Name, on another page, is missing
+        } else {
+            QWidget other;
+            other.show();
+            QApplication::setActiveWindow(&other);
+            QVERIFY(QTest::qWaitForWindowActive(&other));
+        }
+        const auto& shown = mFixture->Desktop().boxes;
+        QTRY_COMPARE(shown.size(), boxes);
+        QCOMPARE(CountRebates(), 0);
+        QCOMPARE(frmRebate::Instance(), form);
+        QCOMPARE(CurrentTab(form), QString("Rebate Info"));
+        QCOMPARE(postage->text(), QString("1..2"));
+        if (boxes > 0) {
+            QCOMPARE(shown.last().prompt, QString("Please enter a valid currency amount."));
+            QVERIFY(postage->hasFocus());
+        }
+    }
+    void refusedSave_data() {
+        QTest::addColumn<QString>("cause");
+        QTest::addColumn<bool>("viaOK");
+        for (const char* cause : {"read-only", "locked"}) {
+            QTest::addRow("%s, Save", cause) << cause << false;
+            QTest::addRow("%s, OK", cause) << cause << true;
+        }
+    }
+    // A save the store refuses leaves the form open with everything typed, logs the error, and a
+    // later save goes through once the cause is gone.
+    void refusedSave() {
+        QFETCH(QString, cause);
+        QFETCH(bool, viaOK);
+        frmRebate* form = OpenNew();
+        FillRequired(form);
+        Type(form, 17, "keep this");
+
+        std::unique_ptr<Database> other;
+        QSqlQuery readOnly(gDatabase->Connection());
+        if (cause == "read-only") {
+            QVERIFY(readOnly.exec("PRAGMA query_only = 1"));
+        } else {
+            other = Database::Open(mFixture->DatabasePath());
+            QVERIFY(QSqlQuery(other->Connection()).exec("BEGIN EXCLUSIVE"));
+        }
+        if (viaOK)
+            form->cmdOK_Click();
+        else
+            form->mnuSaveRecord_Click();
+
+        QCOMPARE(frmRebate::Instance(), form);
+        QVERIFY(form->isVisible()); // shown again after OK hid it
+        QCOMPARE(form->txtFields(17)->text(), QString("keep this"));
+        QCOMPARE(form->txtFields(14)->text(), QString("Toaster"));
+        QVERIFY(form->findChild<QPushButton*>("cmdOK")->isEnabled());
+        auto& boxes = mFixture->Desktop().boxes;
+        QCOMPARE(boxes.size(), 1);
+        QCOMPARE(boxes[0].title, QString("Vantry! Vantry! Error"));
+        const QString entry = mFixture->LogText();
+        QVERIFY(entry.contains(viaOK ? "cmdOK_Click" : "mnuSaveRecord"));
+        QVERIFY(entry.contains("frmRebate"));
+        QCOMPARE(form->findChild<QLabel*>("lblStatus")->text(), QString("Ready..."));
+
+        if (cause == "read-only")
+            QVERIFY(readOnly.exec("PRAGMA query_only = 0"));
+        else
+            QVERIFY(QSqlQuery(other->Connection()).exec("ROLLBACK"));
+        if (viaOK) {
+            form->cmdOK_Click();
+            QVERIFY(!frmRebate::Instance());
+        } else {
+            form->mnuSaveRecord_Click();
+            QVERIFY(!form->RecordChanged());
+        }
+        QCOMPARE(CountRebates(), 1);
+        QCOMPARE(ReadRawRebate(gbRecordSaved ? gsSavedRebateID : form->RebateID())
+                     .value("Remarks")
+                     .toString(),
+                 QString("keep this"));
+        QCOMPARE(boxes.size(), 1);
+    }
+    void deleteRecord_data() {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("emptyName");
+        QTest::addColumn<bool>("closed");
+        QTest::addColumn<QVariant>("deleted");
+        QTest::newRow("yes") << 6 << false << true << QVariant(qlonglong(1));
+        QTest::newRow("no") << 7 << false << false << QVariant(qlonglong(0));
+        QTest::newRow("yes, but a required field is empty")
+            << 6 << true << false << QVariant(qlonglong(0));
+    }
+    void deleteRecord() {
+        QFETCH(int, answer);
+        QFETCH(bool, emptyName);
+        QFETCH(bool, closed);
+        QFETCH(QVariant, deleted);
+        InsertRebates({StoredRow()});
+        frmRebate* form = OpenExisting(kStored);
+        if (emptyName)
+            form->txtFields(14)->setText("");
+        auto& desktop = mFixture->Desktop();
+        desktop.SetNextAnswer(answer);
+        mMain->tbToolBar_ButtonClick("Delete");
+        QCOMPARE(desktop.boxes[0].title, QString("Delete Record?"));
+        QCOMPARE(desktop.boxes[0].prompt,
+                 QString("Are you sure you want to delete the current record?"));
+        QCOMPARE(desktop.boxes[0].style, 292);
+        QCOMPARE(!frmRebate::Instance(), closed);
+        QCOMPARE(ReadRawRebate(kStored).value("Deleted"), deleted);
+        if (emptyName) {
+            QCOMPARE(desktop.boxes[1].title, QString("Missing Product Name"));
+            QVERIFY(form->chkFields(0)->isChecked());
+            QVERIFY(!form->chkFields(0)->isVisible());
+        }
+    }
+    void closingAsksNothing_data() {
+        QTest::addColumn<QString>("how");
+        QTest::newRow("Cancel") << "cmdCancel";
+        QTest::newRow("Close without Saving") << "mnuCloseWOSave";
+        QTest::newRow("close box") << "close";
+    }
+    void closingAsksNothing() {
+        QFETCH(QString, how);
+        InsertRebates({StoredRow()});
+        frmRebate* form = OpenExisting(kStored);
+        Type(form, 20, "Changed");
+        if (how == "cmdCancel")
+            QTest::mouseClick(form->findChild<QPushButton*>("cmdCancel"), Qt::LeftButton);
+        else if (how == "close")
+            form->parentWidget()->close(); // the child window's close box
+        else
+            MenuAction(form, how)->trigger();
+        QVERIFY(!frmRebate::Instance());
+        QVERIFY(!IsFormLoaded("frmRebate"));
+        QVERIFY(mFixture->Desktop().boxes.isEmpty());
+        QCOMPARE(ReadRawRebate(kStored).value("RebateName").toString(), QString("Router Rebate"));
+        // The main toolbar's record buttons go with the form; Print and its separator stay.
+        for (int index : {3, 6, 7, 8, 9, 10, 11})
+            QVERIFY2(!ButtonVisible(index), qPrintable(QString::number(index)));
+        QVERIFY(ButtonVisible(4) && ButtonVisible(5));
+        QTRY_VERIFY(mMain->mdiArea->subWindowList().isEmpty());
+    }
+    void ctrlTabWraps_data() {
+        QTest::addColumn<int>("start");
+        QTest::addColumn<bool>("back");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("next") << 0 << false << "Rebate Info";
+        QTest::newRow("last wraps to first") << 2 << false << "Product Info";
+        QTest::newRow("previous") << 1 << true << "Product Info";
+        QTest::newRow("first wraps to last") << 0 << true << "Followup Info";
+    }
+    void ctrlTabWraps() {
+        QFETCH(int, start);
+        QFETCH(bool, back);
+        QFETCH(QString, expected);
+        frmRebate* form = OpenNew();
+        auto* tabs = form->findChild<QTabWidget*>("tbsTabs");
+        tabs->setCurrentIndex(start);
+        const int field = start == 0 ? 14 : start == 1 ? 20 : 11;
+        Enter(form, field);
+        if (back)
+            QTest::keyClick(form->txtFields(field), Qt::Key_Backtab,
+                            Qt::ControlModifier | Qt::ShiftModifier);
+        else
+            QTest::keyClick(form->txtFields(field), Qt::Key_Tab, Qt::ControlModifier);
+        QCOMPARE(CurrentTab(form), expected);
+    }
+    void escapeOnRejectedBox() {
+        frmRebate* form = OpenNew();
+        QCheckBox* rejected = form->chkFields(21);
+        Enter(form, 16);
+        rejected->setFocus();
+        QTRY_VERIFY(rejected->hasFocus());
+        QTest::keyClick(rejected, Qt::Key_Escape);
+        QVERIFY(rejected->isChecked());
+        QVERIFY(form->RecordChanged());
+        QTest::keyClick(rejected, Qt::Key_Escape);
+        QVERIFY(!rejected->isChecked());
+    }
+    // Moving around the form: the tab order (each button after its field), the status line of
+    // fields and buttons, and a click on a label, which moves into its field.
+    void navigation() {
+        frmRebate* form = OpenNew();
+        auto* status = form->findChild<QLabel*>("lblStatus");
+        Enter(form, 13);
+        const QStringList order = {"cmdDial",      "txtFields_7", "cmdEditEmail",
+                                   "txtFields_22", "cmdEditWeb",  "txtFields_4"};
+        for (const QString& name : order) {
+            PressTab();
+            QCOMPARE(QApplication::focusWidget()->objectName(), name);
+        }
+        QCOMPARE(status->text(), QString("Rebate amount due..."));
+        form->chkFields(21)->setFocus(Qt::TabFocusReason);
+        QCOMPARE(status->text(), QString("Rejection status..."));
+        form->findChild<QPushButton*>("cmdCancel")->setFocus(Qt::TabFocusReason);
+        QCOMPARE(status->text(), QString("Close without saving...*"));
+
+        form->txtFields(15)->setText("Hardware Barn");
+        Enter(form, 14);
+        auto* label = form->findChild<QLabel*>("lblLabels_15");
+        QTest::mouseClick(label, Qt::LeftButton);
+        QTRY_VERIFY(form->txtFields(15)->hasFocus());
+        QCOMPARE(form->txtFields(15)->selectedText(), QString("Hardware Barn"));
+        QCOMPARE(label->buddy(), form->txtFields(15)); // the field's name for a screen reader
+    }
+    void positionKept() {
+        SaveSetting(kAppTitle, "Settings", "RebateLeft", "1500");
+        SaveSetting(kAppTitle, "Settings", "RebateTop", "750");
+        frmRebate* form = OpenNew();
+        QWidget* window = form->parentWidget();
+        QCOMPARE(window->pos(), QPoint(100, 50));
+        window->move(40, 20);
+        form->Unload();
+        QCOMPARE(GetSetting(kAppTitle, "Settings", "RebateLeft"), QString("600"));
+        QCOMPARE(GetSetting(kAppTitle, "Settings", "RebateTop"), QString("300"));
+        // A minimized form keeps what was stored before.
+        form = OpenNew();
+        form->parentWidget()->showMinimized();
+        form->Unload();
+        QCOMPARE(GetSetting(kAppTitle, "Settings", "RebateLeft"), QString("600"));
+    }
 
 private:
-    void FillRequired(frmRebate* form);
+    void FillRequired(frmRebate* form) {
+        Type(form, 20, "Spring Mail-In");
+        Type(form, 14, "Toaster");
+        Type(form, 2, "24.99");
+        PressTab();
+        Type(form, 4, "10");
+        PressTab();
+    }
     bool ButtonEnabled(int index) const { return mMain->tbToolBar->Buttons(index).Enabled(); }
     bool ButtonVisible(int index) const { return mMain->tbToolBar->Buttons(index).Visible(); }
 
     std::unique_ptr<Fixture> mFixture;
     QPointer<frmMDI> mMain;
 };
-
-void tst_rebateform::init() {
-    mFixture = std::make_unique<Fixture>();
-    mFixture->OpenDatabase();
-    gDatabase->SetBusyTimeout(0);
-    Startup::SetEndProgramHandler([](int) {});
-    mMain = new frmMDI;
-    mMain->show();
-    QApplication::setActiveWindow(mMain);
-    QVERIFY(QTest::qWaitForWindowActive(mMain));
-}
-
-void tst_rebateform::cleanup() {
-    if (frmRebate* form = frmRebate::Instance())
-        form->Unload();
-    QTRY_VERIFY(!frmRebate::Instance());
-    delete mMain.data();
-    Startup::SetEndProgramHandler(nullptr);
-    mFixture.reset();
-}
-
-void tst_rebateform::FillRequired(frmRebate* form) {
-    Type(form, 20, "Spring Mail-In");
-    Type(form, 14, "Toaster");
-    Type(form, 2, "24.99");
-    PressTab();
-    Type(form, 4, "10");
-    PressTab();
-}
-
-void tst_rebateform::states_data() {
-    QTest::addColumn<QString>("how");
-    QTest::addColumn<bool>("save");
-    QTest::addColumn<bool>("print");
-    QTest::addColumn<bool>("remove");
-    QTest::addColumn<QString>("caption");
-    QTest::newRow("new, untouched")
-        << "new" << false << false << false << "Rebate Form - [New Record]";
-    QTest::newRow("new, edited") << "new+type" << true << false << false
-                                 << "Rebate Form - [Spring Mail-In]";
-    QTest::newRow("new, rejected box")
-        << "new+check" << true << false << false << "Rebate Form - [New Record]";
-    QTest::newRow("saved, clean") << "new+save" << false << true << true
-                                  << "Rebate Form - [Spring Mail-In]";
-    QTest::newRow("saved, edited")
-        << "new+save+type" << true << true << true << "Rebate Form - [Spring Mail-In 2]";
-    QTest::newRow("opened") << "open" << false << true << true << "Rebate Form - [Router Rebate]";
-    QTest::newRow("opened, edited")
-        << "open+check" << true << true << true << "Rebate Form - [Router Rebate]";
-}
-
-void tst_rebateform::states() {
-    QFETCH(QString, how);
-    QFETCH(bool, save);
-    QFETCH(bool, print);
-    QFETCH(bool, remove);
-    QFETCH(QString, caption);
-    InsertRebates({StoredRow()});
-    frmRebate* form = how.startsWith("open") ? OpenExisting(kStored) : OpenNew();
-    if (how.contains("type") || how.contains("save"))
-        FillRequired(form);
-    if (how.contains("save"))
-        form->mnuSaveRecord_Click();
-    if (how.contains("save+type"))
-        Type(form, 20, "Spring Mail-In 2");
-    if (how.contains("check"))
-        Enter(form, 16), form->chkFields(21)->click();
-
-    QCOMPARE(form->findChild<QPushButton*>("cmdOK")->isEnabled(), save);
-    QCOMPARE(MenuAction(form, "mnuSaveRecord")->isEnabled(), save);
-    QCOMPARE(MenuAction(form, "mnuSaveRecordAndCloseForm")->isEnabled(), save);
-    QCOMPARE(ButtonEnabled(3), save);
-    QCOMPARE(MenuAction(form, "mnuPrint")->isEnabled(), print);
-    QCOMPARE(ButtonEnabled(4), print);
-    QCOMPARE(form->findChild<QPushButton*>("cmdDelete")->isEnabled(), remove);
-    QCOMPARE(ButtonEnabled(6), remove);
-    QVERIFY(form->findChild<QPushButton*>("cmdCancel")->isEnabled());
-    QCOMPARE(form->RecordChanged(), save);
-    QCOMPARE(form->property("RecordChanged").toBool(), save);
-    QCOMPARE(form->windowTitle(), caption);
-    // The record buttons of the main toolbar show while the form is the active child.
-    QVERIFY(ButtonVisible(3) && ButtonVisible(6) && ButtonVisible(8));
-    QCOMPARE(mMain->menuBar()->actions().first()->text(), QString("&File"));
-    // Untouched, the form starts in its first field, whose status text shows.
-    if (how == "new" || how == "open") {
-        QCOMPARE(QApplication::focusWidget(), form->txtFields(14));
-        QCOMPARE(form->findChild<QLabel*>("lblStatus")->text(),
-                 QString("Name of product purchased..."));
-    }
-}
-
-// The field texts (by index, over a record holding the four always-required fields), the
-// page on top, then what the check says: the box's title and text, the page after and the
-// field that gets the focus ("" for a check that passes).
-void tst_rebateform::validateRecord_data() {
-    QTest::addColumn<QVariantMap>("fields");
-    QTest::addColumn<QString>("startTab");
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("tab");
-    QTest::addColumn<int>("focus");
-    const QString product = "Product Info", rebate = "Rebate Info", followup = "Followup Info";
-    auto f = [](std::initializer_list<std::pair<int, QString>> items) {
-        QVariantMap map;
-        for (const auto& [index, text] : items)
-            map.insert(QString::number(index), text);
-        return map;
-    };
-    QTest::newRow("1 rebate name")
-        << f({{20, ""}}) << product << "Missing Rebate Name"
-        << "You must enter a Rebate Name before saving the record." << rebate << 20;
-    QTest::newRow("2 product name")
-        << f({{14, ""}}) << rebate << "Missing Product Name"
-        << "You must enter a Product Name before saving the record." << product << 14;
-    QTest::newRow("3 purchase price")
-        << f({{2, ""}}) << followup << "Missing Purchase Price"
-        << "You must enter a Purchase Price before saving the record." << product << 2;
-    QTest::newRow("4 rebate amount")
-        << f({{4, ""}}) << product << "Missing Rebate Amount"
-        << "You must enter a Rebate Amount before saving the record." << rebate << 4;
-    QTest::newRow("5 date due") << f({{5, "11/10/2026"}, {9, ""}}) << product << "Missing Date Due"
-                                << "You must enter a Date Due before saving the record." << rebate
-                                << 9;
-    QTest::newRow("5 from Followup Info, tab stays")
-        << f({{5, "11/10/2026"}, {9, ""}}) << followup << "Missing Date Due"
-        << "You must enter a Date Due before saving the record." << followup << -1;
-    QTest::newRow("6 date sent") << f({{9, "12/1/2026"}}) << product << "Missing Date Sent"
-                                 << "You must enter a Date Sent before saving the record." << rebate
-                                 << 5;
-    QTest::newRow("7 postage without date sent")
-        << f({{6, "$0.32"}}) << rebate << "Missing Date Sent"
-        << "You must enter a Date Sent before saving the record." << rebate << 5;
-    QTest::newRow("7 zero postage passes") << f({{6, "$0.00"}}) << rebate << ""
-                                           << "" << rebate << -1;
-    QTest::newRow("8 amount without date")
-        << f({{8, "$10.00"}}) << followup << "Missing Date Received"
-        << "You must enter a Date Received before saving the record." << rebate << 10;
-    QTest::newRow("8 zero amount passes") << f({{8, "$0.00"}}) << rebate << ""
-                                          << "" << rebate << -1;
-    QTest::newRow("9 date without amount")
-        << f({{10, "11/20/2026"}}) << rebate << "Missing Amount Received"
-        << "You must enter an Amount Received before saving the record." << rebate << 8;
-    QTest::newRow("10 followup postage")
-        << f({{12, "$0.32"}}) << product << "Missing Followup Date"
-        << "You must enter a Followup Date before saving the record." << followup << 11;
-    QTest::newRow("10 zero followup postage passes") << f({{12, "0.00"}}) << product << ""
-                                                     << "" << product << -1;
-    QTest::newRow("11 received before sent")
-        << f({{5, "11/10/2026"}, {9, "1/5/2027"}, {10, "11/9/2026"}, {8, "$10.00"}}) << rebate
-        << "Dates Invalid"
-        << "Date Received must be greater than the Date Sent." << rebate << 10;
-    QTest::newRow("11 same day passes")
-        << f({{5, "11/10/2026"}, {9, "1/5/2027"}, {10, "11/10/2026"}, {8, "$10.00"}}) << rebate
-        << ""
-        << "" << rebate << -1;
-    QTest::newRow("12 due before sent")
-        << f({{5, "11/10/2026"}, {9, "11/09/2026"}}) << rebate << "Dates Invalid"
-        << "Date Due must be greater than the Date Sent." << rebate << 9;
-    QTest::newRow("13 followup before sent")
-        << f({{5, "11/10/2026"}, {9, "1/5/2027"}, {11, "11/1/2026"}}) << product << "Dates Invalid"
-        << "Followup Date must be greater than the Date Sent." << followup << 11;
-    QTest::newRow("rejected box never required") << f({{16, "Missing receipt"}}) << followup << ""
-                                                 << "" << followup << -1;
-}
-
-void tst_rebateform::validateRecord() {
-    QFETCH(QVariantMap, fields);
-    QFETCH(QString, startTab);
-    QFETCH(QString, title);
-    QFETCH(QString, text);
-    QFETCH(QString, tab);
-    QFETCH(int, focus);
-    frmRebate* form = OpenNew();
-    form->txtFields(20)->setText("Spring Mail-In");
-    form->txtFields(14)->setText("Toaster");
-    form->txtFields(2)->setText("$24.99");
-    form->txtFields(4)->setText("$10.00");
-    for (auto it = fields.cbegin(); it != fields.cend(); ++it)
-        form->txtFields(it.key().toInt())->setText(it.value().toString());
-    auto* tabs = form->findChild<QTabWidget*>("tbsTabs");
-    for (int i = 0; i < tabs->count(); ++i)
-        if (tabs->tabText(i) == startTab)
-            tabs->setCurrentIndex(i);
-    tabs->setFocus();
-    auto& desktop = mFixture->Desktop();
-    desktop.boxes.clear();
-
-    form->mnuSaveRecord_Click(); // the toolbar's Save: no focus move first
-    if (title.isEmpty()) {
-        QVERIFY(desktop.boxes.isEmpty());
-        QCOMPARE(CountRebates(), 1);
-        QCOMPARE(form->RebateID(), QString("20261123100000"));
-        return;
-    }
-    // The focus arriving in Amount Rec'd asks its question, as whenever it arrives there.
-    QCOMPARE(desktop.boxes.size(), focus == 8 ? 2 : 1);
-    if (focus == 8)
-        QCOMPARE(desktop.boxes[1].title, QString("Amount Received"));
-    QCOMPARE(desktop.boxes[0].title, title);
-    QCOMPARE(desktop.boxes[0].prompt, text);
-    QCOMPARE(desktop.boxes[0].style, 48);
-    QCOMPARE(desktop.beeps, 1);
-    QCOMPARE(CurrentTab(form), tab);
-    if (focus >= 0)
-        QTRY_COMPARE(QApplication::focusWidget(), form->txtFields(focus));
-    else
-        QCOMPARE(QApplication::focusWidget(), tabs->tabBar());
-    QCOMPARE(CountRebates(), 0);
-    QVERIFY(form->RebateID().isEmpty());
-    QVERIFY(!QFile::exists(mFixture->LogPath()));
-}
-
-void tst_rebateform::newRecordSavedOnceAndAgain() {
-    frmRebate* form = OpenNew();
-    FillRequired(form);
-    QVERIFY(form->RebateID().isEmpty());
-    form->mnuSaveRecord_Click();
-    QCOMPARE(form->RebateID(), QString("20261123100000"));
-    QCOMPARE(CountRebates(), 1);
-    QVERIFY(gbRecordSaved);
-    QCOMPARE(gsSavedRebateID, QString("20261123100000"));
-
-    Clock::Advance(90);
-    Type(form, 20, "Spring Mail-In, corrected");
-    mMain->tbToolBar_ButtonClick("Save"); // the main toolbar reaches the form
-    QVERIFY(!form->RecordChanged());
-    QCOMPARE(CountRebates(), 1);
-    QCOMPARE(form->RebateID(), QString("20261123100000"));
-    QCOMPARE(ReadRawRebate("20261123100000").value("RebateName").toString(),
-             QString("Spring Mail-In, corrected"));
-    QVERIFY(mFixture->Desktop().boxes.isEmpty());
-}
-
-void tst_rebateform::keyTakesNextFreeSecond() {
-    RebateRow taken = StoredRow();
-    taken.RebateID = "20261123100000";
-    RebateRow next = StoredRow();
-    next.RebateID = "20261123100001";
-    InsertRebates({taken, next});
-    frmRebate* form = OpenNew();
-    FillRequired(form);
-    form->mnuSaveRecord_Click();
-    QCOMPARE(form->RebateID(), QString("20261123100002"));
-    QCOMPARE(CountRebates(), 3);
-    QCOMPARE(ReadRawRebate("20261123100000").value("RebateName").toString(),
-             QString("Router Rebate"));
-}
-
-// A field's text on the stored record (set, then saved through the form), the column and
-// the raw value the row holds afterwards: money in ten-thousandths, Null as a null QVariant.
-void tst_rebateform::writtenValues_data() {
-    QTest::addColumn<QVariantMap>("fields");
-    QTest::addColumn<QString>("column");
-    QTest::addColumn<QVariant>("stored");
-    auto f = [](std::initializer_list<std::pair<int, QString>> items) {
-        QVariantMap map;
-        for (const auto& [index, text] : items)
-            map.insert(QString::number(index), text);
-        return map;
-    };
-    QTest::newRow("money to the cent")
-        << f({{2, "$19.99"}}) << "PurchasePrice" << QVariant(qlonglong(199900));
-    QTest::newRow("large money exact")
-        << f({{3, "$123456.78"}}) << "CouponAmount" << QVariant(qlonglong(1234567800));
-    QTest::newRow("empty coupon is zero")
-        << f({{3, ""}}) << "CouponAmount" << QVariant(qlonglong(0));
-    QTest::newRow("email cleared is Null") << f({{7, ""}}) << "Email" << QVariant();
-    QTest::newRow("address cleared stays text") << f({{0, ""}}) << "Address" << QVariant("");
-    QTest::newRow("postage cleared keeps the old value")
-        << f({{6, ""}}) << "PostagePrice" << QVariant(qlonglong(5000));
-    QTest::newRow("followup postage is the default")
-        << f({{11, "11/20/2026"}, {12, "$1.00"}}) << "FollowupPostage" << QVariant(qlonglong(3200));
-    QTest::newRow("followup date cleared, postage zero")
-        << f({{11, ""}}) << "FollowupPostage" << QVariant(qlonglong(0));
-    QTest::newRow("phone as it stands")
-        << f({{13, "(800) FLOWERS"}}) << "PhoneNumber" << QVariant("(800) FLOWERS");
-    QTest::newRow("date") << f({{10, "11/20/2026"}, {8, "$30.00"}}) << "DateReceived"
-                          << QVariant("2026-11-20");
-    QTest::newRow("received cleared is zero")
-        << f({{8, ""}}) << "AmountReceived" << QVariant(qlonglong(0));
-}
-
-void tst_rebateform::writtenValues() {
-    QFETCH(QVariantMap, fields);
-    QFETCH(QString, column);
-    QFETCH(QVariant, stored);
-    InsertRebates({StoredRow()});
-    frmRebate* form = OpenExisting(kStored);
-    for (auto it = fields.cbegin(); it != fields.cend(); ++it)
-        form->txtFields(it.key().toInt())->setText(it.value().toString());
-    form->mnuSaveRecord_Click();
-    QVERIFY2(mFixture->Desktop().boxes.isEmpty(),
-             qPrintable(mFixture->Desktop().boxes.value(0).prompt));
-    const QVariant raw = ReadRawRebate(kStored).value(column);
-    if (stored.isNull())
-        QVERIFY(raw.isNull());
-    else
-        QCOMPARE(raw, stored);
-}
-
-// Money that isn't an amount in Postage Price, then a way out of the field: each checks the
-// field first, which refuses, so the focus, the page and the table stay as they were. Leaving
-// the program's window is no move within the form and checks nothing.
-void tst_rebateform::vetoedField_data() {
-    QTest::addColumn<QString>("how");
-    QTest::addColumn<int>("boxes");
-    QTest::newRow("click on OK") << "ok" << 1;
-    QTest::newRow("access key of OK") << "alt+o" << 1;
-    QTest::newRow("click on another field") << "field" << 1;
-    QTest::newRow("click on a tab") << "tab" << 1;
-    QTest::newRow("Ctrl+Tab") << "ctrl+tab" << 1;
-    QTest::newRow("record check going to another page") << "save" << 2;
-    QTest::newRow("another window") << "window" << 0;
-}
-
-void tst_rebateform::vetoedField() {
-    QFETCH(QString, how);
-    QFETCH(int, boxes);
-    frmRebate* form = OpenNew();
-    FillRequired(form);
-    form->txtFields(14)->setText("");
-    FieldEdit* postage = Type(form, 6, "1..2");
-    auto* tabs = form->findChild<QTabWidget*>("tbsTabs");
-    if (how == "ok") {
-        QTest::mouseClick(form->findChild<QPushButton*>("cmdOK"), Qt::LeftButton);
-    } else if (how == "alt+o") {
-        QTest::keyClick(postage, Qt::Key_O, Qt::AltModifier);
-    } else if (how == "field") {
-        QTest::mouseClick(form->txtFields(8), Qt::LeftButton);
-    } else if (how == "tab") {
-        QTest::mouseClick(tabs->tabBar(), Qt::LeftButton, {}, tabs->tabBar()->tabRect(2).center());
-    } else if (how == "ctrl+tab") {
-        QTest::keyClick(postage, Qt::Key_Tab, Qt::ControlModifier);
-    } else if (how == "save") {
-        form->mnuSaveRecord_Click(); // Product Name, on another page, is missing
-    } else {
-        QWidget other;
-        other.show();
-        QApplication::setActiveWindow(&other);
-        QVERIFY(QTest::qWaitForWindowActive(&other));
-    }
-    const auto& shown = mFixture->Desktop().boxes;
-    QTRY_COMPARE(shown.size(), boxes);
-    QCOMPARE(CountRebates(), 0);
-    QCOMPARE(frmRebate::Instance(), form);
-    QCOMPARE(CurrentTab(form), QString("Rebate Info"));
-    QCOMPARE(postage->text(), QString("1..2"));
-    if (boxes > 0) {
-        QCOMPARE(shown.last().prompt, QString("Please enter a valid currency amount."));
-        QVERIFY(postage->hasFocus());
-    }
-}
-
-void tst_rebateform::refusedSave_data() {
-    QTest::addColumn<QString>("cause");
-    QTest::addColumn<bool>("viaOK");
-    QTest::newRow("read-only, Save") << "read-only" << false;
-    QTest::newRow("read-only, OK") << "read-only" << true;
-    QTest::newRow("locked, Save") << "locked" << false;
-    QTest::newRow("locked, OK") << "locked" << true;
-}
-
-// A save the store refuses leaves the form open with everything typed, logs the error, and a
-// later save goes through once the cause is gone.
-void tst_rebateform::refusedSave() {
-    QFETCH(QString, cause);
-    QFETCH(bool, viaOK);
-    frmRebate* form = OpenNew();
-    FillRequired(form);
-    Type(form, 17, "keep this");
-
-    std::unique_ptr<Database> other;
-    QSqlQuery readOnly(gDatabase->Connection());
-    if (cause == "read-only") {
-        QVERIFY(readOnly.exec("PRAGMA query_only = 1"));
-    } else {
-        other = Database::Open(mFixture->DatabasePath());
-        QVERIFY(QSqlQuery(other->Connection()).exec("BEGIN EXCLUSIVE"));
-    }
-    if (viaOK)
-        form->cmdOK_Click();
-    else
-        form->mnuSaveRecord_Click();
-
-    QCOMPARE(frmRebate::Instance(), form);
-    QVERIFY(form->isVisible()); // shown again after OK hid it
-    QCOMPARE(form->txtFields(17)->text(), QString("keep this"));
-    QCOMPARE(form->txtFields(14)->text(), QString("Toaster"));
-    QVERIFY(form->findChild<QPushButton*>("cmdOK")->isEnabled());
-    auto& boxes = mFixture->Desktop().boxes;
-    QCOMPARE(boxes.size(), 1);
-    QCOMPARE(boxes[0].title, QString("Vantry! Vantry! Error"));
-    const QString entry = mFixture->LogText();
-    QVERIFY(entry.contains(viaOK ? "cmdOK_Click" : "mnuSaveRecord"));
-    QVERIFY(entry.contains("frmRebate"));
-    QCOMPARE(form->findChild<QLabel*>("lblStatus")->text(), QString("Ready..."));
-
-    if (cause == "read-only")
-        QVERIFY(readOnly.exec("PRAGMA query_only = 0"));
-    else
-        QVERIFY(QSqlQuery(other->Connection()).exec("ROLLBACK"));
-    if (viaOK) {
-        form->cmdOK_Click();
-        QVERIFY(!frmRebate::Instance());
-    } else {
-        form->mnuSaveRecord_Click();
-        QVERIFY(!form->RecordChanged());
-    }
-    QCOMPARE(CountRebates(), 1);
-    QCOMPARE(ReadRawRebate(gbRecordSaved ? gsSavedRebateID : form->RebateID())
-                 .value("Remarks")
-                 .toString(),
-             QString("keep this"));
-    QCOMPARE(boxes.size(), 1);
-}
-
-void tst_rebateform::deleteRecord_data() {
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<bool>("emptyName");
-    QTest::addColumn<bool>("closed");
-    QTest::addColumn<QVariant>("deleted");
-    QTest::newRow("yes") << 6 << false << true << QVariant(qlonglong(1));
-    QTest::newRow("no") << 7 << false << false << QVariant(qlonglong(0));
-    QTest::newRow("yes, but a required field is empty")
-        << 6 << true << false << QVariant(qlonglong(0));
-}
-
-void tst_rebateform::deleteRecord() {
-    QFETCH(int, answer);
-    QFETCH(bool, emptyName);
-    QFETCH(bool, closed);
-    QFETCH(QVariant, deleted);
-    InsertRebates({StoredRow()});
-    frmRebate* form = OpenExisting(kStored);
-    if (emptyName)
-        form->txtFields(14)->setText("");
-    auto& desktop = mFixture->Desktop();
-    desktop.SetNextAnswer(answer);
-    mMain->tbToolBar_ButtonClick("Delete");
-    QCOMPARE(desktop.boxes[0].title, QString("Delete Record?"));
-    QCOMPARE(desktop.boxes[0].prompt,
-             QString("Are you sure you want to delete the current record?"));
-    QCOMPARE(desktop.boxes[0].style, 292);
-    QCOMPARE(!frmRebate::Instance(), closed);
-    QCOMPARE(ReadRawRebate(kStored).value("Deleted"), deleted);
-    if (emptyName) {
-        QCOMPARE(desktop.boxes[1].title, QString("Missing Product Name"));
-        QVERIFY(form->chkFields(0)->isChecked());
-        QVERIFY(!form->chkFields(0)->isVisible());
-    }
-}
-
-void tst_rebateform::closingAsksNothing_data() {
-    QTest::addColumn<QString>("how");
-    QTest::newRow("Cancel") << "cmdCancel";
-    QTest::newRow("Close without Saving") << "mnuCloseWOSave";
-    QTest::newRow("close box") << "close";
-}
-
-void tst_rebateform::closingAsksNothing() {
-    QFETCH(QString, how);
-    InsertRebates({StoredRow()});
-    frmRebate* form = OpenExisting(kStored);
-    Type(form, 20, "Changed");
-    if (how == "cmdCancel")
-        QTest::mouseClick(form->findChild<QPushButton*>("cmdCancel"), Qt::LeftButton);
-    else if (how == "close")
-        form->parentWidget()->close(); // the child window's close box
-    else
-        MenuAction(form, how)->trigger();
-    QVERIFY(!frmRebate::Instance());
-    QVERIFY(!IsFormLoaded("frmRebate"));
-    QVERIFY(mFixture->Desktop().boxes.isEmpty());
-    QCOMPARE(ReadRawRebate(kStored).value("RebateName").toString(), QString("Router Rebate"));
-    // The main toolbar's record buttons go with the form; Print and its separator stay.
-    for (int index : {3, 6, 7, 8, 9, 10, 11})
-        QVERIFY2(!ButtonVisible(index), qPrintable(QString::number(index)));
-    QVERIFY(ButtonVisible(4) && ButtonVisible(5));
-    QTRY_VERIFY(mMain->mdiArea->subWindowList().isEmpty());
-}
-
-// Moving around the form: the tab order (each button after its field), the status line of
-// fields and buttons, and a click on a label, which moves into its field.
-void tst_rebateform::navigation() {
-    frmRebate* form = OpenNew();
-    auto* status = form->findChild<QLabel*>("lblStatus");
-    Enter(form, 13);
-    const QStringList order = {"cmdDial",      "txtFields_7", "cmdEditEmail",
-                               "txtFields_22", "cmdEditWeb",  "txtFields_4"};
-    for (const QString& name : order) {
-        PressTab();
-        QCOMPARE(QApplication::focusWidget()->objectName(), name);
-    }
-    QCOMPARE(status->text(), QString("Rebate amount due..."));
-    form->chkFields(21)->setFocus(Qt::TabFocusReason);
-    QCOMPARE(status->text(), QString("Rejection status..."));
-    form->findChild<QPushButton*>("cmdCancel")->setFocus(Qt::TabFocusReason);
-    QCOMPARE(status->text(), QString("Close without saving...*"));
-
-    form->txtFields(15)->setText("Hardware Barn");
-    Enter(form, 14);
-    auto* label = form->findChild<QLabel*>("lblLabels_15");
-    QTest::mouseClick(label, Qt::LeftButton);
-    QTRY_VERIFY(form->txtFields(15)->hasFocus());
-    QCOMPARE(form->txtFields(15)->selectedText(), QString("Hardware Barn"));
-    QCOMPARE(label->buddy(), form->txtFields(15)); // the field's name for a screen reader
-}
-
-void tst_rebateform::ctrlTabWraps_data() {
-    QTest::addColumn<int>("start");
-    QTest::addColumn<bool>("back");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("next") << 0 << false << "Rebate Info";
-    QTest::newRow("last wraps to first") << 2 << false << "Product Info";
-    QTest::newRow("previous") << 1 << true << "Product Info";
-    QTest::newRow("first wraps to last") << 0 << true << "Followup Info";
-}
-
-void tst_rebateform::ctrlTabWraps() {
-    QFETCH(int, start);
-    QFETCH(bool, back);
-    QFETCH(QString, expected);
-    frmRebate* form = OpenNew();
-    auto* tabs = form->findChild<QTabWidget*>("tbsTabs");
-    tabs->setCurrentIndex(start);
-    const int field = start == 0 ? 14 : start == 1 ? 20 : 11;
-    Enter(form, field);
-    if (back)
-        QTest::keyClick(form->txtFields(field), Qt::Key_Backtab,
-                        Qt::ControlModifier | Qt::ShiftModifier);
-    else
-        QTest::keyClick(form->txtFields(field), Qt::Key_Tab, Qt::ControlModifier);
-    QCOMPARE(CurrentTab(form), expected);
-}
-
-void tst_rebateform::escapeOnRejectedBox() {
-    frmRebate* form = OpenNew();
-    QCheckBox* rejected = form->chkFields(21);
-    Enter(form, 16);
-    rejected->setFocus();
-    QTRY_VERIFY(rejected->hasFocus());
-    QTest::keyClick(rejected, Qt::Key_Escape);
-    QVERIFY(rejected->isChecked());
-    QVERIFY(form->RecordChanged());
-    QTest::keyClick(rejected, Qt::Key_Escape);
-    QVERIFY(!rejected->isChecked());
-}
-
-void tst_rebateform::positionKept() {
-    SaveSetting(kAppTitle, "Settings", "RebateLeft", "1500");
-    SaveSetting(kAppTitle, "Settings", "RebateTop", "750");
-    frmRebate* form = OpenNew();
-    QWidget* window = form->parentWidget();
-    QCOMPARE(window->pos(), QPoint(100, 50));
-    window->move(40, 20);
-    form->Unload();
-    QCOMPARE(GetSetting(kAppTitle, "Settings", "RebateLeft"), QString("600"));
-    QCOMPARE(GetSetting(kAppTitle, "Settings", "RebateTop"), QString("300"));
-    // A minimized form keeps what was stored before.
-    form = OpenNew();
-    form->parentWidget()->showMinimized();
-    form->Unload();
-    QCOMPARE(GetSetting(kAppTitle, "Settings", "RebateLeft"), QString("600"));
-}
 
 QTEST_MAIN(tst_rebateform)
 #include "tst_rebateform.moc"

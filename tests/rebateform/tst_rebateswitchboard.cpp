@@ -1,9 +1,7 @@
-#include "Database.h"
 #include "FieldEdit.h"
 #include "Fixture.h"
 #include "Globals.h"
 #include "ListView.h"
-#include "RebateRows.h"
 #include "TabStrip.h"
 #include "frmMDI.h"
 #include "frmRebate.h"
@@ -25,38 +23,193 @@ const QString kUnsent = "20261102090000";
 const QString kSecondUnsent = "20261103090000";
 
 RebateRow Row(const QString& id, const QString& name) {
-    RebateRow row;
-    row.RebateID = id;
-    row.RebateName = name;
-    row.ProductName = "Router";
-    row.PurchasePrice = 89.99;
-    row.RebateAmount = 30.0;
-    return row;
+    return {.RebateID = id,
+            .RebateName = name,
+            .ProductName = "Router",
+            .PurchasePrice = 89.99,
+            .RebateAmount = 30.0};
 }
 } // namespace
 
-// The rebate form with the Switchboard in the main window: opening records and new ones, and
-// the lists after a save.
 class tst_rebateswitchboard : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
-    void init();
-    void cleanup();
-    void opensForm_data();
-    void opensForm();
-    void oneRecordAtATime_data();
-    void oneRecordAtATime();
-    void unsavedFormRefuses_data();
-    void unsavedFormRefuses();
-    void pendingBecomesPaid();
+    void init() {
+        mFixture = std::make_unique<Fixture>();
+        mFixture->OpenDatabase();
+        RebateRow pending = Row(kPending, "Router Rebate");
+        pending.DateSent = QDate(2026, 11, 2);
+        pending.DateDue = QDate(2026, 12, 28);
+        InsertRebates({pending, Row(kUnsent, "Modem Rebate"), Row(kSecondUnsent, "Cable Rebate")});
+        Startup::SetEndProgramHandler([](int) {});
+        mMain = new frmMDI;
+        mMain->resize(1100, 800);
+        mMain->show();
+        QApplication::setActiveWindow(mMain);
+        QVERIFY(QTest::qWaitForWindowActive(mMain));
+        mBoard = &frmSwitchboard::Load();
+        mMain->AddChild(mBoard)->show();
+        QTRY_VERIFY(!mBoard->Timer1->isActive());
+    }
+    void cleanup() {
+        if (frmRebate* form = frmRebate::Instance())
+            form->Unload();
+        QTRY_VERIFY(!frmRebate::Instance());
+        delete mMain.data();
+        Startup::SetEndProgramHandler(nullptr);
+        mFixture.reset();
+    }
+    // The page, the command, and the record the form opens on ("" for a new one).
+    void opensForm_data() {
+        QTest::addColumn<QString>("tab");
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<QString>("opened");
+        for (const char* how : {"menu", "toolbar", "double click", "enter", "space"})
+            QTest::addRow("New: %s", how) << "New" << how << "";
+        for (const char* how : {"menu", "popup", "double click", "enter", "space"})
+            QTest::addRow("Unsent: %s", how) << "Unsent" << how << kSecondUnsent;
+    }
+    void opensForm() {
+        QFETCH(QString, tab);
+        QFETCH(QString, how);
+        QFETCH(QString, opened);
+        SelectTab(tab);
+        const bool create = tab == "New";
+        ListView* lv = create ? mBoard->lvNew : mBoard->lvUnsent;
+        if (create) {
+            lv->ListItems().Item(1)->SetSelected(true);
+            ViewOf(lv)->setFocus();
+        } else {
+            SelectRows(lv, {kSecondUnsent});
+        }
+        if (how == "menu")
+            (create ? mBoard->mnuNewRebate : mBoard->mnuEditRebate)->trigger();
+        else if (how == "toolbar")
+            mBoard->xToolbar_ButtonClick("New");
+        else if (how == "popup")
+            mBoard->mnuPopupOpen->trigger();
+        else if (how == "double click")
+            QTest::mouseDClick(ViewOf(lv)->viewport(), Qt::LeftButton, {},
+                               RowCenter(lv, lv->SelectedItem()->Index()));
+        else
+            QTest::keyClick(ViewOf(lv), how == "enter" ? Qt::Key_Return : Qt::Key_Space);
+        frmRebate* form = frmRebate::Instance();
+        QVERIFY(form);
+        QCOMPARE(form->RebateID(), opened);
+        QCOMPARE(form->windowTitle(), create ? QString("Rebate Form - [New Record]")
+                                             : QString("Rebate Form - [Cable Rebate]"));
+        QVERIFY(!form->RecordChanged());
+        QVERIFY(!gbNewRecord);
+        QCOMPARE(mMain->mdiArea->activeSubWindow()->widget(), form);
+    }
+    void oneRecordAtATime_data() {
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<bool>("refused");
+        QTest::newRow("Enter") << "enter" << true;
+        QTest::newRow("Space") << "space" << true;
+        QTest::newRow("double click opens the current row") << "double click" << false;
+    }
+    void oneRecordAtATime() {
+        QFETCH(QString, how);
+        QFETCH(bool, refused);
+        SelectTab("Unsent");
+        ListView* lv = mBoard->lvUnsent;
+        SelectRows(lv, {kUnsent, kSecondUnsent});
+        if (how == "double click")
+            QTest::mouseDClick(ViewOf(lv)->viewport(), Qt::LeftButton, Qt::ControlModifier,
+                               RowCenter(lv, lv->SelectedItem()->Index()));
+        else
+            QTest::keyClick(ViewOf(lv), how == "enter" ? Qt::Key_Return : Qt::Key_Space);
+        const auto& boxes = mFixture->Desktop().boxes;
+        QCOMPARE(boxes.size(), refused ? 1 : 0);
+        QCOMPARE(!frmRebate::Instance(), refused);
+        if (refused) {
+            QCOMPARE(boxes[0].prompt,
+                     QString("You cannot open more than one rebate record at a time."));
+            QCOMPARE(boxes[0].title, QString("Invalid Action"));
+            QCOMPARE(boxes[0].style, 64);
+        } else {
+            QCOMPARE(frmRebate::Instance()->RebateID(), lv->SelectedItem()->SubItems(3));
+        }
+    }
+    void unsavedFormRefuses_data() {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("what");
+        QTest::newRow("New") << QString("new") << QString("create a new record.");
+        QTest::newRow("Open") << QString("open") << QString("edit another record.");
+    }
+    void unsavedFormRefuses() {
+        QFETCH(QString, command);
+        QFETCH(QString, what);
+        SelectTab("Unsent");
+        SelectRows(mBoard->lvUnsent, {kUnsent});
+        mBoard->mnuEditRebate_Click();
+        QPointer<frmRebate> form = frmRebate::Instance();
+        QVERIFY(form);
+        form->txtFields(17)->setText("changed");
+        QVERIFY(form->RecordChanged());
+
+        ActivateBoard();
+        SelectRows(mBoard->lvUnsent, {kSecondUnsent});
+        if (command == "new")
+            mBoard->mnuNewRebate_Click();
+        else
+            mBoard->OpenRebate();
+        const auto& boxes = mFixture->Desktop().boxes;
+        QCOMPARE(boxes.size(), 1);
+        QCOMPARE(boxes[0].prompt,
+                 "Please save the current rebate record before attempting to " + what);
+        QCOMPARE(boxes[0].title, QString("Unsaved Rebate"));
+        QCOMPARE(frmRebate::Instance(), form.data());
+        QCOMPARE(form->txtFields(17)->text(), QString("changed"));
+        QCOMPARE(mMain->mdiArea->activeSubWindow()->widget(), form.data());
+
+        // A clean form gives way without a word.
+        form->mnuSaveRecord_Click();
+        ActivateBoard();
+        SelectRows(mBoard->lvUnsent, {kSecondUnsent});
+        mBoard->OpenRebate();
+        QCOMPARE(boxes.size(), 1);
+        QVERIFY(frmRebate::Instance());
+        QCOMPARE(frmRebate::Instance()->RebateID(), kSecondUnsent);
+    }
+    void pendingBecomesPaid() {
+        SelectTab("Pending");
+        ListView* pending = mBoard->lvPending;
+        SelectRows(pending, {kPending});
+        mBoard->mnuEditRebate_Click();
+        frmRebate* form = frmRebate::Instance();
+        QVERIFY(form);
+        form->txtFields(10)->setText("11/20/2026");
+        form->txtFields(8)->setText("$30.00");
+        QTest::mouseClick(form->findChild<QPushButton*>("cmdOK"), Qt::LeftButton);
+        QVERIFY(!frmRebate::Instance());
+
+        QCOMPARE(mBoard->tbsSwitch->SelectedItem()->Caption(), QString("Paid"));
+        QCOMPARE(mBoard->lvPaid->ListItems().Count(), 1);
+        QCOMPARE(mBoard->lvPaid->SelectedItem()->SubItems(3), kPending);
+        QCOMPARE(pending->ListItems().Count(), 0);
+        QCOMPARE(ReadRawRebate(kPending).value("AmountReceived").toLongLong(), 300000);
+    }
 
 private:
+    void ActivateBoard() {
+        mMain->mdiArea->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(mBoard->parentWidget()));
+    }
     void SelectTab(const QString& caption) {
         mBoard->tbsSwitch->Tabs().Item(caption)->SetSelected(true);
     }
     // Selects the rows of a list with these keys, the first of them the list's current row.
-    void SelectRows(ListView* lv, const QStringList& ids);
+    void SelectRows(ListView* lv, const QStringList& ids) {
+        for (int i = 1; i <= lv->ListItems().Count(); ++i)
+            lv->ListItems().Item(i)->SetSelected(false);
+        for (const QString& id : ids)
+            for (int i = 1; i <= lv->ListItems().Count(); ++i)
+                if (lv->ListItems().Item(i)->SubItems(3) == id)
+                    lv->ListItems().Item(i)->SetSelected(true);
+        ViewOf(lv)->setFocus();
+    }
     QAbstractItemView* ViewOf(ListView* lv) {
         return qobject_cast<QAbstractItemView*>(lv->ActiveView());
     }
@@ -69,209 +222,6 @@ private:
     QPointer<frmMDI> mMain;
     frmSwitchboard* mBoard = nullptr;
 };
-
-void tst_rebateswitchboard::init() {
-    mFixture = std::make_unique<Fixture>();
-    mFixture->OpenDatabase();
-    RebateRow pending = Row(kPending, "Router Rebate");
-    pending.DateSent = QDate(2026, 11, 2);
-    pending.DateDue = QDate(2026, 12, 28);
-    InsertRebates({pending, Row(kUnsent, "Modem Rebate"), Row(kSecondUnsent, "Cable Rebate")});
-    Startup::SetEndProgramHandler([](int) {});
-    mMain = new frmMDI;
-    mMain->resize(1100, 800);
-    mMain->show();
-    QApplication::setActiveWindow(mMain);
-    QVERIFY(QTest::qWaitForWindowActive(mMain));
-    mBoard = &frmSwitchboard::Load();
-    mMain->AddChild(mBoard)->show();
-    QTRY_VERIFY(!mBoard->Timer1->isActive());
-}
-
-void tst_rebateswitchboard::cleanup() {
-    if (frmRebate* form = frmRebate::Instance())
-        form->Unload();
-    QTRY_VERIFY(!frmRebate::Instance());
-    delete mMain.data();
-    Startup::SetEndProgramHandler(nullptr);
-    mFixture.reset();
-}
-
-void tst_rebateswitchboard::SelectRows(ListView* lv, const QStringList& ids) {
-    for (int i = 1; i <= lv->ListItems().Count(); ++i)
-        lv->ListItems().Item(i)->SetSelected(false);
-    for (const QString& id : ids)
-        for (int i = 1; i <= lv->ListItems().Count(); ++i)
-            if (lv->ListItems().Item(i)->SubItems(3) == id)
-                lv->ListItems().Item(i)->SetSelected(true);
-    ViewOf(lv)->setFocus();
-}
-
-// The page, the command, and the record the form opens on ("" for a new one).
-void tst_rebateswitchboard::opensForm_data() {
-    QTest::addColumn<QString>("tab");
-    QTest::addColumn<QString>("how");
-    QTest::addColumn<QString>("opened");
-    QTest::newRow("New Rebate") << "New"
-                                << "menu"
-                                << "";
-    QTest::newRow("toolbar New") << "New"
-                                 << "toolbar"
-                                 << "";
-    QTest::newRow("double click on Create a New Rebate") << "New"
-                                                         << "double click"
-                                                         << "";
-    QTest::newRow("Enter on Create a New Rebate") << "New"
-                                                  << "enter"
-                                                  << "";
-    QTest::newRow("Space on Create a New Rebate") << "New"
-                                                  << "space"
-                                                  << "";
-    QTest::newRow("Edit Rebate") << "Unsent"
-                                 << "menu" << kSecondUnsent;
-    QTest::newRow("Open on the popup") << "Unsent"
-                                       << "popup" << kSecondUnsent;
-    QTest::newRow("double click on a row") << "Unsent"
-                                           << "double click" << kSecondUnsent;
-    QTest::newRow("Enter on a row") << "Unsent"
-                                    << "enter" << kSecondUnsent;
-    QTest::newRow("Space on a row") << "Unsent"
-                                    << "space" << kSecondUnsent;
-}
-
-void tst_rebateswitchboard::opensForm() {
-    QFETCH(QString, tab);
-    QFETCH(QString, how);
-    QFETCH(QString, opened);
-    SelectTab(tab);
-    const bool create = tab == "New";
-    ListView* lv = create ? mBoard->lvNew : mBoard->lvUnsent;
-    if (create) {
-        lv->ListItems().Item(1)->SetSelected(true);
-        ViewOf(lv)->setFocus();
-    } else {
-        SelectRows(lv, {kSecondUnsent});
-    }
-    if (how == "menu")
-        (create ? mBoard->mnuNewRebate : mBoard->mnuEditRebate)->trigger();
-    else if (how == "toolbar")
-        mBoard->xToolbar_ButtonClick("New");
-    else if (how == "popup")
-        mBoard->mnuPopupOpen->trigger();
-    else if (how == "double click")
-        QTest::mouseDClick(ViewOf(lv)->viewport(), Qt::LeftButton, {},
-                           RowCenter(lv, lv->SelectedItem()->Index()));
-    else
-        QTest::keyClick(ViewOf(lv), how == "enter" ? Qt::Key_Return : Qt::Key_Space);
-    frmRebate* form = frmRebate::Instance();
-    QVERIFY(form);
-    QCOMPARE(form->RebateID(), opened);
-    QCOMPARE(form->windowTitle(), create ? QString("Rebate Form - [New Record]")
-                                         : QString("Rebate Form - [Cable Rebate]"));
-    QVERIFY(!form->RecordChanged());
-    QVERIFY(!gbNewRecord);
-    QCOMPARE(mMain->mdiArea->activeSubWindow()->widget(), form);
-}
-
-void tst_rebateswitchboard::oneRecordAtATime_data() {
-    QTest::addColumn<QString>("how");
-    QTest::addColumn<bool>("refused");
-    QTest::newRow("Enter") << "enter" << true;
-    QTest::newRow("Space") << "space" << true;
-    QTest::newRow("double click opens the current row") << "double click" << false;
-}
-
-void tst_rebateswitchboard::oneRecordAtATime() {
-    QFETCH(QString, how);
-    QFETCH(bool, refused);
-    SelectTab("Unsent");
-    ListView* lv = mBoard->lvUnsent;
-    SelectRows(lv, {kUnsent, kSecondUnsent});
-    if (how == "double click")
-        QTest::mouseDClick(ViewOf(lv)->viewport(), Qt::LeftButton, Qt::ControlModifier,
-                           RowCenter(lv, lv->SelectedItem()->Index()));
-    else
-        QTest::keyClick(ViewOf(lv), how == "enter" ? Qt::Key_Return : Qt::Key_Space);
-    const auto& boxes = mFixture->Desktop().boxes;
-    if (refused) {
-        QCOMPARE(boxes.size(), 1);
-        QCOMPARE(boxes[0].prompt,
-                 QString("You cannot open more than one rebate record at a time."));
-        QCOMPARE(boxes[0].title, QString("Invalid Action"));
-        QCOMPARE(boxes[0].style, 64);
-        QVERIFY(!frmRebate::Instance());
-    } else {
-        QVERIFY(boxes.isEmpty());
-        QVERIFY(frmRebate::Instance());
-        QCOMPARE(frmRebate::Instance()->RebateID(), lv->SelectedItem()->SubItems(3));
-    }
-}
-
-void tst_rebateswitchboard::unsavedFormRefuses_data() {
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("New") << "new"
-                         << "Please save the current rebate record before attempting to create a "
-                            "new record.";
-    QTest::newRow("Open") << "open"
-                          << "Please save the current rebate record before attempting to edit "
-                             "another record.";
-}
-
-void tst_rebateswitchboard::unsavedFormRefuses() {
-    QFETCH(QString, command);
-    QFETCH(QString, text);
-    SelectTab("Unsent");
-    SelectRows(mBoard->lvUnsent, {kUnsent});
-    mBoard->mnuEditRebate_Click();
-    QPointer<frmRebate> form = frmRebate::Instance();
-    QVERIFY(form);
-    form->txtFields(17)->setText("changed");
-    QVERIFY(form->RecordChanged());
-
-    mMain->mdiArea->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(mBoard->parentWidget()));
-    SelectRows(mBoard->lvUnsent, {kSecondUnsent});
-    if (command == "new")
-        mBoard->mnuNewRebate_Click();
-    else
-        mBoard->OpenRebate();
-    const auto& boxes = mFixture->Desktop().boxes;
-    QCOMPARE(boxes.size(), 1);
-    QCOMPARE(boxes[0].prompt, text);
-    QCOMPARE(boxes[0].title, QString("Unsaved Rebate"));
-    QCOMPARE(frmRebate::Instance(), form.data());
-    QCOMPARE(form->txtFields(17)->text(), QString("changed"));
-    QCOMPARE(mMain->mdiArea->activeSubWindow()->widget(), form.data());
-
-    // A clean form gives way without a word.
-    form->mnuSaveRecord_Click();
-    mMain->mdiArea->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(mBoard->parentWidget()));
-    SelectRows(mBoard->lvUnsent, {kSecondUnsent});
-    mBoard->OpenRebate();
-    QCOMPARE(boxes.size(), 1);
-    QVERIFY(frmRebate::Instance());
-    QCOMPARE(frmRebate::Instance()->RebateID(), kSecondUnsent);
-}
-
-void tst_rebateswitchboard::pendingBecomesPaid() {
-    SelectTab("Pending");
-    ListView* pending = mBoard->lvPending;
-    SelectRows(pending, {kPending});
-    mBoard->mnuEditRebate_Click();
-    frmRebate* form = frmRebate::Instance();
-    QVERIFY(form);
-    form->txtFields(10)->setText("11/20/2026");
-    form->txtFields(8)->setText("$30.00");
-    QTest::mouseClick(form->findChild<QPushButton*>("cmdOK"), Qt::LeftButton);
-    QVERIFY(!frmRebate::Instance());
-
-    QCOMPARE(mBoard->tbsSwitch->SelectedItem()->Caption(), QString("Paid"));
-    QCOMPARE(mBoard->lvPaid->ListItems().Count(), 1);
-    QCOMPARE(mBoard->lvPaid->SelectedItem()->SubItems(3), kPending);
-    for (int i = 1; i <= pending->ListItems().Count(); ++i)
-        QVERIFY(pending->ListItems().Item(i)->SubItems(3) != kPending);
-    QCOMPARE(ReadRawRebate(kPending).value("AmountReceived").toLongLong(), 300000);
-}
 
 QTEST_MAIN(tst_rebateswitchboard)
 #include "tst_rebateswitchboard.moc"
