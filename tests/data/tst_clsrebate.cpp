@@ -1,4 +1,3 @@
-#include "Database.h"
 #include "Fixture.h"
 #include "Globals.h"
 #include "RebateRows.h"
@@ -6,7 +5,6 @@
 #include "clsRebate.h"
 #include "clsRebates.h"
 
-#include <QSqlQuery>
 #include <QTest>
 #include <iterator>
 
@@ -72,7 +70,6 @@ private Q_SLOTS:
     void missingRowRaises();
     void refreshNeedsTheFormAndAKey_data();
     void refreshNeedsTheFormAndAKey();
-    void refusedSaveCanBeRetried();
     void movesBeepAtTheEnds();
 };
 
@@ -192,29 +189,6 @@ void tst_clsrebate::refreshNeedsTheFormAndAKey() {
     ShowInForm(formLoaded ? std::optional<QString>(key) : std::nullopt);
     rebate.RefreshFromRebateForm();
     QCOMPARE(rebate.RebateName(), refreshed ? QString("Printer Rebate") : QString());
-}
-
-void tst_clsrebate::refusedSaveCanBeRetried() {
-    Fixture fixture;
-    fixture.OpenDatabase();
-    gDatabase->SetBusyTimeout(0);
-    gbNewRecord = true;
-    clsRebate rebate;
-    rebate.AddNew();
-    rebate.SetRebateID("20261123100000");
-    rebate.SetRebateName("Router");
-    {
-        auto other = Database::Open(fixture.DatabasePath());
-        QSqlQuery lock(other->Connection());
-        QVERIFY(lock.exec("BEGIN EXCLUSIVE"));
-        QCOMPARE(ErrorOf([&] { rebate.Update(); }), 3260);
-        QVERIFY(lock.exec("ROLLBACK"));
-    }
-    QCOMPARE(CountRebates(), 0);
-    QCOMPARE(rebate.RebateName(), QString("Router"));
-    rebate.Update();
-    QCOMPARE(CountRebates(), 1);
-    QCOMPARE(ReadRawRebate("20261123100000").value("RebateName"), QVariant("Router"));
 }
 
 void tst_clsrebate::movesBeepAtTheEnds() {
