@@ -11,8 +11,7 @@ QVariant Money(std::int64_t raw) {
     return QVariant::fromValue(Currency::FromRaw(raw));
 }
 
-// The pattern operator by the book, for comparison: a table over (pattern, text) prefixes.
-// Patterns here use only literals, "?" and "*".
+// Like by the book over literals, "?" and "*": a table over (pattern, text) prefixes.
 bool LikeByTable(const QString& text, const QString& pattern) {
     const qsizetype n = text.size();
     const qsizetype m = pattern.size();
@@ -152,7 +151,6 @@ void tst_regional::parseDateTime() {
 }
 
 void tst_regional::everyDayReadsBack() {
-    // Four years with a leap day, month and year ends included, through every written form.
     for (QDate day(2023, 1, 1); day <= QDate(2026, 12, 31); day = day.addDays(1)) {
         for (const QString& text :
              {CStr(day), Format(day, "mm/dd/yyyy"), Format(day, "yyyy-mm-dd"),
@@ -214,59 +212,38 @@ void tst_regional::formatDate_data() {
     QTest::addColumn<QVariant>("value");
     QTest::addColumn<QString>("pattern");
     QTest::addColumn<QString>("expected");
+    auto row = [](const char* name, const QVariant& value, const char* pattern,
+                  const char* expected) {
+        QTest::newRow(name) << value << QString(pattern) << QString(expected);
+    };
 
     const QVariant moment(QDateTime(QDate(2026, 3, 5), QTime(14, 7, 9)));
     const QVariant morning(QDateTime(QDate(2026, 11, 23), QTime(9, 5, 3)));
-    QTest::newRow("mm/dd/yyyy") << moment << "mm/dd/yyyy"
-                                << "03/05/2026";
-    QTest::newRow("yyyy-mm-dd") << moment << "yyyy-mm-dd"
-                                << "2026-03-05";
-    QTest::newRow("record key") << moment << "yyyymmddhhnnss"
-                                << "20260305140709";
-    QTest::newRow("record key, morning") << morning << "yyyymmddhhnnss"
-                                         << "20261123090503";
-    QTest::newRow("log date") << moment << "dd-mmm-yy hh:mm:ss"
-                              << "05-Mar-26 14:07:09";
-    QTest::newRow("log date, morning") << morning << "dd-mmm-yy hh:mm:ss"
-                                       << "23-Nov-26 09:05:03";
-    QTest::newRow("mmmm") << moment << "mmmm"
-                          << "March";
-    QTest::newRow("calendar caption") << moment << "mmmm d, yyyy"
-                                      << "March 5, 2026";
-    QTest::newRow("yyyy") << moment << "yyyy"
-                          << "2026";
-    QTest::newRow("mm") << moment << "mm"
-                        << "03";
-    QTest::newRow("w Thursday") << moment << "w"
-                                << "5";
-    QTest::newRow("w Sunday") << QVariant(QDate(2026, 11, 22)) << "w"
-                              << "1";
-    QTest::newRow("w Saturday") << QVariant(QDate(2026, 11, 28)) << "w"
-                                << "7";
-    QTest::newRow("day names") << moment << "dddd, ddd"
-                               << "Thursday, Thu";
-    QTest::newRow("12-hour") << moment << "h:nn AM/PM"
-                             << "2:07 PM";
-    QTest::newRow("12-hour midnight") << QVariant(QDate(2026, 3, 5)) << "hh:nn am/pm"
-                                      << "12:00 am";
-    QTest::newRow("quoted literal") << moment << "\"Day \"d"
-                                    << "Day 5";
-    QTest::newRow("date alone") << QVariant(QDate(2026, 3, 5)) << "yyyymmddhhnnss"
-                                << "20260305000000";
-    QTest::newRow("date text") << QVariant(QString("3/5/2026")) << "mm/dd/yyyy"
-                               << "03/05/2026";
-    QTest::newRow("date text, year end") << QVariant(QString("12/31/99")) << "yyyy-mm-dd"
-                                         << "1999-12-31";
-    QTest::newRow("date text with time") << QVariant(QString("3/5/2026 2:07 PM")) << "hh:nn"
-                                         << "14:07";
-    QTest::newRow("not a date") << QVariant(QString("soon")) << "mm/dd/yyyy"
-                                << "soon";
-    QTest::newRow("day serial") << QVariant(46086) << "mm/dd/yyyy"
-                                << "03/05/2026";
-    QTest::newRow("serial zero") << QVariant(0.0) << "mm/dd/yyyy"
-                                 << "12/30/1899";
-    QTest::newRow("Null") << QVariant() << "mm/dd/yyyy"
-                          << "";
+    row("mm/dd/yyyy", moment, "mm/dd/yyyy", "03/05/2026");
+    row("yyyy-mm-dd", moment, "yyyy-mm-dd", "2026-03-05");
+    row("record key", moment, "yyyymmddhhnnss", "20260305140709");
+    row("record key, morning", morning, "yyyymmddhhnnss", "20261123090503");
+    row("log date", moment, "dd-mmm-yy hh:mm:ss", "05-Mar-26 14:07:09");
+    row("log date, morning", morning, "dd-mmm-yy hh:mm:ss", "23-Nov-26 09:05:03");
+    row("mmmm", moment, "mmmm", "March");
+    row("calendar caption", moment, "mmmm d, yyyy", "March 5, 2026");
+    row("yyyy", moment, "yyyy", "2026");
+    row("mm", moment, "mm", "03");
+    row("w Thursday", moment, "w", "5");
+    row("w Sunday", QVariant(QDate(2026, 11, 22)), "w", "1");
+    row("w Saturday", QVariant(QDate(2026, 11, 28)), "w", "7");
+    row("day names", moment, "dddd, ddd", "Thursday, Thu");
+    row("12-hour", moment, "h:nn AM/PM", "2:07 PM");
+    row("12-hour midnight", QVariant(QDate(2026, 3, 5)), "hh:nn am/pm", "12:00 am");
+    row("quoted literal", moment, "\"Day \"d", "Day 5");
+    row("date alone", QVariant(QDate(2026, 3, 5)), "yyyymmddhhnnss", "20260305000000");
+    row("date text", QVariant(QString("3/5/2026")), "mm/dd/yyyy", "03/05/2026");
+    row("date text, year end", QVariant(QString("12/31/99")), "yyyy-mm-dd", "1999-12-31");
+    row("date text with time", QVariant(QString("3/5/2026 2:07 PM")), "hh:nn", "14:07");
+    row("not a date", QVariant(QString("soon")), "mm/dd/yyyy", "soon");
+    row("day serial", QVariant(46086), "mm/dd/yyyy", "03/05/2026");
+    row("serial zero", QVariant(0.0), "mm/dd/yyyy", "12/30/1899");
+    row("Null", QVariant(), "mm/dd/yyyy", "");
 }
 
 void tst_regional::formatDate() {
@@ -334,77 +311,46 @@ void tst_regional::formatNumber_data() {
     QTest::addColumn<QVariant>("value");
     QTest::addColumn<QString>("pattern"); // "currency" for FormatCurrency
     QTest::addColumn<QString>("expected");
+    auto row = [](const char* name, const QVariant& value, const char* pattern,
+                  const char* expected) {
+        QTest::newRow(name) << value << QString(pattern) << QString(expected);
+    };
 
-    QTest::newRow("$0.00") << Money(125000) << "$0.00"
-                           << "$12.50";
-    QTest::newRow("$0.00 negative") << QVariant(-12.5) << "$0.00"
-                                    << "-$12.50";
-    QTest::newRow("$0.00 zero") << QVariant(0) << "$0.00"
-                                << "$0.00";
-    QTest::newRow("0.00") << QVariant(12.5) << "0.00"
-                          << "12.50";
-    QTest::newRow("0.00 below one") << QVariant(0.32) << "0.00"
-                                    << "0.32";
-    QTest::newRow("0.00 from text") << QVariant(QString(".32")) << "0.00"
-                                    << "0.32";
-    QTest::newRow("0.00 from money text") << QVariant(QString("$1,234.5")) << "0.00"
-                                          << "1234.50";
-    QTest::newRow("0.00 not a number") << QVariant(QString("abc")) << "0.00"
-                                       << "abc";
-    QTest::newRow("0.00 empty text") << QVariant(QString("")) << "0.00"
-                                     << "";
-    QTest::newRow("half up, currency") << Money(1250) << "0.00"
-                                       << "0.13";
-    QTest::newRow("half up, odd") << Money(1350) << "0.00"
-                                  << "0.14";
-    QTest::newRow("half away, negative") << Money(-1250) << "0.00"
-                                         << "-0.13";
-    QTest::newRow("half of a double") << QVariant(2.675) << "0.00"
-                                      << "2.68";
-    QTest::newRow("1.005") << QVariant(1.005) << "0.00"
-                           << "1.01";
-    QTest::newRow("carry") << QVariant(999.995) << "#,##0.00"
-                           << "1,000.00";
-    QTest::newRow("negative to zero") << QVariant(-0.001) << "0.00"
-                                      << "0.00";
-    QTest::newRow("#,##0") << QVariant(1234567) << "#,##0"
-                           << "1,234,567";
-    QTest::newRow("#,##0 negative") << QVariant(-1234) << "#,##0"
-                                    << "-1,234";
-    QTest::newRow("#,##0 small") << QVariant(999) << "#,##0"
-                                 << "999";
-    QTest::newRow("#,##0 zero") << QVariant(0) << "#,##0"
-                                << "0";
-    QTest::newRow("#,##0 rounds") << QVariant(2147483647.5) << "#,##0"
-                                  << "2,147,483,648";
-    QTest::newRow("0.") << QVariant(0) << "0."
-                        << "0.";
-    QTest::newRow("all four decimals") << Money(5) << "0.0000"
-                                       << "0.0005";
-    QTest::newRow("more decimals than kept") << Money(-5) << "0.000000"
-                                             << "-0.000500";
-    QTest::newRow("optional decimals") << QVariant(1.5) << "#.##"
-                                       << "1.5";
-    QTest::newRow("True") << QVariant(true) << "0"
-                          << "-1";
-    QTest::newRow("sections") << QVariant(-5) << "0;(0);\"nil\""
-                              << "(5)";
-    QTest::newRow("zero section") << QVariant(0) << "0;(0);\"nil\""
-                                  << "nil";
-    QTest::newRow("currency") << QVariant(1234.5) << "currency"
-                              << "$1,234.50";
-    QTest::newRow("currency negative") << QVariant(-1234.5) << "currency"
-                                       << "($1,234.50)";
-    QTest::newRow("currency zero") << Money(0) << "currency"
-                                   << "$0.00";
-    QTest::newRow("currency rounds") << Money(12345678912) << "currency"
-                                     << "$1,234,567.89";
-    QTest::newRow("currency half") << Money(50) << "currency"
-                                   << "$0.01";
-    QTest::newRow("currency text") << QVariant(QString("(2)")) << "currency"
-                                   << "($2.00)";
-    QTest::newRow("currency Null") << QVariant() << "currency"
-                                   << "";
+    row("$0.00", Money(125000), "$0.00", "$12.50");
+    row("$0.00 negative", QVariant(-12.5), "$0.00", "-$12.50");
+    row("$0.00 zero", QVariant(0), "$0.00", "$0.00");
+    row("0.00", QVariant(12.5), "0.00", "12.50");
+    row("0.00 below one", QVariant(0.32), "0.00", "0.32");
+    row("0.00 from text", QVariant(QString(".32")), "0.00", "0.32");
+    row("0.00 from money text", QVariant(QString("$1,234.5")), "0.00", "1234.50");
+    row("0.00 not a number", QVariant(QString("abc")), "0.00", "abc");
+    row("0.00 empty text", QVariant(QString("")), "0.00", "");
+    row("half up, currency", Money(1250), "0.00", "0.13");
+    row("half up, odd", Money(1350), "0.00", "0.14");
+    row("half away, negative", Money(-1250), "0.00", "-0.13");
+    row("half of a double", QVariant(2.675), "0.00", "2.68");
+    row("1.005", QVariant(1.005), "0.00", "1.01");
+    row("carry", QVariant(999.995), "#,##0.00", "1,000.00");
+    row("negative to zero", QVariant(-0.001), "0.00", "0.00");
+    row("#,##0", QVariant(1234567), "#,##0", "1,234,567");
+    row("#,##0 negative", QVariant(-1234), "#,##0", "-1,234");
+    row("#,##0 small", QVariant(999), "#,##0", "999");
+    row("#,##0 zero", QVariant(0), "#,##0", "0");
+    row("#,##0 rounds", QVariant(2147483647.5), "#,##0", "2,147,483,648");
+    row("0.", QVariant(0), "0.", "0.");
+    row("all four decimals", Money(5), "0.0000", "0.0005");
+    row("more decimals than kept", Money(-5), "0.000000", "-0.000500");
+    row("optional decimals", QVariant(1.5), "#.##", "1.5");
+    row("True", QVariant(true), "0", "-1");
+    row("sections", QVariant(-5), "0;(0);\"nil\"", "(5)");
+    row("zero section", QVariant(0), "0;(0);\"nil\"", "nil");
+    row("currency", QVariant(1234.5), "currency", "$1,234.50");
+    row("currency negative", QVariant(-1234.5), "currency", "($1,234.50)");
+    row("currency zero", Money(0), "currency", "$0.00");
+    row("currency rounds", Money(12345678912), "currency", "$1,234,567.89");
+    row("currency half", Money(50), "currency", "$0.01");
+    row("currency text", QVariant(QString("(2)")), "currency", "($2.00)");
+    row("currency Null", QVariant(), "currency", "");
 }
 
 void tst_regional::formatNumber() {
@@ -415,8 +361,6 @@ void tst_regional::formatNumber() {
 }
 
 void tst_regional::currencyCaptionsAddUpExactly() {
-    // Captions written as currency and read back add up to the cent, as the statistics page
-    // totals them.
     Currency expected;
     Currency sum;
     for (int cents = 1; cents <= 3000; cents += 7) {
@@ -458,71 +402,42 @@ void tst_regional::like_data() {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("pattern");
     QTest::addColumn<bool>("expected");
+    auto row = [](const char* name, const char* text, const char* pattern, bool expected) {
+        QTest::newRow(name) << QString(text) << QString(pattern) << expected;
+    };
 
-    QTest::newRow("search hit") << "3/5/2026: acme rebate"
-                                << "*acme*" << true;
-    QTest::newRow("search miss") << "3/5/2026: acme rebate"
-                                 << "*zeta*" << false;
-    QTest::newRow("no date") << "no date: acme"
-                             << "*no date*" << true;
-    QTest::newRow("case counts") << "Acme"
-                                 << "acme" << false;
-    QTest::newRow("exact") << "abc"
-                           << "abc" << true;
-    QTest::newRow("shorter") << "abc"
-                             << "ab" << false;
-    QTest::newRow("empty both") << ""
-                                << "" << true;
-    QTest::newRow("star on empty") << ""
-                                   << "*" << true;
-    QTest::newRow("? one char") << "abc"
-                                << "a?c" << true;
-    QTest::newRow("? not zero chars") << "ac"
-                                      << "a?c" << false;
-    QTest::newRow("# digit") << "a1c"
-                             << "a#c" << true;
-    QTest::newRow("# not letter") << "abc"
-                                  << "a#c" << false;
-    QTest::newRow("year by #") << "12/31/1999: x"
-                               << "*/####:*" << true;
-    QTest::newRow("set") << "b"
-                         << "[abc]" << true;
-    QTest::newRow("set miss") << "d"
-                              << "[abc]" << false;
-    QTest::newRow("range") << "m"
-                           << "[a-z]" << true;
-    QTest::newRow("range miss") << "M"
-                                << "[a-z]" << false;
-    QTest::newRow("negated") << "M"
-                             << "[!a-z]" << true;
-    QTest::newRow("negated miss") << "m"
-                                  << "[!a-z]" << false;
-    QTest::newRow("two ranges") << "7"
-                                << "[a-z0-9]" << true;
-    QTest::newRow("dash first") << "-"
-                                << "[-a]" << true;
-    QTest::newRow("dash last") << "-"
-                               << "[a-]" << true;
-    QTest::newRow("bracket in set") << "["
-                                    << "[[]" << true;
-    QTest::newRow("wild chars in set") << "*"
-                                       << "[*?#]" << true;
-    QTest::newRow("wild chars in set 2") << "x"
-                                         << "[*?#]" << false;
-    QTest::newRow("bang alone") << "!"
-                                << "[!]" << true;
-    QTest::newRow("empty set") << "ab"
-                               << "a[]b" << true;
-    QTest::newRow("set in search") << "rebate 2b"
-                                   << "*[0-9]b*" << true;
-    QTest::newRow("star backtracks") << "aaab"
-                                     << "*ab" << true;
-    QTest::newRow("stars") << "abcbd"
-                           << "a*b*d" << true;
-    QTest::newRow("stars miss") << "abcbe"
-                                << "a*b*d" << false;
-    QTest::newRow("closing bracket alone") << "a]"
-                                           << "a]" << true;
+    row("search hit", "3/5/2026: acme rebate", "*acme*", true);
+    row("search miss", "3/5/2026: acme rebate", "*zeta*", false);
+    row("no date", "no date: acme", "*no date*", true);
+    row("case counts", "Acme", "acme", false);
+    row("exact", "abc", "abc", true);
+    row("shorter", "abc", "ab", false);
+    row("empty both", "", "", true);
+    row("star on empty", "", "*", true);
+    row("? one char", "abc", "a?c", true);
+    row("? not zero chars", "ac", "a?c", false);
+    row("# digit", "a1c", "a#c", true);
+    row("# not letter", "abc", "a#c", false);
+    row("year by #", "12/31/1999: x", "*/####:*", true);
+    row("set", "b", "[abc]", true);
+    row("set miss", "d", "[abc]", false);
+    row("range", "m", "[a-z]", true);
+    row("range miss", "M", "[a-z]", false);
+    row("negated", "M", "[!a-z]", true);
+    row("negated miss", "m", "[!a-z]", false);
+    row("two ranges", "7", "[a-z0-9]", true);
+    row("dash first", "-", "[-a]", true);
+    row("dash last", "-", "[a-]", true);
+    row("bracket in set", "[", "[[]", true);
+    row("wild chars in set", "*", "[*?#]", true);
+    row("wild chars in set 2", "x", "[*?#]", false);
+    row("bang alone", "!", "[!]", true);
+    row("empty set", "ab", "a[]b", true);
+    row("set in search", "rebate 2b", "*[0-9]b*", true);
+    row("star backtracks", "aaab", "*ab", true);
+    row("stars", "abcbd", "a*b*d", true);
+    row("stars miss", "abcbe", "a*b*d", false);
+    row("closing bracket alone", "a]", "a]", true);
 }
 
 void tst_regional::like() {

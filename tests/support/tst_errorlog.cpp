@@ -152,7 +152,7 @@ void tst_errorlog::loggingSetting() {
                      "Unable to Save Option Settings");
     QCOMPARE(QFile::exists(mFixture->LogPath()), written);
     const auto& boxes = mFixture->Desktop().boxes;
-    QCOMPARE(boxes.size(), 1); // the user is told either way
+    QCOMPARE(boxes.size(), 1);
     QCOMPARE(boxes[0].prompt, "Path/File access error\r\n\r\n" + kSteps);
     QCOMPARE(boxes[0].title, QString("Unable to Save Option Settings"));
 }
@@ -196,36 +196,27 @@ void tst_errorlog::purge() {
         QCOMPARE(boxes[1].prompt, QString("Unable to locate an error log to purge. Please purge "
                                           "the file manually using Windows Explorer."));
 
-    // A new error after a purge starts the file again.
     gErrorLog->LogIt(5, "Again", "frmMDI", "Form_Load");
     QVERIFY(ReadFile(mFixture->LogPath()).startsWith("Date:\t\t\t"));
 }
 
 void tst_errorlog::displayMissingLog() {
-    QVERIFY(!QFile::exists(mFixture->LogPath()));
     QCOMPARE(gErrorLog->Display(), QString());
+    QCOMPARE(ReadFile(mFixture->LogPath()), QByteArray()); // created, empty
     QVERIFY(QFile::exists(mFixture->LogPath()));
-    QCOMPARE(QFileInfo(mFixture->LogPath()).size(), 0);
+    mFixture->Desktop().SetNextAnswer(6);
+    QVERIFY(gErrorLog->PurgeIt()); // the empty file is found
 
     gErrorLog->LogIt(91, "Object variable or With block variable not set", "frmSwitchboard",
                      "tbsSwitch_Click");
     QCOMPARE(gErrorLog->Display().toUtf8(), ReadFile(mFixture->LogPath()));
-
-    // The empty file left by a look is found by the purge.
-    QCOMPARE(gErrorLog->Display().isEmpty(), false);
-    mFixture->Desktop().SetNextAnswer(6);
-    QVERIFY(gErrorLog->PurgeIt());
-    QCOMPARE(gErrorLog->Display(), QString());
-    mFixture->Desktop().SetNextAnswer(6);
-    QVERIFY(gErrorLog->PurgeIt());
 }
 
 void tst_errorlog::unwritableLog() {
-    // A folder in the log's place can't be opened for writing, whoever runs the test.
     QVERIFY(QDir().mkpath(mFixture->LogPath()));
     gErrorLog->LogIt(3021, "No current record.", "frmRebate", "cmdOK_Click");
     const auto& boxes = mFixture->Desktop().boxes;
-    QCOMPARE(boxes.size(), 1); // the user's message isn't shown then
+    QCOMPARE(boxes.size(), 1);
     QCOMPARE(boxes[0].title, QString("Error Writing Log File"));
     QCOMPARE(boxes[0].style, 48);
     QVERIFY(!boxes[0].prompt.isEmpty());
@@ -233,7 +224,6 @@ void tst_errorlog::unwritableLog() {
 
     QCOMPARE(ErrorOf([] { gErrorLog->Display(); }), 75);
 
-    // The program goes on: a log in a writable place works again.
     gErrorLog->Init(std::nullopt, mFixture->ProgramDir() + "other.log");
     gErrorLog->LogIt(5, "Later", "frmMDI", "Form_Load");
     QVERIFY(ReadFile(mFixture->ProgramDir() + "other.log").contains("Description:\t\tLater"));
@@ -247,7 +237,6 @@ void tst_errorlog::trapHelper() {
     QCOMPARE(mFixture->Desktop().boxes.last().title, QString("Vantry! Vantry! Error"));
     QCOMPARE(mFixture->Desktop().boxes.last().style, 48);
 
-    // After the log object has been released at the end of the program.
     gErrorLog.reset();
     LogError(VbError(VbError::FileNotFound), "frmMDI", "MDIForm_Unload", "Late Title");
     log = ReadFile(mFixture->LogPath());
