@@ -1,10 +1,10 @@
 // The Switchboard's full list load (AddAllListItems) over 100,000 records, beside a plain
 // SQLite read of the same rows with the same query.
-#include "Database.h"
 #include "Fixture.h"
-#include "ListView.h"
 #include "RebateRows.h"
-#include "frmSwitchboard.h"
+#include "common/ui/ListView.h"
+#include "data/Database.h"
+#include "switchboard/frmSwitchboard.h"
 
 #include <QApplication>
 #include <QSqlQuery>

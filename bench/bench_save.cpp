@@ -1,13 +1,13 @@
 // One record saved through the rebate form with 100,000 records in the table: a change to a
 // stored record, and a new record (which also looks for a free RebateID).
-#include "Clock.h"
-#include "Database.h"
-#include "FieldEdit.h"
 #include "Fixture.h"
-#include "Globals.h"
 #include "RebateRows.h"
-#include "clsRebate.h"
-#include "frmRebate.h"
+#include "app/clsRebate.h"
+#include "common/core/Clock.h"
+#include "common/core/Globals.h"
+#include "data/Database.h"
+#include "rebateform/FieldEdit.h"
+#include "rebateform/frmRebate.h"
 
 #include <QApplication>
 #include <QSqlQuery>

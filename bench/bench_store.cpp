@@ -1,11 +1,11 @@
 // The store on generated data: a full list load (every row through Recordset and the status
 // rule) and the statistics walk, each beside a plain QSqlQuery read of the same rows.
-#include "Clock.h"
-#include "Database.h"
 #include "Fixture.h"
 #include "RebateRows.h"
-#include "RebateStatus.h"
-#include "clsRebateStats.h"
+#include "app/clsRebateStats.h"
+#include "common/core/Clock.h"
+#include "data/Database.h"
+#include "data/RebateStatus.h"
 
 #include <QCoreApplication>
 #include <QSqlQuery>

@@ -6,14 +6,14 @@
 //   FindNothing/100000       one search that walks all lists of 100,000 records and finds
 //                            nothing (aim: < 1 s)
 
-#include "Database.h"
 #include "Fixture.h"
-#include "Globals.h"
-#include "ListView.h"
 #include "RebateRows.h"
-#include "StatisticsPage.h"
-#include "frmFind.h"
-#include "frmSwitchboard.h"
+#include "common/core/Globals.h"
+#include "common/ui/ListView.h"
+#include "data/Database.h"
+#include "switchboard/StatisticsPage.h"
+#include "switchboard/frmFind.h"
+#include "switchboard/frmSwitchboard.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -1,7 +1,7 @@
-#include "Database.h"
+#include "data/Database.h"
 
-#include "StoreConnection.h"
-#include "modUtilities.h"
+#include "common/core/modUtilities.h"
+#include "data/StoreConnection.h"
 
 #include <QFileInfo>
 #include <QSqlError>

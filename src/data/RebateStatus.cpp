@@ -1,10 +1,10 @@
-#include "RebateStatus.h"
+#include "data/RebateStatus.h"
 
-#include "Clock.h"
-#include "Currency.h"
-#include "Recordset.h"
-#include "Regional.h"
-#include "VbError.h"
+#include "common/core/Clock.h"
+#include "common/core/Currency.h"
+#include "common/core/Regional.h"
+#include "common/core/VbError.h"
+#include "data/Recordset.h"
 
 namespace {
 

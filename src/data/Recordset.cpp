@@ -1,9 +1,9 @@
-#include "Recordset.h"
+#include "data/Recordset.h"
 
-#include "Currency.h"
-#include "Database.h"
-#include "Regional.h"
-#include "StoreConnection.h"
+#include "common/core/Currency.h"
+#include "common/core/Regional.h"
+#include "data/Database.h"
+#include "data/StoreConnection.h"
 
 #include <QRegularExpression>
 #include <QSqlError>

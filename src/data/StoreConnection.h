@@ -2,7 +2,7 @@
 
 // Internals shared by Database and Recordset; not for the rest of the program.
 
-#include "VbError.h"
+#include "common/core/VbError.h"
 
 #include <QHash>
 #include <QList>

@@ -1,4 +1,4 @@
-#include "FieldEdit.h"
+#include "rebateform/FieldEdit.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>

@@ -1,11 +1,11 @@
-#include "FieldHelpers.h"
+#include "rebateform/FieldHelpers.h"
 
-#include "Clock.h"
-#include "FieldEdit.h"
-#include "Forms.h"
-#include "Regional.h"
-#include "Settings.h"
-#include "VbError.h"
+#include "common/core/Clock.h"
+#include "common/core/Regional.h"
+#include "common/core/Settings.h"
+#include "common/core/VbError.h"
+#include "common/ui/Forms.h"
+#include "rebateform/FieldEdit.h"
 
 #include <QGuiApplication>
 

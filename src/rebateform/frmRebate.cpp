@@ -1,22 +1,22 @@
-#include "frmRebate.h"
+#include "rebateform/frmRebate.h"
 
-#include "Clock.h"
-#include "Database.h"
-#include "Desktop.h"
-#include "FieldEdit.h"
-#include "FieldHelpers.h"
-#include "Forms.h"
-#include "Globals.h"
-#include "Regional.h"
-#include "Settings.h"
-#include "Toolbar.h"
-#include "VbError.h"
-#include "cLogErr.h"
-#include "clsRebate.h"
-#include "frmMDI.h"
-#include "frmSwitchboard.h"
-#include "modUndo.h"
-#include "modUtilities.h"
+#include "app/Notifier.h"
+#include "app/cLogErr.h"
+#include "app/clsRebate.h"
+#include "common/core/Clock.h"
+#include "common/core/Desktop.h"
+#include "common/core/Globals.h"
+#include "common/core/Regional.h"
+#include "common/core/Settings.h"
+#include "common/core/VbError.h"
+#include "common/core/modUtilities.h"
+#include "common/ui/Forms.h"
+#include "common/ui/MainFrame.h"
+#include "common/ui/Toolbar.h"
+#include "data/Database.h"
+#include "rebateform/FieldEdit.h"
+#include "rebateform/FieldHelpers.h"
+#include "rebateform/modUndo.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -35,6 +35,11 @@
 #include <QVBoxLayout>
 
 namespace {
+void RunFrameCommand(MainFrame::Command command) {
+    if (MainFrame* main = MainFrame::Instance())
+        main->Run(command);
+}
+
 frmRebate* gInstance = nullptr;
 
 const QString kFormName = QStringLiteral("frmRebate");
@@ -79,18 +84,22 @@ frmRebate* frmRebate::Instance() {
     return gInstance;
 }
 
+void frmRebate::RegisterFactory() {
+    Forms::SetFactory(kFormName, [] { return static_cast<QWidget*>(LoadAndShow()); });
+}
+
 frmRebate* frmRebate::LoadAndShow() {
     if (gInstance)
         return gInstance;
     auto* form = new frmRebate;
     const QPoint position = form->pos();
-    if (frmMDI* main = frmMDI::Instance()) {
+    if (MainFrame* main = MainFrame::Instance()) {
         QMdiSubWindow* window = main->AddChild(form);
         window->move(position);
         main->AttachWindowList(form->mnuWindowList);
         // The form owns the main toolbar's record buttons while it is the active child; the
         // whole program losing the focus (no active child) changes nothing.
-        connect(main->mdiArea, &QMdiArea::subWindowActivated, form, [form](QMdiSubWindow* active) {
+        connect(main->Area(), &QMdiArea::subWindowActivated, form, [form](QMdiSubWindow* active) {
             if (!active || form->mbUnloaded)
                 return;
             if (active == form->Window() && !form->mbActive) {
@@ -196,58 +205,36 @@ void frmRebate::BuildMenus() {
     mnuToolbar = addAction(mnuView, "mnuToolbar", QStringLiteral("&Toolbar"));
     mnuToolbar->setCheckable(true);
     mnuToolbar->setChecked(true);
-    connect(mnuToolbar, &QAction::triggered, this, [this](bool checked) {
-        if (frmMDI* main = frmMDI::Instance())
-            main->tbToolBar->setVisible(checked);
+    connect(mnuToolbar, &QAction::triggered, this, [](bool checked) {
+        if (MainFrame* main = MainFrame::Instance())
+            main->SetToolbarVisible(checked);
     });
     mnuView->addSeparator();
     connect(addAction(mnuView, "mnuOptions", QStringLiteral("&Options...")), &QAction::triggered,
-            this, [] {
-                if (frmMDI* main = frmMDI::Instance())
-                    main->mnuViewOptions_Click();
-            });
+            this, [] { RunFrameCommand(MainFrame::Command::Options); });
 
     mnuWindowList = new QMenu(QStringLiteral("&Window"), this);
     mnuWindowList->setObjectName(QStringLiteral("mnuWindowList"));
     connect(addAction(mnuWindowList, "mnuTileHorizontally", QStringLiteral("Tile &Horizontally")),
-            &QAction::triggered, this, [] {
-                if (frmMDI* main = frmMDI::Instance())
-                    main->mnuTileHorizontally->trigger();
-            });
+            &QAction::triggered, this,
+            [] { RunFrameCommand(MainFrame::Command::TileHorizontally); });
     connect(addAction(mnuWindowList, "mnuTileVertically", QStringLiteral("Tile &Vertically")),
-            &QAction::triggered, this, [] {
-                if (frmMDI* main = frmMDI::Instance())
-                    main->mnuTileVertically->trigger();
-            });
+            &QAction::triggered, this, [] { RunFrameCommand(MainFrame::Command::TileVertically); });
     connect(addAction(mnuWindowList, "mnuCascade", QStringLiteral("&Cascade")), &QAction::triggered,
-            this, [] {
-                if (frmMDI* main = frmMDI::Instance())
-                    main->mnuCascade->trigger();
-            });
+            this, [] { RunFrameCommand(MainFrame::Command::Cascade); });
 
     mnuHelp = new QMenu(QStringLiteral("&Help"), this);
     mnuHelp->setObjectName(QStringLiteral("mnuHelp"));
     connect(addAction(mnuHelp, "mnuContents", QStringLiteral("&Contents...")), &QAction::triggered,
-            this, [] {
-                if (frmMDI* main = frmMDI::Instance())
-                    main->mnuHelpContents_Click();
-            });
+            this, [] { RunFrameCommand(MainFrame::Command::HelpContents); });
     connect(addAction(mnuHelp, "mnuSearchForHelpOn", QStringLiteral("&Search For Help On...")),
-            &QAction::triggered, this, [] {
-                if (frmMDI* main = frmMDI::Instance())
-                    main->mnuSearchForHelpOn_Click();
-            });
+            &QAction::triggered, this,
+            [] { RunFrameCommand(MainFrame::Command::SearchForHelpOn); });
     mnuHelp->addSeparator();
     connect(addAction(mnuHelp, "mnuAbout", QStringLiteral("&About Vantry! Vantry!...")),
-            &QAction::triggered, this, [] {
-                if (frmMDI* main = frmMDI::Instance())
-                    main->mnuHelpAbout_Click();
-            });
+            &QAction::triggered, this, [] { RunFrameCommand(MainFrame::Command::About); });
     connect(addAction(mnuHelp, "mnuTipOfTheDay", QStringLiteral("Show &Tip of the Day...")),
-            &QAction::triggered, this, [] {
-                if (frmMDI* main = frmMDI::Instance())
-                    main->mnuTipOfTheDay_Click();
-            });
+            &QAction::triggered, this, [] { RunFrameCommand(MainFrame::Command::TipOfTheDay); });
     mnuHelp->addSeparator();
     connect(addAction(mnuHelp, "mnuTCR", QStringLiteral("Thrift Courier on the web...")),
             &QAction::triggered, this, [] { OpenDocument(gTCRLink); });
@@ -695,20 +682,20 @@ void frmRebate::ZOrder() {
 }
 
 void frmRebate::Form_Activate() {
-    if (frmMDI* main = frmMDI::Instance())
+    if (MainFrame* main = MainFrame::Instance())
         main->ShowRebateButtons();
 }
 
 void frmRebate::Form_Deactivate() {
-    if (frmMDI* main = frmMDI::Instance())
+    if (MainFrame* main = MainFrame::Instance())
         main->HideRebateButtons();
 }
 
 // --- button states --------------------------------------------------------------------------
 
 void frmRebate::SetToolbarButton(int index, bool enabled) {
-    if (frmMDI* main = frmMDI::Instance())
-        main->tbToolBar->Buttons(index).SetEnabled(enabled);
+    if (MainFrame* main = MainFrame::Instance())
+        main->MainToolbar()->Buttons(index).SetEnabled(enabled);
 }
 
 void frmRebate::DisablePrint() {
@@ -1234,8 +1221,6 @@ void frmRebate::cmdOK_Click() {
     }
 
     Window()->hide();
-    if (frmSwitchboard* switchboard = frmSwitchboard::Instance())
-        switchboard->update();
 
     const QString id = txtFields(18)->text();
     try {
@@ -1260,8 +1245,7 @@ void frmRebate::cmdOK_Click() {
         DoEvents();
         gbRecordSaved = true;
         gsSavedRebateID = id;
-        if (frmSwitchboard* switchboard = frmSwitchboard::Instance())
-            switchboard->UpdateIcons(id);
+        Q_EMIT Notifier::Instance().RecordSaved(id);
     } catch (const VbError& e) {
         LogError(e, kFormName, location);
     }
@@ -1272,8 +1256,7 @@ void frmRebate::cmdCancel_Click() {
     try {
         if (Rebate)
             Rebate->Cancel();
-        if (frmSwitchboard* switchboard = frmSwitchboard::Instance())
-            switchboard->tbsSwitch_Click();
+        Q_EMIT Notifier::Instance().RecordFormClosed();
     } catch (const VbError& e) {
         LogError(e, kFormName, QStringLiteral("cmdCancel_Click"));
     }
@@ -1292,11 +1275,41 @@ void frmRebate::cmdDelete_Click() {
     mbEdited = true;
     cmdOK_Click();
     try {
-        if (frmSwitchboard* switchboard = frmSwitchboard::Instance())
-            switchboard->DeleteIcons(id);
+        Q_EMIT Notifier::Instance().RecordDeleted(id);
     } catch (const VbError& e) {
         LogError(e, kFormName, QStringLiteral("cmdDelete_Click"));
     }
+}
+
+// --- the main window's commands ---------------------------------------------------------------
+
+void frmRebate::Save() {
+    mnuSaveRecord_Click();
+}
+
+void frmRebate::Delete() {
+    // Taking the focus first makes the field being edited check itself.
+    cmdDelete->setFocus();
+    cmdDelete_Click();
+}
+
+void frmRebate::Undo() {
+    // The focus comes back to the form's field before the undo acts on it.
+    setFocus();
+    if (QWidget* control = focusWidget())
+        control->setFocus();
+    mnuUndo_Click();
+}
+
+void frmRebate::Print() {
+    if (RebateID().isEmpty()) {
+        MsgBox(QStringLiteral("The current record has not been saved to the database. Please "
+                              "save the record before trying to print."),
+               vb::vbInformation, QStringLiteral("Unsaved Record"));
+        return;
+    }
+    SetStatusText(QStringLiteral("Preparing to print..."));
+    mnuPrint_Click();
 }
 
 void frmRebate::mnuDeleteRecord_Click() {
@@ -1318,7 +1331,7 @@ void frmRebate::mnuUndo_Click() {
     if (!active)
         return;
     if (active->objectName().contains(QLatin1String("txtFields"), Qt::CaseInsensitive)) {
-        if (CanUndo(active))
+        if (::CanUndo(active))
             UndoEdit(active);
     } else if (active->objectName().startsWith(QLatin1String("chkFields_"))) {
         QCheckBox* rejected = chkFields(21);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MdiChild.h"
+#include "common/ui/MdiChild.h"
 
 #include <QMap>
 #include <QWidget>
@@ -19,26 +19,41 @@ class clsRebate;
 // The rebate form: one record on three pages (Product Info, Rebate Info, Followup Info),
 // created, changed, deleted and saved through its clsRebate. A child window of frmMDI with
 // menus of its own, loaded by the Switchboard after it has set gbNewRecord.
-class frmRebate : public QWidget, public MdiChild {
+class frmRebate : public QWidget, public MdiChild, public RecordForm {
     Q_OBJECT
-    // The record differs from what is stored; the Switchboard refuses New, Open and Delete
-    // while it is set.
-    Q_PROPERTY(bool RecordChanged READ RecordChanged)
-    // The key of the open record (the text of txtFields(18)); "" until a new record is saved.
-    Q_PROPERTY(QString RebateID READ RebateID)
-
 public:
     // The loaded form, or nullptr.
     static frmRebate* Instance();
     // Loads the form (a new record when gbNewRecord is set, else the row the Switchboard's
     // current list has selected), puts it into the main window when there is one and shows it.
     static frmRebate* LoadAndShow();
+    // Lets RecordForm::Show() load the form (start-up calls this once).
+    static void RegisterFactory();
 
     ~frmRebate() override;
 
     QList<QMenu*> Menus() const override;
-    bool RecordChanged() const { return mRecordChanged; }
-    QString RebateID() const;
+    // The main window's record commands.
+    bool CanSave() const override { return true; }
+    void Save() override;
+    bool CanDelete() const override { return true; }
+    void Delete() override;
+    bool CanCut() const override { return true; }
+    void Cut() override { mnuCut_Click(); }
+    bool CanCopy() const override { return true; }
+    void Copy() override { mnuCopy_Click(); }
+    bool CanPaste() const override { return true; }
+    void Paste() override { mnuPaste_Click(); }
+    bool CanUndo() const override { return true; }
+    void Undo() override;
+    bool CanPrint() const override { return true; }
+    void Print() override;
+
+    // The record differs from what is stored; the Switchboard refuses New, Open and Delete
+    // while it is set.
+    bool RecordChanged() const override { return mRecordChanged; }
+    // The key of the open record (the text of txtFields(18)); "" until a new record is saved.
+    QString RebateID() const override;
 
     FieldEdit* txtFields(int index) const;
     QCheckBox* chkFields(int index) const;
@@ -74,9 +89,9 @@ public Q_SLOTS:
     void mnuSaveRecord_Click();
     void mnuUndo_Click();
     // Closes the form without saving (the close box and "Close without Saving" do the same).
-    void Unload();
+    void Unload() override;
     // Brings the form to the front of the main window.
-    void ZOrder();
+    void ZOrder() override;
 
 protected:
     void closeEvent(QCloseEvent* event) override;

@@ -1,6 +1,6 @@
-#include "modUndo.h"
+#include "rebateform/modUndo.h"
 
-#include "FieldEdit.h"
+#include "rebateform/FieldEdit.h"
 
 bool CanUndo(QWidget* control) {
     auto* field = qobject_cast<FieldEdit*>(control);

@@ -1,7 +1,7 @@
-#include "VantryApplication.h"
+#include "shell/VantryApplication.h"
 
-#include "VbError.h"
-#include "cLogErr.h"
+#include "app/cLogErr.h"
+#include "common/core/VbError.h"
 
 #include <QIcon>
 #include <QWidget>

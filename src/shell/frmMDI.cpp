@@ -1,19 +1,19 @@
-#include "frmMDI.h"
+#include "shell/frmMDI.h"
 
-#include "Database.h"
-#include "Desktop.h"
-#include "Forms.h"
-#include "Globals.h"
-#include "Help.h"
-#include "MdiChild.h"
-#include "Regional.h"
-#include "Settings.h"
-#include "StatusBar.h"
-#include "Toolbar.h"
-#include "VbError.h"
-#include "cLogErr.h"
-#include "modMain.h"
-#include "modUtilities.h"
+#include "app/cLogErr.h"
+#include "common/core/Desktop.h"
+#include "common/core/Globals.h"
+#include "common/core/Regional.h"
+#include "common/core/Settings.h"
+#include "common/core/VbError.h"
+#include "common/core/modUtilities.h"
+#include "common/ui/Forms.h"
+#include "common/ui/Help.h"
+#include "common/ui/MdiChild.h"
+#include "common/ui/StatusBar.h"
+#include "common/ui/Toolbar.h"
+#include "data/Database.h"
+#include "shell/modMain.h"
 
 #include <QAction>
 #include <QApplication>
@@ -58,12 +58,6 @@ QMenu* MakeMenu(QWidget* parent, const char* name, const QString& caption, int h
     return menu;
 }
 
-// Runs a command of another form by name. A form without that command changes nothing;
-// an error the command lets out reaches the application object, which logs it.
-void Invoke(QWidget* form, const char* command) {
-    if (form)
-        QMetaObject::invokeMethod(form, command);
-}
 } // namespace
 
 frmMDI::frmMDI(QWidget* parent)
@@ -283,8 +277,8 @@ void frmMDI::ShowRebateButtons() {
         if (i == 3 || (i >= 5 && i <= 11))
             tbToolBar->Buttons(i).SetVisible(true);
     }
-    const QWidget* rebate = Forms::Find(QStringLiteral("frmRebate"));
-    if (rebate && rebate->property("RebateID").toString().isEmpty())
+    const RecordForm* rebate = RecordForm::Open();
+    if (rebate && rebate->RebateID().isEmpty())
         tbToolBar->Buttons(4).SetEnabled(false);
 }
 
@@ -393,7 +387,6 @@ void frmMDI::mnuSearchForHelpOn_Click() {
 }
 
 void frmMDI::tbToolBar_ButtonClick(const QString& key) {
-    QWidget* rebate = Forms::Find(QStringLiteral("frmRebate"));
     if (key == QStringLiteral("Exit")) {
         close();
     } else if (key == QStringLiteral("Calc") || key == QStringLiteral("Dialer")) {
@@ -412,49 +405,84 @@ void frmMDI::tbToolBar_ButtonClick(const QString& key) {
         mnuHelpContents_Click();
     } else if (key == QStringLiteral("Print")) {
         PrintClicked();
-    } else if (!rebate) {
-        // Save, Delete, Cut, Copy, Paste and Undo act on the rebate form alone; the buttons
-        // stay visible while none is open, and then do nothing.
-    } else if (key == QStringLiteral("Save")) {
-        SetStatusText(QStringLiteral("Saving record..."));
-        Invoke(rebate, "mnuSaveRecord_Click");
-    } else if (key == QStringLiteral("Delete")) {
-        // Taking the focus first makes the field being edited check itself.
-        if (auto* button = rebate->findChild<QWidget*>(QStringLiteral("cmdDelete")))
-            button->setFocus();
-        Invoke(rebate, "cmdDelete_Click");
-    } else if (key == QStringLiteral("Cut")) {
-        Invoke(rebate, "mnuCut_Click");
-    } else if (key == QStringLiteral("Copy")) {
-        Invoke(rebate, "mnuCopy_Click");
-    } else if (key == QStringLiteral("Paste")) {
-        Invoke(rebate, "mnuPaste_Click");
-    } else if (key == QStringLiteral("Undo")) {
-        rebate->setFocus();
-        if (QWidget* control = rebate->focusWidget())
-            control->setFocus();
-        Invoke(rebate, "mnuUndo_Click");
+    } else if (MdiChild* child = ActiveChild()) {
+        // Save, Delete, Cut, Copy, Paste and Undo act on the active child (the rebate form);
+        // the buttons stay visible while none is open, and then do nothing.
+        if (key == QStringLiteral("Save") && child->CanSave()) {
+            SetStatusText(QStringLiteral("Saving record..."));
+            child->Save();
+        } else if (key == QStringLiteral("Delete") && child->CanDelete()) {
+            child->Delete();
+        } else if (key == QStringLiteral("Cut") && child->CanCut()) {
+            child->Cut();
+        } else if (key == QStringLiteral("Copy") && child->CanCopy()) {
+            child->Copy();
+        } else if (key == QStringLiteral("Paste") && child->CanPaste()) {
+            child->Paste();
+        } else if (key == QStringLiteral("Undo") && child->CanUndo()) {
+            child->Undo();
+        }
     }
 }
 
+MdiChild* frmMDI::ActiveChild() const {
+    const QMdiSubWindow* child = mdiArea->currentSubWindow();
+    return child ? dynamic_cast<MdiChild*>(child->widget()) : nullptr;
+}
+
 void frmMDI::PrintClicked() {
-    const QString active = ActiveFormName();
-    if (QWidget* rebate = Forms::Find(QStringLiteral("frmRebate"))) {
-        if (active != QStringLiteral("frmRebate"))
-            return;
-        if (rebate->property("RebateID").toString().isEmpty()) {
-            MsgBox(QStringLiteral("The current record has not been saved to the database. Please "
-                                  "save the record before trying to print."),
-                   vb::vbInformation, QStringLiteral("Unsaved Record"));
-            return;
-        }
-        SetStatusText(QStringLiteral("Preparing to print..."));
-        Invoke(rebate, "mnuPrint_Click");
-    } else if (active == QStringLiteral("frmSwitchboard")) {
-        // On the Switchboard the button prints the statistics whichever page is on top.
-        SetStatusText(QStringLiteral("Preparing to print..."));
-        Invoke(Forms::Find(active), "mnuPrintStats_Click");
+    // While a rebate form is open, the button prints it, and only when it is the active child;
+    // on the Switchboard it prints the statistics whichever page is on top.
+    MdiChild* child = ActiveChild();
+    if (!child || !child->CanPrint() ||
+        (RecordForm::Open() && ActiveFormName() != QStringLiteral("frmRebate")))
+        return;
+    child->Print();
+}
+
+void frmMDI::SetToolbarVisible(bool visible) {
+    tbToolBar->setVisible(visible);
+}
+
+void frmMDI::SetStatusBarVisible(bool visible) {
+    sbStatusBar->setVisible(visible);
+}
+
+void frmMDI::Run(Command command) {
+    switch (command) {
+    case Command::Options:
+        mnuViewOptions_Click();
+        break;
+    case Command::About:
+        mnuHelpAbout_Click();
+        break;
+    case Command::TipOfTheDay:
+        mnuTipOfTheDay_Click();
+        break;
+    case Command::HelpContents:
+        mnuHelpContents_Click();
+        break;
+    case Command::SearchForHelpOn:
+        mnuSearchForHelpOn_Click();
+        break;
+    case Command::TileHorizontally:
+        mnuTileHorizontally->trigger();
+        break;
+    case Command::TileVertically:
+        mnuTileVertically->trigger();
+        break;
+    case Command::Cascade:
+        mnuCascade->trigger();
+        break;
     }
+}
+
+void frmMDI::CloseWhenSwitchboardGone() {
+    MDITimer->start();
+}
+
+void frmMDI::Exit() {
+    close();
 }
 
 void frmMDI::MDITimer_Timer() {

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "ImageList.h"
+#include "common/ui/ImageList.h"
+#include "common/ui/MainFrame.h"
 
 #include <QMainWindow>
 #include <QPoint>
@@ -10,6 +11,7 @@ class QMdiArea;
 class QMdiSubWindow;
 class QMenu;
 class QTimer;
+class MdiChild;
 class StatusBar;
 class Toolbar;
 
@@ -17,7 +19,7 @@ class Toolbar;
 // shared toolbar, the status bar and the frame menu. While a child that implements
 // MdiChild is active, the menu bar shows that child's menus instead of the frame's.
 // One instance; closing it ends the program.
-class frmMDI : public QMainWindow {
+class frmMDI : public QMainWindow, public MainFrame {
     Q_OBJECT
 public:
     explicit frmMDI(QWidget* parent = nullptr);
@@ -26,20 +28,20 @@ public:
     // The loaded main window, nullptr when there is none.
     static frmMDI* Instance();
 
-    // Puts a form into the frame as a child window (once; a second call returns the same
-    // sub-window). The caller shows it. Closing the child destroys the form.
-    QMdiSubWindow* AddChild(QWidget* form);
-    // Lists the open child windows at the end of a Window menu each time it opens (the
-    // frame's own mnuWindow does this; children hand in theirs).
-    void AttachWindowList(QMenu* windowMenu);
+    QMdiSubWindow* AddChild(QWidget* form) override;
+    void AttachWindowList(QMenu* windowMenu) override;
+    QMdiArea* Area() const override { return mdiArea; }
+    Toolbar* MainToolbar() const override { return tbToolBar; }
+    void SetToolbarVisible(bool visible) override;
+    void SetStatusBarVisible(bool visible) override;
+    void Run(Command command) override;
+    void CloseWhenSwitchboardGone() override;
+    void Exit() override;
     // The objectName of the active child form ("frmSwitchboard"), "" when there is none.
     QString ActiveFormName() const;
 
-    // Buttons 3 and 6 to 11 go (Save, Delete, Cut, Copy, Paste and two separators).
-    void HideRebateButtons();
-    // Buttons 3 and 5 to 11 come back; Print is disabled while the rebate form's record
-    // has never been saved.
-    void ShowRebateButtons();
+    void HideRebateButtons() override;
+    void ShowRebateButtons() override;
 
     // The settings of the window, read at load and saved before the window closes.
     void MDIForm_Load();
@@ -101,6 +103,8 @@ private:
     void ChooseButtonSize(bool large);
     void ShowMenusOf(QMdiSubWindow* child);
     void PrintClicked();
+    // The active child, when it takes the main window's record commands.
+    MdiChild* ActiveChild() const;
     bool NoHelpBox();
 
     QList<QMenu*> mOwnMenus;

@@ -1,8 +1,8 @@
-#include "frmSplash.h"
+#include "shell/frmSplash.h"
 
-#include "Forms.h"
-#include "Help.h"
-#include "modUtilities.h"
+#include "common/core/modUtilities.h"
+#include "common/ui/Forms.h"
+#include "common/ui/Help.h"
 
 #include <QGuiApplication>
 #include <QLabel>

@@ -1,12 +1,12 @@
-#include "QtDesktop.h"
-#include "VantryApplication.h"
-#include "frmSwitchboard.h"
-#include "modMain.h"
+#include "common/ui/QtDesktop.h"
+#include "shell/VantryApplication.h"
+#include "shell/Wiring.h"
+#include "shell/modMain.h"
 
 int main(int argc, char** argv) {
     VantryApplication app(argc, argv);
     InstallDesktop(std::make_unique<QtDesktop>());
     Startup::UseDeveloperEnvironment();
-    frmSwitchboard::RegisterFactory();
+    WireFeatures();
     return Main() ? app.exec() : 0;
 }

@@ -1,15 +1,15 @@
-#include "modMain.h"
+#include "shell/modMain.h"
 
-#include "Database.h"
-#include "Desktop.h"
-#include "Forms.h"
-#include "Globals.h"
-#include "Settings.h"
-#include "cLogErr.h"
-#include "frmMDI.h"
-#include "frmSplash.h"
-#include "modPrevInstance.h"
-#include "modUtilities.h"
+#include "app/cLogErr.h"
+#include "common/core/Desktop.h"
+#include "common/core/Globals.h"
+#include "common/core/Settings.h"
+#include "common/core/modUtilities.h"
+#include "common/ui/Forms.h"
+#include "data/Database.h"
+#include "shell/frmMDI.h"
+#include "shell/frmSplash.h"
+#include "shell/modPrevInstance.h"
 
 #include <QCoreApplication>
 #include <QDateTime>

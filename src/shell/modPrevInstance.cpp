@@ -1,7 +1,7 @@
-#include "modPrevInstance.h"
+#include "shell/modPrevInstance.h"
 
-#include "Settings.h"
-#include "modUtilities.h"
+#include "common/core/Settings.h"
+#include "common/core/modUtilities.h"
 
 #include <QApplication>
 #include <QCryptographicHash>

@@ -1,10 +1,10 @@
-#include "StatisticsPage.h"
+#include "switchboard/StatisticsPage.h"
 
-#include "Currency.h"
-#include "Forms.h"
-#include "ImageList.h"
-#include "Regional.h"
-#include "clsRebateStats.h"
+#include "app/clsRebateStats.h"
+#include "common/core/Currency.h"
+#include "common/core/Regional.h"
+#include "common/ui/Forms.h"
+#include "common/ui/ImageList.h"
 
 #include <QCoreApplication>
 #include <QFrame>

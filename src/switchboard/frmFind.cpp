@@ -1,15 +1,15 @@
-#include "frmFind.h"
+#include "switchboard/frmFind.h"
 
-#include "Desktop.h"
-#include "Forms.h"
-#include "Globals.h"
-#include "ImageList.h"
-#include "ListView.h"
-#include "Regional.h"
-#include "Settings.h"
-#include "VbError.h"
-#include "cLogErr.h"
-#include "frmSwitchboard.h"
+#include "app/cLogErr.h"
+#include "common/core/Desktop.h"
+#include "common/core/Globals.h"
+#include "common/core/Regional.h"
+#include "common/core/Settings.h"
+#include "common/core/VbError.h"
+#include "common/ui/Forms.h"
+#include "common/ui/ImageList.h"
+#include "common/ui/ListView.h"
+#include "switchboard/frmSwitchboard.h"
 
 #include <QGridLayout>
 #include <QLabel>

@@ -1,24 +1,25 @@
-#include "frmSwitchboard.h"
+#include "switchboard/frmSwitchboard.h"
 
-#include "Clock.h"
-#include "Database.h"
-#include "Desktop.h"
-#include "Forms.h"
-#include "Globals.h"
-#include "Help.h"
-#include "ListView.h"
-#include "RebateStatus.h"
-#include "Recordset.h"
-#include "Regional.h"
-#include "Settings.h"
-#include "TabStrip.h"
-#include "Toolbar.h"
-#include "VbError.h"
-#include "cLogErr.h"
-#include "clsRebate.h"
-#include "frmRebate.h"
-#include "modListUtilities.h"
-#include "modUtilities.h"
+#include "app/Notifier.h"
+#include "app/cLogErr.h"
+#include "app/clsRebate.h"
+#include "common/core/Clock.h"
+#include "common/core/Desktop.h"
+#include "common/core/Globals.h"
+#include "common/core/Regional.h"
+#include "common/core/Settings.h"
+#include "common/core/VbError.h"
+#include "common/core/modUtilities.h"
+#include "common/ui/Forms.h"
+#include "common/ui/Help.h"
+#include "common/ui/ListView.h"
+#include "common/ui/MainFrame.h"
+#include "common/ui/TabStrip.h"
+#include "common/ui/Toolbar.h"
+#include "common/ui/modListUtilities.h"
+#include "data/Database.h"
+#include "data/RebateStatus.h"
+#include "data/Recordset.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -68,14 +69,10 @@ const QStringList kListIcons{QStringLiteral("New"),     QStringLiteral("Unsent")
                              QStringLiteral("Paid"),    QStringLiteral("Followup"),
                              QStringLiteral("Rejected")};
 
-QWidget* MainForm() {
-    return Forms::Find(QStringLiteral("frmMDI"));
-}
-
 // The main window's toolbar button, when the main window and the button are there.
 ToolbarButton* MainToolbarButton(const QString& key) {
-    QWidget* mdi = MainForm();
-    auto* toolbar = mdi ? mdi->findChild<Toolbar*>(QStringLiteral("tbToolBar")) : nullptr;
+    MainFrame* main = MainFrame::Instance();
+    Toolbar* toolbar = main ? main->MainToolbar() : nullptr;
     return toolbar && toolbar->HasButton(key) ? &toolbar->Buttons(key) : nullptr;
 }
 
@@ -215,6 +212,13 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_DeleteOnClose);
     gInstance = this;
     Forms::Register(this);
+    // What the rebate form and the maintenance dialogs do to the records reaches the lists
+    // at once, inside their own calls.
+    Notifier& notifier = Notifier::Instance();
+    connect(&notifier, &Notifier::RecordSaved, this, &frmSwitchboard::UpdateIcons);
+    connect(&notifier, &Notifier::RecordDeleted, this, &frmSwitchboard::DeleteIcons);
+    connect(&notifier, &Notifier::RecordFormClosed, this, &frmSwitchboard::tbsSwitch_Click);
+    connect(&notifier, &Notifier::ListsStale, this, &frmSwitchboard::mnuRefresh_Click);
 
     ActiveXImageList.Add(kListIcons);
     xImageListSmall.Add(kListIcons);
@@ -983,19 +987,19 @@ bool frmSwitchboard::DeleteRebateRecord() {
     ListView* lv = GetCurrentLV();
     if (!lv || lv == lvNew || lv->ListItems().Count() == 0)
         return false;
-    QWidget* rebateForm = Forms::Find(QStringLiteral("frmRebate"));
-    if (rebateForm && rebateForm->property("RecordChanged").toBool()) {
+    RecordForm* rebateForm = RecordForm::Open();
+    if (rebateForm && rebateForm->RecordChanged()) {
         MsgBox(QStringLiteral("Please save the current rebate record before attempting to delete "
                               "other records."),
                vb::vbExclamation, QStringLiteral("Unsaved Rebate"));
-        QMetaObject::invokeMethod(rebateForm, "ZOrder");
+        rebateForm->ZOrder();
         return false;
     }
     // A clean rebate form showing a record that goes is closed without a word.
     const auto closeFormShowing = [](const QString& rebateID) {
-        QWidget* form = Forms::Find(QStringLiteral("frmRebate"));
-        if (form && form->property("RebateID").toString() == rebateID)
-            QMetaObject::invokeMethod(form, "Unload");
+        RecordForm* form = RecordForm::Open();
+        if (form && form->RebateID() == rebateID)
+            form->Unload();
     };
     const auto markDeleted = [](const QString& rebateID) {
         if (!gDatabase)
@@ -1272,7 +1276,7 @@ void frmSwitchboard::xToolbar_ButtonClick(const QString& key) {
 
 void frmSwitchboard::mnuNewRebate_Click() {
     try {
-        if (frmRebate* form = frmRebate::Instance()) {
+        if (RecordForm* form = RecordForm::Open()) {
             if (form->RecordChanged()) {
                 MsgBox(QStringLiteral("Please save the current rebate record before attempting "
                                       "to create a new record."),
@@ -1283,7 +1287,7 @@ void frmSwitchboard::mnuNewRebate_Click() {
             form->Unload();
         }
         gbNewRecord = true;
-        frmRebate::LoadAndShow();
+        RecordForm::Show();
     } catch (const VbError& e) {
         LogError(e, objectName(), QStringLiteral("mnuNewRebate_Click"));
     }
@@ -1292,7 +1296,7 @@ void frmSwitchboard::mnuNewRebate_Click() {
 bool frmSwitchboard::OpenRebate() {
     SetMousePointer(11);
     SetStatusText(QStringLiteral("Loading Rebate form..."));
-    if (frmRebate* form = frmRebate::Instance()) {
+    if (RecordForm* form = RecordForm::Open()) {
         if (form->RecordChanged()) {
             SetMousePointer(0);
             SetStatusText(QStringLiteral("Unsaved record..."));
@@ -1305,7 +1309,7 @@ bool frmSwitchboard::OpenRebate() {
         form->Unload();
     }
     gbNewRecord = false;
-    frmRebate::LoadAndShow();
+    RecordForm::Show();
     SetMousePointer(0);
     SetStatusText(kReady);
     return true;
@@ -1344,20 +1348,18 @@ void frmSwitchboard::lv_KeyPress(ListView* lv, int& keyAscii) {
 }
 
 void frmSwitchboard::mnuExit_Click() {
-    if (QWidget* mdi = MainForm())
-        mdi->close();
+    if (MainFrame* main = MainFrame::Instance())
+        main->Exit();
 }
 
 void frmSwitchboard::mnuStatusBar_Click() {
-    QWidget* mdi = MainForm();
-    if (auto* bar = mdi ? mdi->findChild<QStatusBar*>(QStringLiteral("sbStatusBar")) : nullptr)
-        bar->setVisible(mnuStatusBar->isChecked());
+    if (MainFrame* main = MainFrame::Instance())
+        main->SetStatusBarVisible(mnuStatusBar->isChecked());
 }
 
 void frmSwitchboard::mnuToolbar_Click() {
-    QWidget* mdi = MainForm();
-    if (auto* bar = mdi ? mdi->findChild<Toolbar*>(QStringLiteral("tbToolBar")) : nullptr)
-        bar->setVisible(mnuToolbar->isChecked());
+    if (MainFrame* main = MainFrame::Instance())
+        main->SetToolbarVisible(mnuToolbar->isChecked());
 }
 
 void frmSwitchboard::mnuTCR_Click() {
@@ -1386,6 +1388,11 @@ void frmSwitchboard::SubmitSuggestion() {
 void frmSwitchboard::mnuPrintSelected_Click() {}
 
 void frmSwitchboard::mnuPrintStats_Click() {}
+
+void frmSwitchboard::Print() {
+    SetStatusText(QStringLiteral("Preparing to print..."));
+    mnuPrintStats_Click();
+}
 
 // --- help --------------------------------------------------------------------------------------
 
@@ -1441,9 +1448,8 @@ bool frmSwitchboard::Form_QueryUnload(bool systemShutdown) {
         return false;
     // An error of the last moments still reaches the log: LogError then uses a fresh one.
     gErrorLog.reset();
-    if (QWidget* mdi = MainForm())
-        if (auto* timer = mdi->findChild<QTimer*>(QStringLiteral("MDITimer")))
-            timer->start();
+    if (MainFrame* main = MainFrame::Instance())
+        main->CloseWhenSwitchboardGone();
     return true;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ImageList.h"
-#include "MdiChild.h"
+#include "common/ui/ImageList.h"
+#include "common/ui/MdiChild.h"
 
 #include <QSet>
 #include <QString>
@@ -38,6 +38,9 @@ public:
     ~frmSwitchboard() override;
 
     QList<QMenu*> Menus() const override;
+    // The main window's Print button prints the statistics whichever page is on top.
+    bool CanPrint() const override { return true; }
+    void Print() override;
 
     // The list of the selected tab; nullptr on the Statistics page.
     ListView* GetCurrentLV() const;

@@ -1,14 +1,14 @@
 // The Switchboard's Statistics page, its Find commands and the due alarm at start-up.
 
-#include "Globals.h"
-#include "ListView.h"
-#include "Regional.h"
-#include "Settings.h"
-#include "StatisticsPage.h"
-#include "TabStrip.h"
-#include "VbError.h"
-#include "frmFind.h"
-#include "frmSwitchboard.h"
+#include "common/core/Globals.h"
+#include "common/core/Regional.h"
+#include "common/core/Settings.h"
+#include "common/core/VbError.h"
+#include "common/ui/ListView.h"
+#include "common/ui/TabStrip.h"
+#include "switchboard/StatisticsPage.h"
+#include "switchboard/frmFind.h"
+#include "switchboard/frmSwitchboard.h"
 
 #include <QAction>
 #include <QLayout>

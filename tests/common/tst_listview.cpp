@@ -1,7 +1,7 @@
 #include "Fixture.h"
-#include "ListView.h"
-#include "TabStrip.h"
-#include "VbError.h"
+#include "common/core/VbError.h"
+#include "common/ui/ListView.h"
+#include "common/ui/TabStrip.h"
 
 #include <QElapsedTimer>
 #include <QHeaderView>

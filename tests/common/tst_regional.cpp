@@ -1,6 +1,6 @@
 #include "Fixture.h"
-#include "Regional.h"
-#include "VbError.h"
+#include "common/core/Regional.h"
+#include "common/core/VbError.h"
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>

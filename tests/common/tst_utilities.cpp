@@ -1,6 +1,6 @@
-#include "Desktop.h"
 #include "Fixture.h"
-#include "modUtilities.h"
+#include "common/core/Desktop.h"
+#include "common/core/modUtilities.h"
 
 #include <QFile>
 #include <QTest>

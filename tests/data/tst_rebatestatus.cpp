@@ -1,9 +1,9 @@
-#include "Clock.h"
-#include "Database.h"
 #include "Fixture.h"
 #include "RebateRows.h"
-#include "RebateStatus.h"
-#include "VbError.h"
+#include "common/core/Clock.h"
+#include "common/core/VbError.h"
+#include "data/Database.h"
+#include "data/RebateStatus.h"
 
 #include <QTest>
 

@@ -1,8 +1,8 @@
-#include "Currency.h"
-#include "Database.h"
 #include "Fixture.h"
 #include "RebateRows.h"
-#include "VbError.h"
+#include "common/core/Currency.h"
+#include "common/core/VbError.h"
+#include "data/Database.h"
 
 #include <QFile>
 #include <QSqlQuery>

@@ -1,8 +1,8 @@
-#include "FieldEdit.h"
 #include "Fixture.h"
 #include "RebateFormDriver.h"
-#include "Settings.h"
-#include "frmRebate.h"
+#include "common/core/Settings.h"
+#include "rebateform/FieldEdit.h"
+#include "rebateform/frmRebate.h"
 
 #include <QApplication>
 #include <QKeyEvent>

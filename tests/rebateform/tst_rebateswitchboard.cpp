@@ -1,12 +1,12 @@
-#include "FieldEdit.h"
 #include "Fixture.h"
-#include "Globals.h"
-#include "ListView.h"
-#include "TabStrip.h"
-#include "frmMDI.h"
-#include "frmRebate.h"
-#include "frmSwitchboard.h"
-#include "modMain.h"
+#include "common/core/Globals.h"
+#include "common/ui/ListView.h"
+#include "common/ui/TabStrip.h"
+#include "rebateform/FieldEdit.h"
+#include "rebateform/frmRebate.h"
+#include "shell/frmMDI.h"
+#include "shell/modMain.h"
+#include "switchboard/frmSwitchboard.h"
 
 #include <QAbstractItemView>
 #include <QAction>

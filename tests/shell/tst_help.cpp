@@ -1,6 +1,6 @@
 #include "Fixture.h"
-#include "Help.h"
-#include "HelpWindow.h"
+#include "common/ui/Help.h"
+#include "common/ui/HelpWindow.h"
 
 #include <QApplication>
 #include <QLineEdit>

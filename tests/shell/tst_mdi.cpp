@@ -1,16 +1,16 @@
-#include "Database.h"
 #include "Fixture.h"
-#include "Forms.h"
-#include "Globals.h"
-#include "Help.h"
-#include "HelpWindow.h"
-#include "MdiChild.h"
-#include "Settings.h"
-#include "StatusBar.h"
-#include "Toolbar.h"
-#include "cLogErr.h"
-#include "frmMDI.h"
-#include "modMain.h"
+#include "app/cLogErr.h"
+#include "common/core/Globals.h"
+#include "common/core/Settings.h"
+#include "common/ui/Forms.h"
+#include "common/ui/Help.h"
+#include "common/ui/HelpWindow.h"
+#include "common/ui/MdiChild.h"
+#include "common/ui/StatusBar.h"
+#include "common/ui/Toolbar.h"
+#include "data/Database.h"
+#include "shell/frmMDI.h"
+#include "shell/modMain.h"
 
 #include <QCloseEvent>
 #include <QElapsedTimer>
@@ -27,9 +27,8 @@
 
 // Stand-ins for the Switchboard and the rebate form: they answer to the names and commands
 // the main window reaches by name, and record what reached them.
-class FakeForm : public QWidget, public MdiChild {
+class FakeForm : public QWidget, public MdiChild, public RecordForm {
     Q_OBJECT
-    Q_PROPERTY(QString RebateID MEMBER mRebateID)
 public:
     FakeForm(const QString& name, QStringList* calls) : mCalls(calls) {
         setObjectName(name);
@@ -45,17 +44,23 @@ public:
     QString mRebateID;
     bool mRefuseClose = false;
 
-public Q_SLOTS:
-    void mnuPrintStats_Click() { Record("mnuPrintStats_Click"); }
-    void mnuPrint_Click() { Record("mnuPrint_Click"); }
-    void mnuSaveRecord_Click() { Record("mnuSaveRecord_Click"); }
-    void cmdDelete_Click() {
-        const QWidget* focus = QApplication::focusWidget();
-        Record(QString("cmdDelete_Click focus=") + (focus ? focus->objectName() : "none"));
-    }
-    void mnuCut_Click() { Record("mnuCut_Click"); }
-    void mnuCopy_Click() { Record("mnuCopy_Click"); }
-    void mnuPaste_Click() { Record("mnuPaste_Click"); }
+    // The rebate form takes the record commands; the Switchboard only Print.
+    bool CanSave() const override { return objectName() == "frmRebate"; }
+    bool CanDelete() const override { return CanSave(); }
+    bool CanCut() const override { return CanSave(); }
+    bool CanCopy() const override { return CanSave(); }
+    bool CanPaste() const override { return CanSave(); }
+    bool CanPrint() const override { return true; }
+    void Print() override { Record("Print"); }
+    void Save() override { Record("Save"); }
+    void Delete() override { Record("Delete"); }
+    void Cut() override { Record("Cut"); }
+    void Copy() override { Record("Copy"); }
+    void Paste() override { Record("Paste"); }
+    bool RecordChanged() const override { return false; }
+    QString RebateID() const override { return mRebateID; }
+    void Unload() override {}
+    void ZOrder() override {}
 
 protected:
     void closeEvent(QCloseEvent* event) override {
@@ -373,11 +378,11 @@ void tst_mdi::rebateCommands_data() {
     const auto row = [](const char* key, const char* call, const char* status) {
         QTest::newRow(key) << QString(key) << QString(call) << QString(status);
     };
-    row("Save", "frmRebate.mnuSaveRecord_Click", "Saving record...");
-    row("Delete", "frmRebate.cmdDelete_Click focus=cmdDelete", "Ready...");
-    row("Cut", "frmRebate.mnuCut_Click", "Ready...");
-    row("Copy", "frmRebate.mnuCopy_Click", "Ready...");
-    row("Paste", "frmRebate.mnuPaste_Click", "Ready...");
+    row("Save", "frmRebate.Save", "Saving record...");
+    row("Delete", "frmRebate.Delete", "Ready...");
+    row("Cut", "frmRebate.Cut", "Ready...");
+    row("Copy", "frmRebate.Copy", "Ready...");
+    row("Paste", "frmRebate.Paste", "Ready...");
 }
 
 void tst_mdi::rebateCommands() {
@@ -402,48 +407,29 @@ void tst_mdi::rebateCommands() {
 void tst_mdi::printButton_data() {
     QTest::addColumn<bool>("withRebate");
     QTest::addColumn<QString>("active");
-    QTest::addColumn<QString>("rebateID");
     QTest::addColumn<QString>("call");
-    QTest::addColumn<QString>("box");
-    const auto row = [](const char* name, bool withRebate, const char* active, const char* rebateID,
-                        const char* call, const char* box) {
-        QTest::newRow(name) << withRebate << QString(active) << QString(rebateID) << QString(call)
-                            << QString(box);
+    const auto row = [](const char* name, bool withRebate, const char* active, const char* call) {
+        QTest::newRow(name) << withRebate << QString(active) << QString(call);
     };
-    row("switchboard prints statistics", false, "frmSwitchboard", "",
-        "frmSwitchboard.mnuPrintStats_Click", "");
-    row("rebate form behind the switchboard", true, "frmSwitchboard", "", "", "");
-    row("unsaved record", true, "frmRebate", "", "", "Unsaved Record");
-    row("saved record", true, "frmRebate", "20261123100000", "frmRebate.mnuPrint_Click", "");
+    row("switchboard prints statistics", false, "frmSwitchboard", "frmSwitchboard.Print");
+    row("rebate form behind the switchboard", true, "frmSwitchboard", "");
+    row("rebate form", true, "frmRebate", "frmRebate.Print");
 }
 
 void tst_mdi::printButton() {
     QFETCH(bool, withRebate);
     QFETCH(QString, active);
-    QFETCH(QString, rebateID);
     QFETCH(QString, call);
-    QFETCH(QString, box);
     frmMDI* main = MakeMain();
-    SetStatusText("Ready...");
     FakeForm* switchboard = AddForm("frmSwitchboard");
     if (withRebate)
-        AddForm("frmRebate")->mRebateID = rebateID;
+        AddForm("frmRebate");
     main->mdiArea->setActiveSubWindow(
         main->AddChild(active == "frmSwitchboard" ? switchboard : Forms::Find("frmRebate")));
     QCOMPARE(main->ActiveFormName(), active);
 
     main->tbToolBar_ButtonClick("Print");
     QCOMPARE(mCalls, call.isEmpty() ? QStringList() : QStringList{call});
-    QCOMPARE(main->sbStatusBar->PanelText(3),
-             QString(call.isEmpty() ? "Ready..." : "Preparing to print..."));
-    const auto& boxes = mFixture->Desktop().boxes;
-    QCOMPARE(boxes.size(), box.isEmpty() ? 0 : 1);
-    if (!box.isEmpty()) {
-        QCOMPARE(boxes[0].title, box);
-        QCOMPARE(boxes[0].style, 64);
-        QCOMPARE(boxes[0].prompt, QString("The current record has not been saved to the database. "
-                                          "Please save the record before trying to print."));
-    }
 }
 
 void tst_mdi::helpCommands() {

@@ -1,12 +1,12 @@
-#include "Clock.h"
 #include "Fixture.h"
-#include "Forms.h"
-#include "ImageList.h"
-#include "QtDesktop.h"
-#include "StatusBar.h"
-#include "Toolbar.h"
-#include "VbError.h"
-#include "cLogErr.h"
+#include "app/cLogErr.h"
+#include "common/core/Clock.h"
+#include "common/core/VbError.h"
+#include "common/ui/Forms.h"
+#include "common/ui/ImageList.h"
+#include "common/ui/QtDesktop.h"
+#include "common/ui/StatusBar.h"
+#include "common/ui/Toolbar.h"
 
 #include <QFile>
 #include <QLabel>

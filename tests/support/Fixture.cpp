@@ -1,13 +1,14 @@
 #include "Fixture.h"
+#include "shell/Wiring.h"
 
-#include "Clock.h"
-#include "Database.h"
-#include "Globals.h"
-#include "Settings.h"
-#include "VbError.h"
-#include "cLogErr.h"
-#include "clsRebate.h"
-#include "modUtilities.h"
+#include "app/cLogErr.h"
+#include "app/clsRebate.h"
+#include "common/core/Clock.h"
+#include "common/core/Globals.h"
+#include "common/core/Settings.h"
+#include "common/core/VbError.h"
+#include "common/core/modUtilities.h"
+#include "data/Database.h"
 
 #include <QFile>
 #include <QTest>
@@ -82,4 +83,5 @@ QByteArray ReadFile(const QString& path) {
 
 void InitTestResources() {
     Q_INIT_RESOURCE(vantry);
+    WireFeatures();
 }

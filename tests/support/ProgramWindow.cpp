@@ -1,9 +1,9 @@
 #include "ProgramWindow.h"
 
-#include "ListView.h"
-#include "TabStrip.h"
-#include "frmMDI.h"
-#include "frmSwitchboard.h"
+#include "common/ui/ListView.h"
+#include "common/ui/TabStrip.h"
+#include "shell/frmMDI.h"
+#include "switchboard/frmSwitchboard.h"
 
 #include <QAbstractItemView>
 #include <QApplication>

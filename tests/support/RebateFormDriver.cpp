@@ -1,9 +1,9 @@
 #include "RebateFormDriver.h"
 
-#include "FieldEdit.h"
-#include "Globals.h"
-#include "clsRebate.h"
-#include "frmRebate.h"
+#include "app/clsRebate.h"
+#include "common/core/Globals.h"
+#include "rebateform/FieldEdit.h"
+#include "rebateform/frmRebate.h"
 
 #include <QApplication>
 #include <QTabWidget>

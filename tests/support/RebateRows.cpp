@@ -1,7 +1,7 @@
 #include "RebateRows.h"
 
-#include "Database.h"
 #include "Fixture.h"
+#include "data/Database.h"
 
 #include <QRandomGenerator>
 #include <QSqlError>

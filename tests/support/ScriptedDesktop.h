@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Desktop.h"
+#include "common/core/Desktop.h"
 
 #include <QList>
 #include <QString>

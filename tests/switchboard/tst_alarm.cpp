@@ -1,10 +1,10 @@
 #include "Fixture.h"
-#include "ListView.h"
 #include "ProgramWindow.h"
 #include "RebateRows.h"
-#include "Settings.h"
-#include "Toolbar.h"
-#include "frmSwitchboard.h"
+#include "common/core/Settings.h"
+#include "common/ui/ListView.h"
+#include "common/ui/Toolbar.h"
+#include "switchboard/frmSwitchboard.h"
 
 #include <QTest>
 

@@ -1,14 +1,14 @@
 #include "Fixture.h"
-#include "Forms.h"
-#include "Globals.h"
-#include "ListView.h"
 #include "ProgramWindow.h"
 #include "RebateRows.h"
-#include "Settings.h"
-#include "Toolbar.h"
-#include "frmFind.h"
-#include "frmMDI.h"
-#include "frmSwitchboard.h"
+#include "common/core/Globals.h"
+#include "common/core/Settings.h"
+#include "common/ui/Forms.h"
+#include "common/ui/ListView.h"
+#include "common/ui/Toolbar.h"
+#include "shell/frmMDI.h"
+#include "switchboard/frmFind.h"
+#include "switchboard/frmSwitchboard.h"
 
 #include <QAccessible>
 #include <QAction>

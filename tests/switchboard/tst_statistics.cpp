@@ -1,13 +1,13 @@
-#include "Database.h"
 #include "Fixture.h"
-#include "Forms.h"
-#include "ListView.h"
 #include "ProgramWindow.h"
 #include "RebateRows.h"
-#include "StatisticsPage.h"
-#include "Toolbar.h"
-#include "frmMDI.h"
-#include "frmSwitchboard.h"
+#include "common/ui/Forms.h"
+#include "common/ui/ListView.h"
+#include "common/ui/Toolbar.h"
+#include "data/Database.h"
+#include "shell/frmMDI.h"
+#include "switchboard/StatisticsPage.h"
+#include "switchboard/frmSwitchboard.h"
 
 #include <QAction>
 #include <QLabel>

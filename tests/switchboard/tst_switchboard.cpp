@@ -1,15 +1,16 @@
-#include "Database.h"
 #include "Fixture.h"
-#include "Forms.h"
-#include "Globals.h"
-#include "Help.h"
-#include "ListView.h"
 #include "RebateRows.h"
-#include "Settings.h"
-#include "TabStrip.h"
-#include "Toolbar.h"
-#include "frmSwitchboard.h"
-#include "modUtilities.h"
+#include "common/core/Globals.h"
+#include "common/core/Settings.h"
+#include "common/core/modUtilities.h"
+#include "common/ui/Forms.h"
+#include "common/ui/Help.h"
+#include "common/ui/ListView.h"
+#include "common/ui/MdiChild.h"
+#include "common/ui/TabStrip.h"
+#include "common/ui/Toolbar.h"
+#include "data/Database.h"
+#include "switchboard/frmSwitchboard.h"
 
 #include <QAction>
 #include <QFile>
@@ -76,10 +77,7 @@ bool IsDeleted(const QString& id) {
 }
 
 // A rebate form as the Switchboard sees it: loaded, maybe with unsaved changes, showing a key.
-class FakeRebateForm : public QWidget {
-    Q_OBJECT
-    Q_PROPERTY(bool RecordChanged MEMBER changed)
-    Q_PROPERTY(QString RebateID MEMBER rebateID)
+class FakeRebateForm : public QWidget, public RecordForm {
 public:
     FakeRebateForm(bool isChanged, const QString& id) : changed(isChanged), rebateID(id) {
         setObjectName("frmRebate");
@@ -89,9 +87,10 @@ public:
     QString rebateID;
     int raised = 0;
     bool unloaded = false;
-public Q_SLOTS:
-    void Unload() { unloaded = true; }
-    void ZOrder() { ++raised; }
+    bool RecordChanged() const override { return changed; }
+    QString RebateID() const override { return rebateID; }
+    void Unload() override { unloaded = true; }
+    void ZOrder() override { ++raised; }
 };
 } // namespace
 

@@ -1,6 +1,6 @@
-#include "Currency.h"
+#include "common/core/Currency.h"
 
-#include "VbError.h"
+#include "common/core/VbError.h"
 
 #include <cmath>
 #include <limits>

@@ -1,4 +1,4 @@
-#include "Desktop.h"
+#include "common/core/Desktop.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "Globals.h"
+#include "common/core/Globals.h"
 
 bool gbNewRecord = false;
 bool gbRecordSaved = false;

@@ -1,7 +1,7 @@
-#include "Regional.h"
+#include "common/core/Regional.h"
 
-#include "Clock.h"
-#include "VbError.h"
+#include "common/core/Clock.h"
+#include "common/core/VbError.h"
 
 #include <algorithm>
 #include <cmath>

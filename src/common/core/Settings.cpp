@@ -1,4 +1,4 @@
-#include "Settings.h"
+#include "common/core/Settings.h"
 
 #include <QSettings>
 #include <QStandardPaths>

@@ -1,4 +1,4 @@
-#include "VbError.h"
+#include "common/core/VbError.h"
 
 VbError::VbError(int number, QString description)
     : mNumber(number), mDescription(std::move(description)), mWhat(mDescription.toUtf8()) {}

@@ -1,7 +1,7 @@
-#include "modUtilities.h"
+#include "common/core/modUtilities.h"
 
-#include "Desktop.h"
-#include "VbError.h"
+#include "common/core/Desktop.h"
+#include "common/core/VbError.h"
 
 #include <QCoreApplication>
 #include <QDir>

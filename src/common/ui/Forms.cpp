@@ -1,4 +1,4 @@
-#include "Forms.h"
+#include "common/ui/Forms.h"
 
 #include <QApplication>
 #include <QHash>

@@ -1,7 +1,7 @@
-#include "Help.h"
+#include "common/ui/Help.h"
 
-#include "Desktop.h"
-#include "HelpWindow.h"
+#include "common/core/Desktop.h"
+#include "common/ui/HelpWindow.h"
 
 #include <QApplication>
 #include <QFile>

@@ -1,6 +1,6 @@
-#include "HelpWindow.h"
+#include "common/ui/HelpWindow.h"
 
-#include "modUtilities.h"
+#include "common/core/modUtilities.h"
 
 #include <QFile>
 #include <QHBoxLayout>

@@ -1,4 +1,4 @@
-#include "ImageList.h"
+#include "common/ui/ImageList.h"
 
 #include <QGuiApplication>
 #include <QImage>

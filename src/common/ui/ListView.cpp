@@ -1,7 +1,7 @@
-#include "ListView.h"
+#include "common/ui/ListView.h"
 
-#include "MouseButtons.h"
-#include "VbError.h"
+#include "common/core/VbError.h"
+#include "common/ui/MouseButtons.h"
 
 #include <QAbstractTableModel>
 #include <QApplication>

@@ -1,4 +1,6 @@
-#include "MdiChild.h"
+#include "common/ui/MdiChild.h"
+
+#include "common/ui/Forms.h"
 
 #include <QActionGroup>
 #include <QMdiArea>
@@ -32,4 +34,12 @@ void AttachWindowList(QMenu* windowMenu, std::function<QMdiArea*()> area) {
             });
         }
     });
+}
+
+RecordForm* RecordForm::Open() {
+    return dynamic_cast<RecordForm*>(Forms::Find(QStringLiteral("frmRebate")));
+}
+
+void RecordForm::Show() {
+    Forms::Load(QStringLiteral("frmRebate"));
 }

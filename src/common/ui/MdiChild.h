@@ -1,17 +1,52 @@
 #pragma once
 
 #include <QList>
+#include <QString>
 #include <functional>
 
 class QMdiArea;
 class QMenu;
 
-// A child window of the main window that brings menus of its own: while it is the active
-// child, the main window's menu bar shows these menus in place of its own.
+// A child window of the main window. While it is the active child, the main window's menu
+// bar shows its menus in place of its own, and the main window's record commands (the
+// toolbar's Save, Delete, Cut, Copy, Paste, Undo and Print) act on it. A child leaves out
+// what it doesn't do: by default a command can't run and does nothing.
 class MdiChild {
 public:
     virtual ~MdiChild() = default;
     virtual QList<QMenu*> Menus() const = 0;
+
+    virtual bool CanSave() const { return false; }
+    virtual void Save() {}
+    virtual bool CanDelete() const { return false; }
+    virtual void Delete() {}
+    virtual bool CanCut() const { return false; }
+    virtual void Cut() {}
+    virtual bool CanCopy() const { return false; }
+    virtual void Copy() {}
+    virtual bool CanPaste() const { return false; }
+    virtual void Paste() {}
+    virtual bool CanUndo() const { return false; }
+    virtual void Undo() {}
+    virtual bool CanPrint() const { return false; }
+    virtual void Print() {}
+};
+
+// The rebate form as the other windows see it: whether it holds unsaved changes, which record
+// it shows ("" before the first save), and how to close it or bring it to the front.
+class RecordForm {
+public:
+    virtual ~RecordForm() = default;
+    virtual bool RecordChanged() const = 0;
+    virtual QString RebateID() const = 0;
+    virtual void Unload() = 0;
+    virtual void ZOrder() = 0;
+
+    // The open rebate form, nullptr when none is loaded.
+    static RecordForm* Open();
+    // Opens the rebate form on a new record (gbNewRecord) or on the selected row of the
+    // Switchboard's current list; the form registers how it is made (Forms::SetFactory).
+    static void Show();
 };
 
 // Lists the open child windows of the area at the end of a Window menu ("&1 Switchboard", the

@@ -1,4 +1,4 @@
-#include "QtDesktop.h"
+#include "common/ui/QtDesktop.h"
 
 #include <QApplication>
 #include <QDesktopServices>

@@ -1,8 +1,8 @@
-#include "StatusBar.h"
+#include "common/ui/StatusBar.h"
 
-#include "Clock.h"
-#include "Forms.h"
-#include "Regional.h"
+#include "common/core/Clock.h"
+#include "common/core/Regional.h"
+#include "common/ui/Forms.h"
 
 #include <QLabel>
 #include <QTimer>

@@ -1,6 +1,6 @@
-#include "TabStrip.h"
+#include "common/ui/TabStrip.h"
 
-#include "VbError.h"
+#include "common/core/VbError.h"
 
 #include <QFrame>
 #include <QGridLayout>

@@ -1,8 +1,8 @@
-#include "Toolbar.h"
+#include "common/ui/Toolbar.h"
 
-#include "ImageList.h"
-#include "MouseButtons.h"
-#include "VbError.h"
+#include "common/core/VbError.h"
+#include "common/ui/ImageList.h"
+#include "common/ui/MouseButtons.h"
 
 #include <QAction>
 #include <QActionGroup>

@@ -1,6 +1,6 @@
-#include "modListUtilities.h"
+#include "common/ui/modListUtilities.h"
 
-#include "ListView.h"
+#include "common/ui/ListView.h"
 
 #include <QtGlobal>
 

@@ -1,9 +1,9 @@
-#include "clsRebates.h"
+#include "app/clsRebates.h"
 
-#include "Database.h"
-#include "Desktop.h"
-#include "Recordset.h"
-#include "VbError.h"
+#include "common/core/Desktop.h"
+#include "common/core/VbError.h"
+#include "data/Database.h"
+#include "data/Recordset.h"
 
 clsRebates::clsRebates() {
     if (!gDatabase)

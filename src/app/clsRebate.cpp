@@ -1,13 +1,13 @@
-#include "clsRebate.h"
+#include "app/clsRebate.h"
 
-#include "Currency.h"
-#include "Database.h"
-#include "Desktop.h"
-#include "Globals.h"
-#include "Recordset.h"
-#include "Regional.h"
-#include "VbError.h"
-#include "modUtilities.h"
+#include "common/core/Currency.h"
+#include "common/core/Desktop.h"
+#include "common/core/Globals.h"
+#include "common/core/Regional.h"
+#include "common/core/VbError.h"
+#include "common/core/modUtilities.h"
+#include "data/Database.h"
+#include "data/Recordset.h"
 
 namespace {
 

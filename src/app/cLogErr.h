@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Desktop.h"
-#include "VbError.h"
+#include "common/core/Desktop.h"
+#include "common/core/VbError.h"
 
 #include <QString>
 #include <functional>

@@ -1,9 +1,9 @@
 #include "Fixture.h"
-#include "Globals.h"
 #include "RebateRows.h"
-#include "VbError.h"
-#include "clsRebate.h"
-#include "clsRebates.h"
+#include "app/clsRebate.h"
+#include "app/clsRebates.h"
+#include "common/core/Globals.h"
+#include "common/core/VbError.h"
 
 #include <QTest>
 #include <iterator>

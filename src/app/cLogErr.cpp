@@ -1,10 +1,10 @@
-#include "cLogErr.h"
+#include "app/cLogErr.h"
 
-#include "Clock.h"
-#include "Globals.h"
-#include "Regional.h"
-#include "Settings.h"
-#include "modUtilities.h"
+#include "common/core/Clock.h"
+#include "common/core/Globals.h"
+#include "common/core/Regional.h"
+#include "common/core/Settings.h"
+#include "common/core/modUtilities.h"
 
 #include <QCoreApplication>
 #include <QFile>

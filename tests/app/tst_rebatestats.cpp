@@ -1,7 +1,7 @@
-#include "Database.h"
 #include "Fixture.h"
 #include "RebateRows.h"
-#include "clsRebateStats.h"
+#include "app/clsRebateStats.h"
+#include "data/Database.h"
 
 #include <QFile>
 #include <QTest>

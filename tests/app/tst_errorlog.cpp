@@ -1,8 +1,8 @@
-#include "Clock.h"
 #include "Fixture.h"
-#include "Settings.h"
-#include "cLogErr.h"
-#include "modUtilities.h"
+#include "app/cLogErr.h"
+#include "common/core/Clock.h"
+#include "common/core/Settings.h"
+#include "common/core/modUtilities.h"
 
 #include <QDir>
 #include <QFile>

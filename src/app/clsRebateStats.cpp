@@ -1,10 +1,10 @@
-#include "clsRebateStats.h"
+#include "app/clsRebateStats.h"
 
-#include "Database.h"
-#include "Recordset.h"
-#include "Regional.h"
-#include "VbError.h"
-#include "cLogErr.h"
+#include "app/cLogErr.h"
+#include "common/core/Regional.h"
+#include "common/core/VbError.h"
+#include "data/Database.h"
+#include "data/Recordset.h"
 
 #include <limits>
 

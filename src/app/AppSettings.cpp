@@ -1,0 +1,96 @@
+#include "app/AppSettings.h"
+
+#include "common/core/Regional.h"
+#include "common/core/Settings.h"
+#include "common/core/VbError.h"
+
+#include <array>
+#include <cmath>
+
+namespace {
+constexpr std::array kTable{
+    Setting::Sound,
+    Setting::Tips,
+    Setting::Alarm,
+    Setting::ErrorLogging,
+    Setting::Postage,
+    Setting::MainLeft,
+    Setting::MainTop,
+    Setting::MainWidth,
+    Setting::MainHeight,
+    Setting::MdiToolbar,
+    Setting::MdiToolbarText,
+    Setting::SwitchboardLeft,
+    Setting::SwitchboardTop,
+    Setting::SwitchboardWidth,
+    Setting::SwitchboardHeight,
+    Setting::ViewNew,
+    Setting::ViewAll,
+    Setting::ViewFollowup,
+    Setting::ViewOverdue,
+    Setting::ViewPaid,
+    Setting::ViewPending,
+    Setting::ViewRejected,
+    Setting::ViewUnsent,
+    Setting::RebateLeft,
+    Setting::RebateTop,
+    Setting::FindLeft,
+    Setting::FindTop,
+};
+
+// Positions beyond this many twips (over 100,000 pixels) are no position on any screen.
+constexpr double kTwipsLimit = 1.5e6;
+
+QString DefaultOf(const SettingSpec& setting) {
+    return setting.defaultValue ? QString::fromLatin1(setting.defaultValue) : QString();
+}
+
+std::optional<double> UsableTwips(const QString& text) {
+    bool ok = false;
+    const double value = text.trimmed().toDouble(&ok);
+    if (!ok || !std::isfinite(value) || std::fabs(value) > kTwipsLimit)
+        return std::nullopt;
+    return value;
+}
+} // namespace
+
+std::span<const SettingSpec> AllSettings() {
+    return kTable;
+}
+
+QString ReadSetting(const SettingSpec& setting) {
+    return GetSetting(kAppTitle, QLatin1String(setting.section), QLatin1String(setting.key),
+                      DefaultOf(setting));
+}
+
+void WriteSetting(const SettingSpec& setting, const QString& value) {
+    SaveSetting(kAppTitle, QLatin1String(setting.section), QLatin1String(setting.key), value);
+}
+
+bool ReadFlag(const SettingSpec& setting) {
+    try {
+        return CBool(ReadSetting(setting));
+    } catch (const VbError&) {
+        return CBool(DefaultOf(setting));
+    }
+}
+
+Currency ReadMoney(const SettingSpec& setting) {
+    try {
+        return CCur(ReadSetting(setting));
+    } catch (const VbError&) {
+        return CCur(DefaultOf(setting));
+    }
+}
+
+std::optional<double> ReadTwips(const SettingSpec& setting) {
+    if (const auto stored = UsableTwips(ReadSetting(setting)))
+        return stored;
+    return UsableTwips(DefaultOf(setting));
+}
+
+int ReadListView(const SettingSpec& setting) {
+    bool ok = false;
+    const int view = ReadSetting(setting).toInt(&ok);
+    return ok && view >= 0 && view <= 3 ? view : DefaultOf(setting).toInt();
+}

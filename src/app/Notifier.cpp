@@ -1,0 +1,6 @@
+#include "app/Notifier.h"
+
+Notifier& Notifier::Instance() {
+    static Notifier instance;
+    return instance;
+}
