@@ -1,5 +1,6 @@
 #include "rebateform/frmRebate.h"
 
+#include "app/AppSettings.h"
 #include "app/Notifier.h"
 #include "app/cLogErr.h"
 #include "app/clsRebate.h"
@@ -7,7 +8,6 @@
 #include "common/core/Desktop.h"
 #include "common/core/Globals.h"
 #include "common/core/Regional.h"
-#include "common/core/Settings.h"
 #include "common/core/VbError.h"
 #include "common/core/modUtilities.h"
 #include "common/ui/Forms.h"
@@ -562,12 +562,8 @@ void frmRebate::Form_Load() {
     SetMousePointer(11);
     lblStatus->setText(QStringLiteral("Loading..."));
 
-    const double left = GetSetting(kAppTitle, QStringLiteral("Settings"),
-                                   QStringLiteral("RebateLeft"), QString::number(kDesignLeft))
-                            .toDouble();
-    const double top = GetSetting(kAppTitle, QStringLiteral("Settings"),
-                                  QStringLiteral("RebateTop"), QString::number(kDesignTop))
-                           .toDouble();
+    const double left = ReadTwips(Setting::RebateLeft).value_or(kDesignLeft);
+    const double top = ReadTwips(Setting::RebateTop).value_or(kDesignTop);
     move(qRound(left / kTwipsPerPixel), qRound(top / kTwipsPerPixel));
 
     try {
@@ -649,10 +645,8 @@ void frmRebate::Form_Unload() {
     SetMousePointer(0);
     if (!Window()->isMinimized()) {
         const QPoint position = Window()->pos();
-        SaveSetting(kAppTitle, QStringLiteral("Settings"), QStringLiteral("RebateLeft"),
-                    QString::number(position.x() * kTwipsPerPixel));
-        SaveSetting(kAppTitle, QStringLiteral("Settings"), QStringLiteral("RebateTop"),
-                    QString::number(position.y() * kTwipsPerPixel));
+        WriteSetting(Setting::RebateLeft, QString::number(position.x() * kTwipsPerPixel));
+        WriteSetting(Setting::RebateTop, QString::number(position.y() * kTwipsPerPixel));
     }
     Form_Deactivate();
     Rebate.reset();

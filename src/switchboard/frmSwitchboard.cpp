@@ -1,5 +1,6 @@
 #include "switchboard/frmSwitchboard.h"
 
+#include "app/AppSettings.h"
 #include "app/Notifier.h"
 #include "app/cLogErr.h"
 #include "app/clsRebate.h"
@@ -7,7 +8,6 @@
 #include "common/core/Desktop.h"
 #include "common/core/Globals.h"
 #include "common/core/Regional.h"
-#include "common/core/Settings.h"
 #include "common/core/VbError.h"
 #include "common/core/modUtilities.h"
 #include "common/ui/Forms.h"
@@ -41,7 +41,6 @@ constexpr int kMinHeight = 5000;
 constexpr int kDesignSize = 6500;
 
 const QString kSource = QStringLiteral("frmSwitchboard");
-const QString kSettings = QStringLiteral("Settings");
 const QString kReady = QStringLiteral("Ready...");
 
 frmSwitchboard* gInstance = nullptr;
@@ -82,15 +81,15 @@ void SetEnabledIfDifferent(QAction* action, bool enabled) {
 }
 
 // The settings key under which each list's view is kept.
-constexpr std::array<std::pair<ListView * frmSwitchboard::*, const char*>, 8> kViewKeys{{
-    {&frmSwitchboard::lvNew, "New"},
-    {&frmSwitchboard::lvAll, "All"},
-    {&frmSwitchboard::lvFollowup, "Followup"},
-    {&frmSwitchboard::lvOverdue, "Overdue"},
-    {&frmSwitchboard::lvPaid, "Paid"},
-    {&frmSwitchboard::lvPending, "Pending"},
-    {&frmSwitchboard::lvRejected, "Rejected"},
-    {&frmSwitchboard::lvUnsent, "Unsent"},
+constexpr std::array<std::pair<ListView * frmSwitchboard::*, const SettingSpec*>, 8> kViewKeys{{
+    {&frmSwitchboard::lvNew, &Setting::ViewNew},
+    {&frmSwitchboard::lvAll, &Setting::ViewAll},
+    {&frmSwitchboard::lvFollowup, &Setting::ViewFollowup},
+    {&frmSwitchboard::lvOverdue, &Setting::ViewOverdue},
+    {&frmSwitchboard::lvPaid, &Setting::ViewPaid},
+    {&frmSwitchboard::lvPending, &Setting::ViewPending},
+    {&frmSwitchboard::lvRejected, &Setting::ViewRejected},
+    {&frmSwitchboard::lvUnsent, &Setting::ViewUnsent},
 }};
 
 // The toolbar buttons that work on any list page; "Delete" needs a record besides.
@@ -580,14 +579,8 @@ void frmSwitchboard::Form_Load() {
     for (ListView* lv : AllLists())
         lv->SetIcons(large, small);
 
-    for (const auto& [list, key] : kViewKeys) {
-        bool ok = false;
-        const int view =
-            GetSetting(kAppTitle, kSettings, QString::fromLatin1(key), QStringLiteral("0"))
-                .toInt(&ok);
-        (this->*list)
-            ->SetView(ok && view >= ListView::lvwIcon && view <= ListView::lvwReport ? view : 0);
-    }
+    for (const auto& [list, setting] : kViewKeys)
+        (this->*list)->SetView(ReadListView(*setting));
 
     AddNewRebateIcon();
     PrepareLists();
@@ -614,17 +607,13 @@ void frmSwitchboard::PlaceWindow() {
     const QSize client = area->viewport()->size() * kTwipsPerPixel;
     const int defaultLeft = qRound((client.width() - kDesignSize) / 2.0);
     const int defaultTop = qRound((client.height() - kDesignSize) / 2.0);
-    const auto read = [](const char* key, int fallback) {
-        bool ok = false;
-        const int value =
-            GetSetting(kAppTitle, kSettings, QString::fromLatin1(key), QString::number(fallback))
-                .toInt(&ok);
-        return ok ? value : fallback;
+    const auto read = [](const SettingSpec& setting, int fallback) {
+        return qRound(ReadTwips(setting).value_or(fallback));
     };
-    const int left = read("SwitchboardLeft", defaultLeft);
-    const int top = read("SwitchboardTop", defaultTop);
-    const int width = std::max(read("SwitchboardWidth", kDesignSize), kMinWidth);
-    const int height = std::max(read("SwitchboardHeight", kDesignSize), kMinHeight);
+    const int left = read(Setting::SwitchboardLeft, defaultLeft);
+    const int top = read(Setting::SwitchboardTop, defaultTop);
+    const int width = std::max(read(Setting::SwitchboardWidth, kDesignSize), kMinWidth);
+    const int height = std::max(read(Setting::SwitchboardHeight, kDesignSize), kMinHeight);
     // The window's outer size, frame included, never goes below 8000 x 5000 twips.
     frame->setMinimumSize(kMinWidth / kTwipsPerPixel, kMinHeight / kTwipsPerPixel);
     frame->setGeometry(left / kTwipsPerPixel, top / kTwipsPerPixel, width / kTwipsPerPixel,
@@ -1458,18 +1447,14 @@ void frmSwitchboard::Form_Unload() {
     QWidget* window = frame ? static_cast<QWidget*>(frame) : this;
     if (!window->isMinimized()) {
         const QRect geometry = window->geometry();
-        SaveSetting(kAppTitle, kSettings, QStringLiteral("SwitchboardLeft"),
-                    QString::number(geometry.x() * kTwipsPerPixel));
-        SaveSetting(kAppTitle, kSettings, QStringLiteral("SwitchboardTop"),
-                    QString::number(geometry.y() * kTwipsPerPixel));
-        SaveSetting(kAppTitle, kSettings, QStringLiteral("SwitchboardWidth"),
-                    QString::number(geometry.width() * kTwipsPerPixel));
-        SaveSetting(kAppTitle, kSettings, QStringLiteral("SwitchboardHeight"),
-                    QString::number(geometry.height() * kTwipsPerPixel));
+        WriteSetting(Setting::SwitchboardLeft, QString::number(geometry.x() * kTwipsPerPixel));
+        WriteSetting(Setting::SwitchboardTop, QString::number(geometry.y() * kTwipsPerPixel));
+        WriteSetting(Setting::SwitchboardWidth, QString::number(geometry.width() * kTwipsPerPixel));
+        WriteSetting(Setting::SwitchboardHeight,
+                     QString::number(geometry.height() * kTwipsPerPixel));
     }
-    for (const auto& [list, key] : kViewKeys)
-        SaveSetting(kAppTitle, kSettings, QString::fromLatin1(key),
-                    QString::number((this->*list)->View()));
+    for (const auto& [list, setting] : kViewKeys)
+        WriteSetting(*setting, QString::number((this->*list)->View()));
     try {
         while (KillFile(TempPath() + QStringLiteral("/~va*.rtf"))) {
         }
