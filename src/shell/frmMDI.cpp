@@ -6,6 +6,7 @@
 #include "common/core/Globals.h"
 #include "common/core/Regional.h"
 #include "common/core/Settings.h"
+#include "common/core/Twips.h"
 #include "common/core/VbError.h"
 #include "common/core/modUtilities.h"
 #include "common/ui/Forms.h"
@@ -31,8 +32,6 @@
 
 namespace {
 frmMDI* gInstance = nullptr;
-
-constexpr int kTwipsPerPixel = 15;
 
 // The pictures every toolbar image list holds; the large grey list also holds "Log".
 const QStringList kToolbarImages{

@@ -5,6 +5,7 @@
 #include "common/core/Desktop.h"
 #include "common/core/Globals.h"
 #include "common/core/Regional.h"
+#include "common/core/Twips.h"
 #include "common/core/VbError.h"
 #include "common/ui/Forms.h"
 #include "common/ui/ImageList.h"
@@ -18,7 +19,6 @@
 #include <QScreen>
 
 namespace {
-constexpr int kTwipsPerPixel = 15;
 
 frmFind* gInstance = nullptr;
 } // namespace

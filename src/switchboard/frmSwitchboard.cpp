@@ -7,7 +7,9 @@
 #include "common/core/Clock.h"
 #include "common/core/Desktop.h"
 #include "common/core/Globals.h"
+#include "common/core/KeyCodes.h"
 #include "common/core/Regional.h"
+#include "common/core/Twips.h"
 #include "common/core/VbError.h"
 #include "common/core/modUtilities.h"
 #include "common/ui/Forms.h"
@@ -20,6 +22,8 @@
 #include "data/Database.h"
 #include "data/RebateStatus.h"
 #include "data/Recordset.h"
+
+#include <optional>
 
 #include <QAction>
 #include <QCloseEvent>
@@ -35,7 +39,6 @@
 #include <QVBoxLayout>
 
 namespace {
-constexpr int kTwipsPerPixel = 15;
 constexpr int kMinWidth = 8000; // twips
 constexpr int kMinHeight = 5000;
 constexpr int kDesignSize = 6500;
@@ -567,8 +570,7 @@ std::array<ListView*, 8> frmSwitchboard::AllLists() const {
 }
 
 void frmSwitchboard::Form_Load() {
-    SetMousePointer(11);
-    SetStatusText(QStringLiteral("Loading records..."));
+    const BusyState busy(QStringLiteral("Loading records..."));
 
     const auto large = [this](const QString& key) {
         return ActiveXImageList.Icon(key);
@@ -592,9 +594,6 @@ void frmSwitchboard::Form_Load() {
     }
     tbsSwitch_Click();
     ShowOverdueAtStart();
-
-    SetMousePointer(0);
-    SetStatusText(kReady);
 }
 
 // Form_Load's placing of the window: the main window's client area is only known once the
@@ -696,9 +695,8 @@ ListItem* frmSwitchboard::AddRebateItem(const RebateRowTexts& texts, const QStri
 
 void frmSwitchboard::AddAllListItems() {
     std::unique_ptr<Recordset> rs;
+    BusyState busy(QStringLiteral("Loading records..."));
     try {
-        SetMousePointer(11);
-        SetStatusText(QStringLiteral("Loading records..."));
         for (ListView* lv : RecordLists())
             lv->ListItems().Clear();
         if (!gDatabase)
@@ -719,47 +717,34 @@ void frmSwitchboard::AddAllListItems() {
             }
         }
     } catch (const VbError& e) {
-        SetStatusText(QStringLiteral("Error loading records..."));
-        SetMousePointer(0);
+        busy.Failed(QStringLiteral("Error loading records..."));
         LogError(e, kSource, QStringLiteral("AddAllListItems()"));
     }
     if (rs)
         rs->Close();
-    SetStatusText(kReady);
-    SetMousePointer(0);
 }
 
 void frmSwitchboard::AddIcons(const QString& rebateID) {
     DoEvents();
-    SetMousePointer(11);
-    SetStatusText(QStringLiteral("Loading records..."));
+    BusyState busy(QStringLiteral("Loading records..."));
     const QString sql =
         QStringLiteral("SELECT * FROM Rebates WHERE (([RebateID])= '") + rebateID + "');";
     SetStatusText(QStringLiteral("Getting rebate info..."));
     DoEvents();
-    std::unique_ptr<Recordset> rs;
-    try {
-        if (!gDatabase)
-            throw VbError(VbError::ObjectNotSet);
-        rs = gDatabase->OpenRecordset(sql);
-        if (!rs->IsEOF()) {
-            rs->MoveFirst();
-            const QString status = GetRebateStatus(*rs);
-            if (ListView* lv = ListForStatus(status)) {
-                const RebateRowTexts texts(*rs, RebateColumns(*rs), status);
-                AddRebateItem(texts, status, lv);
-                AddRebateItem(texts, status, lvAll);
-            }
+    // No handler of its own: the caller hears of a failure, with the pointer restored.
+    if (!gDatabase)
+        throw VbError(VbError::ObjectNotSet);
+    const std::unique_ptr<Recordset> rs = gDatabase->OpenRecordset(sql);
+    if (!rs->IsEOF()) {
+        rs->MoveFirst();
+        const QString status = GetRebateStatus(*rs);
+        if (ListView* lv = ListForStatus(status)) {
+            const RebateRowTexts texts(*rs, RebateColumns(*rs), status);
+            AddRebateItem(texts, status, lv);
+            AddRebateItem(texts, status, lvAll);
         }
-    } catch (...) {
-        // No handler of its own: the caller hears of the failure, with the pointer restored.
-        SetStatusText(kReady);
-        SetMousePointer(0);
-        throw;
     }
     rs->Close();
-    SetStatusText(kReady);
-    SetMousePointer(0);
 }
 
 void frmSwitchboard::DeleteIcons(const QString& rebateID) {
@@ -918,7 +903,7 @@ void frmSwitchboard::tbsSwitch_Click() {
         }
         lv->SetVisible(true);
     } catch (const VbError& e) {
-        SetMousePointer(0);
+        SetMousePointer(MousePointer::Default);
         LogError(e, kSource, QStringLiteral("tbsSwitch_Click"));
     }
 }
@@ -1007,14 +992,14 @@ bool frmSwitchboard::DeleteRebateRecord() {
     const int selected = CountSelected(lv);
     QSet<QString> marked;
     bool inTransaction = false;
+    std::optional<BusyState> busy; // from the user's Yes on
     try {
         if (selected < 2) {
             if (MsgBox(QStringLiteral("Are you sure you want to delete the selected rebate?"),
                        vb::vbYesNo | vb::vbQuestion | vb::vbDefaultButton2,
                        QStringLiteral("Delete Rebate?")) == vb::vbNo)
                 return false;
-            SetMousePointer(11);
-            SetStatusText(QStringLiteral("Deleting record..."));
+            busy.emplace(QStringLiteral("Deleting record..."));
             ListItem* item = lv->SelectedItem();
             if (!item)
                 throw VbError(VbError::ObjectNotSet);
@@ -1027,8 +1012,7 @@ bool frmSwitchboard::DeleteRebateRecord() {
                        vb::vbYesNo | vb::vbQuestion | vb::vbDefaultButton2,
                        QStringLiteral("Delete Rebates?")) == vb::vbNo)
                 return false;
-            SetMousePointer(11);
-            SetStatusText(QStringLiteral("Deleting records..."));
+            busy.emplace(QStringLiteral("Deleting records..."));
             if (!gDatabase)
                 throw VbError(VbError::ObjectNotSet);
             // One transaction for the lot: a write of its own costs a flush of the disk for
@@ -1065,12 +1049,10 @@ bool frmSwitchboard::DeleteRebateRecord() {
             }
         }
         DeleteIconsOf(marked);
-        SetStatusText(QStringLiteral("Error deleting record(s)..."));
-        SetMousePointer(0);
+        if (busy)
+            busy->Failed(QStringLiteral("Error deleting record(s)..."));
         LogError(e, kSource, QStringLiteral("DeleteRebateRecord()"));
     }
-    SetMousePointer(0);
-    SetStatusText(kReady);
     return true;
 }
 
@@ -1283,12 +1265,10 @@ void frmSwitchboard::mnuNewRebate_Click() {
 }
 
 bool frmSwitchboard::OpenRebate() {
-    SetMousePointer(11);
-    SetStatusText(QStringLiteral("Loading Rebate form..."));
+    BusyState busy(QStringLiteral("Loading Rebate form..."));
     if (RecordForm* form = RecordForm::Open()) {
         if (form->RecordChanged()) {
-            SetMousePointer(0);
-            SetStatusText(QStringLiteral("Unsaved record..."));
+            busy.Done(QStringLiteral("Unsaved record..."));
             MsgBox(QStringLiteral("Please save the current rebate record before attempting to "
                                   "edit another record."),
                    vb::vbOKOnly, QStringLiteral("Unsaved Rebate"));
@@ -1299,8 +1279,6 @@ bool frmSwitchboard::OpenRebate() {
     }
     gbNewRecord = false;
     RecordForm::Show();
-    SetMousePointer(0);
-    SetStatusText(kReady);
     return true;
 }
 
@@ -1310,7 +1288,6 @@ void frmSwitchboard::mnuEditRebate_Click() {
         if (lv && lv->ListItems().Count() > 0)
             OpenRebate();
     } catch (const VbError& e) {
-        SetMousePointer(0);
         LogError(e, objectName(), QStringLiteral("mnuEditRebate_Click"));
     }
 }
@@ -1323,7 +1300,7 @@ void frmSwitchboard::lv_DblClick(ListView* lv) {
 }
 
 void frmSwitchboard::lv_KeyPress(ListView* lv, int& keyAscii) {
-    if (keyAscii != 32 && keyAscii != 13)
+    if (keyAscii != vb::vbKeySpace && keyAscii != vb::vbKeyReturn)
         return;
     if (lv == lvNew) {
         mnuNewRebate_Click();
@@ -1369,9 +1346,8 @@ void frmSwitchboard::mnuSuggest_Click() {
 }
 
 void frmSwitchboard::SubmitSuggestion() {
-    SetMousePointer(11);
+    const BusyState busy(QString(), nullptr); // the pointer only, the status line stays
     OpenDocument(QStringLiteral("mailto:") + kSuggestionMailbox);
-    SetMousePointer(0);
 }
 
 void frmSwitchboard::mnuPrintSelected_Click() {}
@@ -1390,11 +1366,9 @@ enum HelpCommand { kIntro, kContents, kSearch };
 }
 
 void frmSwitchboard::ShowHelp(int command) {
-    SetMousePointer(11);
-    SetStatusText(QStringLiteral("Loading help file..."));
+    BusyState busy(QStringLiteral("Loading help file..."));
     if (App::HelpFile().isEmpty()) {
-        SetMousePointer(0);
-        SetStatusText(QStringLiteral("No associated help..."));
+        busy.Failed(QStringLiteral("No associated help..."));
         Help::NoHelpBox(windowTitle());
     } else {
         switch (command) {
@@ -1409,8 +1383,6 @@ void frmSwitchboard::ShowHelp(int command) {
             break;
         }
     }
-    SetMousePointer(0);
-    SetStatusText(kReady);
 }
 
 void frmSwitchboard::mnuIntro_Click() {
