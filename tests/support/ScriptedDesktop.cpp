@@ -23,3 +23,9 @@ bool ScriptedDesktop::PrinterDialog(QPrinter&, QWidget*) {
     ++printerDialogs;
     return printerDialogResult;
 }
+
+int ScriptedDesktop::Dial(const QString& number, const QString& appName, const QString& calledParty,
+                          const QString& comment) {
+    dialed.append(QStringList{number, appName, calledParty, comment}.join(QLatin1Char('|')));
+    return dialResults.isEmpty() ? 0 : dialResults.takeFirst();
+}
