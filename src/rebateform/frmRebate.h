@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/ui/Forms.h"
 #include "common/ui/MdiChild.h"
 
 #include <QMap>
@@ -132,6 +133,8 @@ private:
     void UpdateCutCopyButtons();
     void ShowTag(QWidget* control);
     QWidget* Window() const;
+    // The form's own status line, for the busy states of its long actions.
+    BusyState::StatusSetter StatusLabel() const;
 
     QString SelectedTab() const;
     void SelectTab(const QString& caption);
