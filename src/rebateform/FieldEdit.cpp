@@ -71,6 +71,12 @@ void FieldEdit::CutAsOneStep() {
     CloseUndoRun();
 }
 
+void FieldEdit::PasteText(const QString& text) {
+    CloseUndoRun();
+    insert(text);
+    CloseUndoRun();
+}
+
 void FieldEdit::PasteAsOneStep() {
     CloseUndoRun();
     paste();

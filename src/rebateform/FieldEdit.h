@@ -38,6 +38,8 @@ public:
     // The one-step undo (EM_CANUNDO, EM_UNDO).
     bool CanUndo() const { return mCanUndo; }
     void Undo();
+    // Puts the text in place of the selection as one undo step, around the key rules.
+    void PasteText(const QString& text);
 
     // How the focus came last: Tab, Backtab, an access key, the mouse or code.
     Qt::FocusReason LastFocusReason() const { return mLastFocusReason; }

@@ -12,7 +12,9 @@
 #include "common/core/Twips.h"
 #include "common/core/VbError.h"
 #include "common/core/modUtilities.h"
+#include "common/ui/EntryTools.h"
 #include "common/ui/Forms.h"
+#include "common/ui/ImageList.h"
 #include "common/ui/MainFrame.h"
 #include "common/ui/Toolbar.h"
 #include "data/Database.h"
@@ -23,6 +25,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -77,6 +80,39 @@ double ValueOf(const QString& text) {
 
 QIcon Picture(const QString& key) {
     return QIcon(QStringLiteral(":/icons/%1.svg").arg(key));
+}
+
+// The mouse pointers over the link fields, made from the pictures of the same names.
+QCursor LinkCursor(const QString& key) {
+    return QCursor(ImageList::Render(QStringLiteral(":/icons/%1.svg").arg(key), 24));
+}
+
+// The colours of the two link fields.
+const QColor kLinkColor(0, 0, 255);          // not followed yet
+const QColor kVisitedLinkColor(255, 0, 255); // followed in this form's life
+const QColor kHotLinkColor(255, 0, 0);       // the mouse over it
+
+QColor ForeColor(const QWidget* field) {
+    return field->palette().color(QPalette::Text);
+}
+
+void SetForeColor(QWidget* field, const QColor& color) {
+    QPalette palette = field->palette();
+    palette.setColor(QPalette::Text, color);
+    field->setPalette(palette);
+}
+
+// The years a date field takes.
+constexpr int kFirstYear = 100;
+constexpr int kLastYear = 9999;
+
+// The digits of a text, "0" to "9" only.
+QString DigitsOnly(const QString& text) {
+    QString digits;
+    for (const QChar ch : text)
+        if (ch >= QLatin1Char('0') && ch <= QLatin1Char('9'))
+            digits += ch;
+    return digits;
 }
 } // namespace
 
@@ -202,12 +238,18 @@ void frmRebate::BuildMenus() {
 
     mnuEdit = new QMenu(QStringLiteral("&Edit"), this);
     mnuEdit->setObjectName(QStringLiteral("mnuEdit"));
+    connect(addAction(mnuEdit, "mnuUndo", QStringLiteral("&Undo\tEsc")), &QAction::triggered, this,
+            &frmRebate::mnuUndo_Click);
+    mnuEdit->addSeparator();
     connect(addAction(mnuEdit, "mnuCut", QStringLiteral("Cu&t")), &QAction::triggered, this,
             &frmRebate::mnuCut_Click);
     connect(addAction(mnuEdit, "mnuCopy", QStringLiteral("&Copy")), &QAction::triggered, this,
             &frmRebate::mnuCopy_Click);
     connect(addAction(mnuEdit, "mnuPaste", QStringLiteral("&Paste")), &QAction::triggered, this,
             &frmRebate::mnuPaste_Click);
+    mnuEdit->addSeparator();
+    connect(addAction(mnuEdit, "mnuZoom", QStringLiteral("&Zoom...\tAlt+Z")), &QAction::triggered,
+            this, &frmRebate::mnuZoom_Click);
 
     mnuView = new QMenu(QStringLiteral("&View"), this);
     mnuView->setObjectName(QStringLiteral("mnuView"));
@@ -283,6 +325,15 @@ FieldEdit* frmRebate::AddField(QFormLayout* form, int index, const QString& data
         txtFields_Validate(f.Index(), cancel);
     };
     connect(field, &QLineEdit::textChanged, this, [this, index] { txtFields_Change(index); });
+    connect(field, &QLineEdit::selectionChanged, this, [this, field] {
+        if (field->hasFocus())
+            UpdateCutCopyButtons();
+    });
+    if (index == RebateField::Email || index == RebateField::WebSite) {
+        field->setMouseTracking(true);
+        SetForeColor(field, kLinkColor);
+        field->setCursor(LinkCursor(QStringLiteral("nohyperlink")));
+    }
 
     if (!form)
         return field;
@@ -383,12 +434,15 @@ QWidget* frmRebate::BuildRebatePage() {
         button->setFixedWidth(32);
         return button;
     };
-    // What the three buttons do belongs to the contact links and the dialer.
     cmdDial = smallButton("cmdDial", QStringLiteral("dialer"), QStringLiteral("Dial the number"));
     cmdEditEmail = smallButton("cmdEditEmail", QStringLiteral("hyperlink"),
                                QStringLiteral("Edit the email address"));
     cmdEditWeb = smallButton("cmdEditWeb", QStringLiteral("hyperlink"),
                              QStringLiteral("Edit the web site URL"));
+
+    connect(cmdDial, &QPushButton::clicked, this, &frmRebate::cmdDial_Click);
+    connect(cmdEditEmail, &QPushButton::clicked, this, &frmRebate::cmdEditEmail_Click);
+    connect(cmdEditWeb, &QPushButton::clicked, this, &frmRebate::cmdEditWeb_Click);
 
     AddField(contact, RebateField::RebateName, QStringLiteral("RebateName"),
              QStringLiteral("&Rebate Name:"), QStringLiteral("Name of rebate offer..."));
@@ -790,8 +844,10 @@ bool frmRebate::Form_KeyDown(int keyCode, int shift) {
         ChangePage((selected + count - 1) % count);
         return true;
     }
-    if ((shift & vb::vbAltMask) && keyCode == vb::vbKeyZ)
-        return true; // the zoom box joins later
+    if ((shift & vb::vbAltMask) && keyCode == vb::vbKeyZ) {
+        mnuZoom_Click();
+        return true;
+    }
     return false;
 }
 
@@ -832,6 +888,26 @@ bool frmRebate::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::MouseButtonRelease:
         if (auto* label = qobject_cast<QLabel*>(watched); label && mLabels.contains(label))
             lblLabels_Click(mLabels.value(label));
+        if (auto* field = qobject_cast<FieldEdit*>(watched);
+            field && mFields.value(field->Index()) == field) {
+            if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton)
+                txtFields_Click(field->Index());
+            UpdateCutCopyButtons();
+        }
+        break;
+    case QEvent::MouseMove:
+        if (auto* field = qobject_cast<FieldEdit*>(watched);
+            field && mFields.value(field->Index()) == field)
+            txtFields_MouseMove(field->Index());
+        else if (mbLinkHot && (watched == this || (qobject_cast<QWidget*>(watched) &&
+                                                   isAncestorOf(static_cast<QWidget*>(watched)))))
+            RestoreLinkColors();
+        break;
+    case QEvent::Leave:
+        // Leaving a link for anywhere, also outside the form, gives it back its colour.
+        if (mbLinkHot && (watched == txtFields(RebateField::Email) ||
+                          watched == txtFields(RebateField::WebSite)))
+            RestoreLinkColors();
         break;
     case QEvent::FocusIn: {
         const auto reason = static_cast<QFocusEvent*>(event)->reason();
@@ -888,7 +964,7 @@ void frmRebate::txtFields_Change(int index) {
         case RebateField::Email:
         case RebateField::WebSite:
             if (!txtFields(index)->text().isEmpty())
-                txtFields(index)->setCursor(Qt::PointingHandCursor);
+                txtFields(index)->setCursor(LinkCursor(QStringLiteral("hyperlink")));
             break;
         case RebateField::FollowupDate:
             txtFields(RebateField::FollowupPostage)
@@ -911,6 +987,7 @@ void frmRebate::txtFields_Change(int index) {
 void frmRebate::txtFields_GotFocus(int index) {
     FieldEdit* field = txtFields(index);
     SelectOnFocus(field);
+    UpdateCutCopyButtons();
     if (index == RebateField::AmountReceived) {
         bool emptyOrZero = field->text().isEmpty();
         if (!emptyOrZero) {
@@ -948,7 +1025,49 @@ void frmRebate::txtFields_KeyUp(int, int keyCode, int) {
 void frmRebate::DateShortcutKey(FieldEdit* field, int keyAscii) {
     const QString text = field->text();
     const QString base = (!text.isEmpty() && IsDate(text)) ? text : QString();
-    field->setText(Format(DateShortcut(keyAscii, base), QStringLiteral("mm/dd/yyyy")));
+    const QDate date = DateShortcut(keyAscii, base);
+    if (date.year() < kFirstYear || date.year() > kLastYear) {
+        // No date field holds a day outside the years 100 to 9999: the field keeps its date.
+        MsgBox(QStringLiteral("Please enter a valid date."), vb::vbOKOnly,
+               QStringLiteral("Invalid Date"));
+        return;
+    }
+    field->setText(Format(date, QStringLiteral("mm/dd/yyyy")));
+    mbEdited = true;
+}
+
+void frmRebate::CalendarKey(FieldEdit* field) {
+    gsCalendarDate =
+        field->text().isEmpty() ? QString() : Format(field->text(), QStringLiteral("mm/dd/yyyy"));
+    gCalendarTarget = field;
+    if (TheEntryTools().ShowCalendar)
+        TheEntryTools().ShowCalendar(this);
+}
+
+void frmRebate::CalculatorKey(FieldEdit* field) {
+    if (!field->text().isEmpty()) {
+        try {
+            gcCalculatorValue = CCur(field->text());
+        } catch (const VbError& e) {
+            // A text that isn't money can't seed the calculator; the field's check on leaving
+            // tells the user.
+            LogError(e, kFormName, QStringLiteral("txtFields_KeyPress"));
+            return;
+        }
+    }
+    if (TheEntryTools().ShowCalculator)
+        TheEntryTools().ShowCalculator(this);
+}
+
+void frmRebate::WeekConverterKey(int index) {
+    // Only Date Due converts, and only from a Date Sent.
+    if (index != RebateField::DateDue || !IsDate(txtFields(RebateField::DateSent)->text()) ||
+        !TheEntryTools().ShowWeekConverter)
+        return;
+    const QString due = TheEntryTools().ShowWeekConverter(txtFields(RebateField::DateSent)->text());
+    if (due.isEmpty())
+        return;
+    txtFields(RebateField::DateDue)->setText(due);
     mbEdited = true;
 }
 
@@ -966,13 +1085,15 @@ void frmRebate::txtFields_KeyPress(int index, int& keyAscii) {
             mbEdited = true;
         } else if (keyAscii == '/') {
         } else if (keyAscii == 'w' || keyAscii == 'W') {
-            keyAscii = 0; // the week converter joins later
+            keyAscii = 0;
+            WeekConverterKey(index);
         } else if (QStringLiteral("yYtT=+-_").contains(QChar(keyAscii))) {
             const int key = keyAscii;
             keyAscii = 0;
             DateShortcutKey(field, key);
         } else if (keyAscii == 'c' || keyAscii == 'C') {
-            keyAscii = 0; // the calendar joins later
+            keyAscii = 0;
+            CalendarKey(field);
         } else if (keyAscii == vb::vbKeyBack) {
             mbEdited = true;
         } else {
@@ -982,8 +1103,10 @@ void frmRebate::txtFields_KeyPress(int index, int& keyAscii) {
     case FieldClass::Currency:
         if (IsDigit(keyAscii) || keyAscii == '.' || keyAscii == '$' || keyAscii == vb::vbKeyBack) {
             mbEdited = true;
+        } else if (keyAscii == 'c' || keyAscii == 'C') {
+            keyAscii = 0;
+            CalculatorKey(field);
         } else {
-            // "c" opens the calculator once it joins; any other key is refused.
             keyAscii = 0;
         }
         break;
@@ -1373,8 +1496,117 @@ void frmRebate::mnuUndo_Click() {
     }
 }
 
-// The clipboard commands and printing join with the clipboard and report work.
-void frmRebate::mnuCut_Click() {}
-void frmRebate::mnuCopy_Click() {}
-void frmRebate::mnuPaste_Click() {}
+void frmRebate::mnuCopy_Click() {
+    QClipboard* clipboard = QApplication::clipboard();
+    clipboard->clear();
+    if (auto* field = qobject_cast<QLineEdit*>(focusWidget()))
+        clipboard->setText(field->selectedText());
+}
+
+void frmRebate::mnuCut_Click() {
+    mnuCopy_Click();
+    if (auto* field = qobject_cast<QLineEdit*>(focusWidget())) {
+        // Deleted as by the Delete key, so the cut can be undone like typing.
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier);
+        QKeyEvent release(QEvent::KeyRelease, Qt::Key_Delete, Qt::NoModifier);
+        QApplication::sendEvent(field, &press);
+        QApplication::sendEvent(field, &release);
+    }
+    mbEdited = true;
+}
+
+void frmRebate::mnuPaste_Click() {
+    auto* field = qobject_cast<FieldEdit*>(focusWidget());
+    if (!field)
+        return;
+    // The key rules don't see a paste; the field's check does, at once and again on leaving.
+    field->PasteText(QApplication::clipboard()->text());
+    bool cancel = false;
+    txtFields_Validate(field->Index(), cancel);
+    mbEdited = true;
+}
+
+void frmRebate::mnuZoom_Click() {
+    QWidget* control = focusWidget();
+    if (control && TheEntryTools().ShowZoomBox)
+        TheEntryTools().ShowZoomBox(control);
+}
+
+void frmRebate::UpdateCutCopyButtons() {
+    MainFrame* main = MainFrame::Instance();
+    auto* field = qobject_cast<QLineEdit*>(focusWidget());
+    if (!main || !field)
+        return;
+    const bool selected = field->hasSelectedText();
+    for (const QString& key : {QStringLiteral("Cut"), QStringLiteral("Copy")}) {
+        ToolbarButton& button = main->MainToolbar()->Buttons(key);
+        if (button.Enabled() != selected)
+            button.SetEnabled(selected);
+    }
+}
+
+// --- contact links --------------------------------------------------------------------------
+
+void frmRebate::txtFields_MouseMove(int index) {
+    if (index != RebateField::Email && index != RebateField::WebSite)
+        return;
+    FieldEdit* field = txtFields(index);
+    if (field->text().isEmpty()) {
+        field->setCursor(LinkCursor(QStringLiteral("nohyperlink")));
+    } else {
+        field->setCursor(LinkCursor(QStringLiteral("hyperlink")));
+        SetForeColor(field, kHotLinkColor);
+    }
+    mbLinkHot = true;
+}
+
+void frmRebate::RestoreLinkColors() {
+    for (const auto& [field, visited] :
+         {std::pair{txtFields(RebateField::WebSite), mbWebVisited},
+          std::pair{txtFields(RebateField::Email), mbEmailVisited}}) {
+        if (ForeColor(field) == kHotLinkColor)
+            SetForeColor(field, visited ? kVisitedLinkColor : kLinkColor);
+    }
+}
+
+void frmRebate::txtFields_Click(int index) {
+    if (index != RebateField::Email && index != RebateField::WebSite)
+        return;
+    FieldEdit* field = txtFields(index);
+    const QString text = field->text();
+    if (text.isEmpty())
+        return;
+    const QString scheme =
+        index == RebateField::Email ? QStringLiteral("mailto:") : QStringLiteral("http://");
+    const QString target = text.contains(scheme, Qt::CaseInsensitive) ? text : scheme + text;
+    SetForeColor(field, kVisitedLinkColor);
+    (index == RebateField::Email ? mbEmailVisited : mbWebVisited) = true;
+    OpenDocument(target);
+}
+
+void frmRebate::cmdEditEmail_Click() {
+    txtFields(RebateField::Email)
+        ->setFocus(cmdEditEmail->hasFocus() && !cmdEditEmail->underMouse() ? Qt::ShortcutFocusReason
+                                                                           : Qt::MouseFocusReason);
+    SelectOnFocus(txtFields(RebateField::Email));
+}
+
+void frmRebate::cmdEditWeb_Click() {
+    txtFields(RebateField::WebSite)
+        ->setFocus(cmdEditWeb->hasFocus() && !cmdEditWeb->underMouse() ? Qt::ShortcutFocusReason
+                                                                       : Qt::MouseFocusReason);
+    SelectOnFocus(txtFields(RebateField::WebSite));
+}
+
+void frmRebate::cmdDial_Click() {
+    if (DigitsOnly(txtFields(RebateField::PhoneNumber)->text()).isEmpty()) {
+        MsgBox(QStringLiteral("Please enter a valid number before attempting to dial."),
+               vb::vbInformation, QStringLiteral("Invalid Telephone Number"));
+        txtFields(RebateField::PhoneNumber)->setFocus(Qt::OtherFocusReason);
+        return;
+    }
+    if (TheEntryTools().ShowDialer)
+        TheEntryTools().ShowDialer(this, txtFields(RebateField::PhoneNumber)->text(),
+                                   txtFields(RebateField::RebateName)->text());
+}
 void frmRebate::mnuPrint_Click() {}

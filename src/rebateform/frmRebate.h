@@ -68,6 +68,9 @@ public:
     void txtFields_Validate(int index, bool& cancel);
     void chkFields_Click(int index);
     void lblLabels_Click(int index);
+    // The contact links: the mouse over Email (7) or Web Site (22) and a click that opens it.
+    void txtFields_MouseMove(int index);
+    void txtFields_Click(int index);
     // Keys the form sees before its controls; true when the key was used up.
     bool Form_KeyDown(int keyCode, int shift);
     void Form_Activate();
@@ -82,6 +85,9 @@ public Q_SLOTS:
     void cmdCancel_Click();
     void cmdDelete_Click();
     void cmdOK_Click();
+    void cmdDial_Click();
+    void cmdEditEmail_Click();
+    void cmdEditWeb_Click();
     void mnuCopy_Click();
     void mnuCut_Click();
     void mnuDeleteRecord_Click();
@@ -89,6 +95,8 @@ public Q_SLOTS:
     void mnuPrint_Click();
     void mnuSaveRecord_Click();
     void mnuUndo_Click();
+    // The text of the field with the focus in the zoom box (Alt+Z).
+    void mnuZoom_Click();
     // Closes the form without saving (the close box and "Close without Saving" do the same).
     void Unload() override;
     // Brings the form to the front of the main window.
@@ -118,6 +126,11 @@ private:
     QString NewRebateID() const;
     bool FocusMovesTo(QWidget* target);
     void DateShortcutKey(FieldEdit* field, int keyAscii);
+    void CalendarKey(FieldEdit* field);
+    void CalculatorKey(FieldEdit* field);
+    void WeekConverterKey(int index);
+    void RestoreLinkColors();
+    void UpdateCutCopyButtons();
     void ShowTag(QWidget* control);
     QWidget* Window() const;
     // The form's own status line, for the busy states of its long actions.
@@ -142,6 +155,9 @@ private:
     bool mbCtrlDown = false;
     bool mbUnloaded = false;
     bool mbActive = false; // the active child of the main window
+    bool mbWebVisited = false;
+    bool mbEmailVisited = false;
+    bool mbLinkHot = false; // the mouse has been over a link, whose colour may need restoring
 
     QMap<int, FieldEdit*> mFields;
     QMap<int, QCheckBox*> mChecks;

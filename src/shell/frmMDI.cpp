@@ -16,6 +16,8 @@
 #include "common/ui/Toolbar.h"
 #include "data/Database.h"
 #include "shell/modMain.h"
+#include "tools/frmAutoDial.h"
+#include "tools/frmCalculator.h"
 
 #include <QAction>
 #include <QApplication>
@@ -381,8 +383,10 @@ void frmMDI::mnuSearchForHelpOn_Click() {
 void frmMDI::tbToolBar_ButtonClick(const QString& key) {
     if (key == QStringLiteral("Exit")) {
         close();
-    } else if (key == QStringLiteral("Calc") || key == QStringLiteral("Dialer")) {
-        // The Calculator and the Telephone Dialer come with the entry tools.
+    } else if (key == QStringLiteral("Calc")) {
+        frmCalculator::ShowModal(this);
+    } else if (key == QStringLiteral("Dialer")) {
+        frmAutoDial::ShowModal(this, QString(), QString());
     } else if (key == QStringLiteral("Options")) {
         mnuViewOptions_Click();
     } else if (key == QStringLiteral("Web")) {

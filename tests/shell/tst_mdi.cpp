@@ -207,8 +207,16 @@ private Q_SLOTS:
         main->mnuTbPopupSmall->trigger();
         QVERIFY(main->mnuTbPopupSmall->isChecked());
         QCOMPARE(main->tbToolBar->iconSize(), QSize(16, 16));
-        // The left button on a button is a click, never the pop-up.
+        // The left button on a button is a click, never the pop-up: Calc opens the calculator.
+        QString opened;
+        QTimer::singleShot(0, main, [&opened] {
+            if (QWidget* dialog = QApplication::activeModalWidget()) {
+                opened = dialog->objectName();
+                dialog->close();
+            }
+        });
         QTest::mouseClick(main->findChild<QToolButton*>("Calc"), Qt::LeftButton);
+        QCOMPARE(opened, QString("frmCalculator"));
         QVERIFY(!main->mnuTbPopup->isVisible());
     }
 

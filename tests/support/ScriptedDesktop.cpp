@@ -30,3 +30,9 @@ QStringList ScriptedDesktop::Shown() const {
         shown << box.title + " | " + QString::number(box.style) + " | " + box.prompt;
     return shown;
 }
+
+int ScriptedDesktop::Dial(const QString& number, const QString& appName, const QString& calledParty,
+                          const QString& comment) {
+    dialed.append(QStringList{number, appName, calledParty, comment}.join(QLatin1Char('|')));
+    return dialResults.isEmpty() ? 0 : dialResults.takeFirst();
+}

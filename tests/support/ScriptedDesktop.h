@@ -27,12 +27,17 @@ public:
     bool OpenDocument(const QString& target) override;
     bool PrinterDialog(QPrinter& printer, QWidget* parent) override;
     void Beep() override { ++beeps; }
+    // Records the call as "number|appName|calledParty|comment"; answers the next queued code,
+    // else 0.
+    int Dial(const QString& number, const QString& appName, const QString& calledParty,
+             const QString& comment) override;
 
     // The answer of the next message box (vb::vbYes, vb::vbNo, ...).
     void SetNextAnswer(int answer) { answers.append(answer); }
     // Runs while the next message box is "showing" (to look at the program in that moment).
     void OnNextBox(std::function<void(const Box&)> action) { boxActions.append(std::move(action)); }
     void SetNextInput(const QString& text) { inputs.append(text); }
+    void SetNextDialResult(int code) { dialResults.append(code); }
 
     QList<Box> boxes;
     QList<int> answers;
@@ -40,6 +45,8 @@ public:
     QStringList inputs;
     QStringList inputPrompts;
     QStringList openedDocuments;
+    QStringList dialed;
+    QList<int> dialResults;
     bool openDocumentResult = true;
     bool printerDialogResult = true;
     int printerDialogs = 0;

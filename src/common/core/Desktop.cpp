@@ -16,6 +16,9 @@ public:
     bool OpenDocument(const QString&) override { return false; }
     bool PrinterDialog(QPrinter&, QWidget*) override { return false; }
     void Beep() override {}
+    int Dial(const QString&, const QString&, const QString&, const QString&) override {
+        return DialNoRequestRecipient;
+    }
 };
 } // namespace
 

@@ -56,6 +56,17 @@ public:
     // The printer dialog; false when the user cancels.
     virtual bool PrinterDialog(QPrinter& printer, QWidget* parent) = 0;
     virtual void Beep() = 0;
+    // Asks the desktop to place a telephone call. Returns 0 when a dialing program took the
+    // request, else one of the DialResult codes.
+    virtual int Dial(const QString& number, const QString& appName, const QString& calledParty,
+                     const QString& comment) = 0;
+};
+
+// The answers of Desktop::Dial other than 0, as telephony has always numbered them.
+enum DialResult {
+    DialNoRequestRecipient = -2, // no dialing program is running or could be started
+    DialRequestQueueFull = -3,
+    DialInvalidDestination = -4,
 };
 
 Desktop& TheDesktop();

@@ -5,6 +5,7 @@ bool gbRecordSaved = false;
 QString gsSavedRebateID;
 QString gFindWhat;
 QString gsCalendarDate;
+QPointer<QObject> gCalendarTarget;
 Currency gcCalculatorValue;
 QString gTCRLink;
 bool gAppStarted = false;
@@ -15,6 +16,7 @@ void ResetGlobals() {
     gsSavedRebateID.clear();
     gFindWhat.clear();
     gsCalendarDate.clear();
+    gCalendarTarget.clear();
     gcCalculatorValue = Currency();
     gTCRLink.clear();
     gAppStarted = false;

@@ -2,6 +2,8 @@
 
 #include "common/core/Currency.h"
 
+#include <QObject>
+#include <QPointer>
 #include <QString>
 
 // Application-wide values shared between the Switchboard, the rebate form and the entry
@@ -11,6 +13,8 @@ extern bool gbRecordSaved;      // a saved record waits to be brought into the l
 extern QString gsSavedRebateID; // the RebateID of that record
 extern QString gFindWhat;       // the last search text of frmFind
 extern QString gsCalendarDate;  // date handed to and returned by frmCalendar
+// The field whose text frmCalendar sets on OK; it lets go of it then.
+extern QPointer<QObject> gCalendarTarget;
 extern Currency gcCalculatorValue;
 extern QString gTCRLink; // the newsletter's subscription page
 extern bool gAppStarted; // start-up has finished

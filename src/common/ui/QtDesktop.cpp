@@ -150,3 +150,10 @@ bool QtDesktop::PrinterDialog(QPrinter& printer, QWidget* parent) {
 void QtDesktop::Beep() {
     QApplication::beep();
 }
+
+int QtDesktop::Dial(const QString& number, const QString&, const QString&, const QString&) {
+    const QUrl url(QStringLiteral("tel:") + number);
+    if (!url.isValid())
+        return DialInvalidDestination;
+    return QDesktopServices::openUrl(url) ? 0 : DialNoRequestRecipient;
+}

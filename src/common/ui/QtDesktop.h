@@ -7,7 +7,7 @@
 class QMessageBox;
 
 // The desktop seam on Qt: message boxes, input boxes, the printer dialog, the system's
-// handler for files, URLs and mail.
+// handler for files, URLs, mail and telephone numbers.
 class QtDesktop final : public Desktop {
 public:
     int MsgBox(const QString& prompt, int style, const QString& title) override;
@@ -16,6 +16,10 @@ public:
     bool OpenDocument(const QString& target) override;
     bool PrinterDialog(QPrinter& printer, QWidget* parent) override;
     void Beep() override;
+    // Hands "tel:" and the number to the desktop's handler of telephone links; -2 when the
+    // desktop has none. The other texts serve a dialing program that could show them.
+    int Dial(const QString& number, const QString& appName, const QString& calledParty,
+             const QString& comment) override;
 
     // The box MsgBox shows: the style's icon, buttons and default button; each line of the
     // prompt a line of its own (CR LF, CR or LF), a leading tab a modest indent that wrapped

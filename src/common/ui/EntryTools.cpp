@@ -1,0 +1,6 @@
+#include "common/ui/EntryTools.h"
+
+EntryTools& TheEntryTools() {
+    static EntryTools tools;
+    return tools;
+}
