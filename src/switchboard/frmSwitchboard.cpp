@@ -18,6 +18,7 @@
 #include "common/ui/Toolbar.h"
 #include "common/ui/modListUtilities.h"
 #include "data/Database.h"
+#include "data/RebateQueries.h"
 #include "data/RebateStatus.h"
 #include "data/Recordset.h"
 
@@ -712,10 +713,7 @@ void frmSwitchboard::AddAllListItems() {
         SetStatusText(QStringLiteral("Loading records..."));
         for (ListView* lv : RecordLists())
             lv->ListItems().Clear();
-        if (!gDatabase)
-            throw VbError(VbError::ObjectNotSet);
-        rs = gDatabase->OpenRecordset(
-            QStringLiteral("SELECT * FROM Rebates WHERE NOT (((Rebates.Deleted)=True))"));
+        rs = RebateQueries::OpenListRows();
         if (!(rs->IsEOF() && rs->IsBOF())) {
             const RebateColumns columns(*rs);
             const QDate today = Date();
@@ -744,15 +742,11 @@ void frmSwitchboard::AddIcons(const QString& rebateID) {
     DoEvents();
     SetMousePointer(11);
     SetStatusText(QStringLiteral("Loading records..."));
-    const QString sql =
-        QStringLiteral("SELECT * FROM Rebates WHERE (([RebateID])= '") + rebateID + "');";
     SetStatusText(QStringLiteral("Getting rebate info..."));
     DoEvents();
     std::unique_ptr<Recordset> rs;
     try {
-        if (!gDatabase)
-            throw VbError(VbError::ObjectNotSet);
-        rs = gDatabase->OpenRecordset(sql);
+        rs = RebateQueries::OpenListRow(rebateID);
         if (!rs->IsEOF()) {
             rs->MoveFirst();
             const QString status = GetRebateStatus(*rs);
@@ -1001,19 +995,6 @@ bool frmSwitchboard::DeleteRebateRecord() {
         if (form && form->RebateID() == rebateID)
             form->Unload();
     };
-    const auto markDeleted = [](const QString& rebateID) {
-        if (!gDatabase)
-            throw VbError(VbError::ObjectNotSet);
-        auto rs = gDatabase->OpenRecordset(
-            QStringLiteral("Select * from Rebates Where RebateID = '") + rebateID + "'");
-        if (!rs->IsEOF()) {
-            rs->MoveFirst();
-            rs->Edit();
-            rs->SetField(QStringLiteral("Deleted"), true);
-            rs->Update();
-        }
-        rs->Close();
-    };
 
     const int selected = CountSelected(lv);
     QSet<QString> marked;
@@ -1031,7 +1012,7 @@ bool frmSwitchboard::DeleteRebateRecord() {
                 throw VbError(VbError::ObjectNotSet);
             const QString rebateID = item->SubItems(3);
             closeFormShowing(rebateID);
-            markDeleted(rebateID);
+            RebateQueries::MarkRebateDeleted(rebateID);
             marked.insert(rebateID);
         } else {
             if (MsgBox(QStringLiteral("Are you sure you want to delete the selected rebates?"),
@@ -1052,7 +1033,7 @@ bool frmSwitchboard::DeleteRebateRecord() {
                     continue;
                 const QString rebateID = item->SubItems(3);
                 closeFormShowing(rebateID);
-                markDeleted(rebateID);
+                RebateQueries::MarkRebateDeleted(rebateID);
                 marked.insert(rebateID);
             }
             gDatabase->CommitTrans();
