@@ -10,6 +10,7 @@
 #include "data/Database.h"
 #include "data/RebateQueries.h"
 #include "rebateform/FieldEdit.h"
+#include "rebateform/RebateFields.h"
 #include "rebateform/frmRebate.h"
 #include "shell/modMain.h"
 #include "switchboard/frmSwitchboard.h"
@@ -146,11 +147,12 @@ private Q_SLOTS:
         QCOMPARE(form->RebateID(), key);
 
         QList<QVariantMap> expected = Store();
-        RebateFormDriver::Type(form, 17, "saved");
+        RebateFormDriver::Type(form, RebateField::Remarks, "saved");
         form->mnuSaveRecord_Click();
         Expect(expected, key, "Remarks", "saved");
         QCOMPARE(Store(), expected);
-        RebateFormDriver::Type(form, 17, " and closed"); // the field keeps the focus
+        RebateFormDriver::Type(form, RebateField::Remarks,
+                               " and closed"); // the field keeps the focus
         form->cmdOK_Click();
         QVERIFY(!frmRebate::Instance());
         Expect(expected, key, "Remarks", "saved and closed");
@@ -202,7 +204,7 @@ private Q_SLOTS:
             board.mnuEditRebate->trigger();
             form = frmRebate::Instance();
             QVERIFY(form);
-            RebateFormDriver::Type(form, 17, "typed");
+            RebateFormDriver::Type(form, RebateField::Remarks, "typed");
         }
         QSqlQuery sql(gDatabase->Connection());
         if (cause != "twice") {
@@ -231,7 +233,7 @@ private Q_SLOTS:
                 form->cmdOK_Click();
             QCOMPARE(frmRebate::Instance(), form);
             QVERIFY(form->isVisible());
-            QCOMPARE(form->txtFields(17)->text(), QString("typed"));
+            QCOMPARE(form->txtFields(RebateField::Remarks)->text(), QString("typed"));
             QVERIFY(form->RecordChanged());
             QCOMPARE(boxes.size(), 1);
         }
