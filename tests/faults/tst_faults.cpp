@@ -151,8 +151,8 @@ private Q_SLOTS:
         form->mnuSaveRecord_Click();
         Expect(expected, key, "Remarks", "saved");
         QCOMPARE(Store(), expected);
-        RebateFormDriver::Type(form, RebateField::Remarks,
-                               " and closed"); // the field keeps the focus
+        // The field still has the focus: the typing goes on at the end.
+        RebateFormDriver::Type(form, RebateField::Remarks, " and closed");
         form->cmdOK_Click();
         QVERIFY(!frmRebate::Instance());
         Expect(expected, key, "Remarks", "saved and closed");
