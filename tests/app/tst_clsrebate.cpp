@@ -63,159 +63,124 @@ const struct {
 class tst_clsrebate : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void newRecordSavedTwiceIsOneRow();
-    void blankMemberIsStored_data();
-    void blankMemberIsStored();
-    void readsTheSelectedRow();
-    void missingRowRaises();
-    void refreshNeedsTheFormAndAKey_data();
-    void refreshNeedsTheFormAndAKey();
-    void movesBeepAtTheEnds();
+    void newRecordSavedTwiceIsOneRow() {
+        Fixture fixture;
+        fixture.OpenDatabase();
+        gbNewRecord = true;
+        clsRebate rebate;
+        rebate.AddNew();
+        rebate.SetRebateID("20261123100000");
+        rebate.SetRebateName("Router");
+        rebate.SetPurchasePrice(79.99);
+        rebate.Update();
+        QCOMPARE(CountRebates(), 1);
+
+        ShowInForm(QString("20261123100000"));
+        rebate.RefreshFromRebateForm();
+        QCOMPARE(rebate.RebateName(), QString("Router"));
+        rebate.SetRebateName("Cable Modem");
+        rebate.Update();
+        rebate.Requery();
+        rebate.SetRemarks("mailed");
+        rebate.Update();
+        QCOMPARE(CountRebates(), 1);
+        const QVariantMap raw = ReadRawRebate("20261123100000");
+        QCOMPARE(raw.value("RebateName"), QVariant("Cable Modem"));
+        QCOMPARE(raw.value("Remarks"), QVariant("mailed"));
+        QCOMPARE(raw.value("PurchasePrice"), QVariant(qlonglong(799900)));
+    }
+
+    void blankMemberIsStored_data() {
+        QTest::addColumn<int>("blank");
+        for (int i = 0; i < int(std::size(kBlanks)); ++i)
+            QTest::newRow(kBlanks[i].column) << i;
+    }
+
+    void blankMemberIsStored() {
+        QFETCH(int, blank);
+        const QString column = kBlanks[blank].column;
+        const bool null = kBlanks[blank].null;
+        Fixture fixture;
+        fixture.OpenDatabase({kFilled});
+        SelectRow(kFilled.RebateID);
+        clsRebate rebate;
+        (rebate.*kBlanks[blank].clear)("");
+        rebate.Update();
+        const QVariantMap raw = ReadRawRebate(kFilled.RebateID);
+        QCOMPARE(raw.value(column).isNull(), null);
+        if (!null)
+            QCOMPARE(raw.value(column), QVariant(""));
+        QCOMPARE(raw.value("Email").isNull(), column == "Email");
+        QCOMPARE(raw.value("PurchasePrice"), QVariant(qlonglong(1299900)));
+    }
+
+    void readsTheSelectedRow() {
+        Fixture fixture;
+        fixture.OpenDatabase({{.RebateID = "1",
+                               .RebateName = std::nullopt,
+                               .PurchasePrice = std::nullopt,
+                               .AmountReceived = std::nullopt,
+                               .Rejected = std::nullopt,
+                               .Deleted = std::nullopt},
+                              kFilled});
+        SelectRow(kFilled.RebateID);
+        clsRebate rebate;
+        QCOMPARE(rebate.RebateID(), kFilled.RebateID);
+        QCOMPARE(rebate.RebateName(), QString("Printer Rebate"));
+        QCOMPARE(rebate.Email(), QString("rebates@maker.example"));
+        QCOMPARE(rebate.PurchasePrice(), 129.99);
+        QCOMPARE(rebate.PostagePrice(), 0.49);
+        QCOMPARE(rebate.DateSent(), QString("11/5/2026"));
+        QVERIFY(!rebate.Rejected());
+
+        rebate.SetDateDue("01/02/2027");
+        rebate.SetRejected(true);
+        rebate.Update();
+        clsRebate again;
+        QCOMPARE(again.DateDue(), QString("1/2/2027"));
+        QVERIFY(again.Rejected());
+
+        SelectRow("1");
+        clsRebate nulls;
+        QCOMPARE(nulls.RebateName(), QString(""));
+        QCOMPARE(nulls.PurchasePrice(), 0.0);
+        QCOMPARE(nulls.AmountReceived(), 0.0);
+        QCOMPARE(nulls.DateSent(), QString(""));
+        QVERIFY(!nulls.Rejected());
+        QVERIFY(!nulls.Deleted());
+    }
+
+    void missingRowRaises() {
+        Fixture fixture;
+        fixture.OpenDatabase({kFilled});
+        QCOMPARE(ErrorOf([] { clsRebate rebate; }), 91); // no list to ask
+        SelectRow("20990101000000");
+        QCOMPARE(ErrorOf([] { clsRebate rebate; }), 3021);
+        QCOMPARE(ErrorOf([] { clsRebates walker; }), 3075); // its query is refused by the store
+    }
+
+    void refreshNeedsTheFormAndAKey_data() {
+        QTest::addColumn<bool>("formLoaded");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<bool>("refreshed");
+        QTest::newRow("form not loaded") << false << "20261101090000" << false;
+        QTest::newRow("form shows no key") << true << "" << false;
+        QTest::newRow("form shows the key") << true << "20261101090000" << true;
+    }
+
+    void refreshNeedsTheFormAndAKey() {
+        QFETCH(bool, formLoaded);
+        QFETCH(QString, key);
+        QFETCH(bool, refreshed);
+        Fixture fixture;
+        fixture.OpenDatabase({kFilled});
+        gbNewRecord = true;
+        clsRebate rebate;
+        ShowInForm(formLoaded ? std::optional<QString>(key) : std::nullopt);
+        rebate.RefreshFromRebateForm();
+        QCOMPARE(rebate.RebateName(), refreshed ? QString("Printer Rebate") : QString());
+    }
 };
-
-void tst_clsrebate::newRecordSavedTwiceIsOneRow() {
-    Fixture fixture;
-    fixture.OpenDatabase();
-    gbNewRecord = true;
-    clsRebate rebate;
-    rebate.AddNew();
-    rebate.SetRebateID("20261123100000");
-    rebate.SetRebateName("Router");
-    rebate.SetPurchasePrice(79.99);
-    rebate.Update();
-    QCOMPARE(CountRebates(), 1);
-
-    ShowInForm(QString("20261123100000"));
-    rebate.RefreshFromRebateForm();
-    QCOMPARE(rebate.RebateName(), QString("Router"));
-    rebate.SetRebateName("Cable Modem");
-    rebate.Update();
-    rebate.Requery();
-    rebate.SetRemarks("mailed");
-    rebate.Update();
-    QCOMPARE(CountRebates(), 1);
-    const QVariantMap raw = ReadRawRebate("20261123100000");
-    QCOMPARE(raw.value("RebateName"), QVariant("Cable Modem"));
-    QCOMPARE(raw.value("Remarks"), QVariant("mailed"));
-    QCOMPARE(raw.value("PurchasePrice"), QVariant(qlonglong(799900)));
-}
-
-void tst_clsrebate::blankMemberIsStored_data() {
-    QTest::addColumn<int>("blank");
-    for (int i = 0; i < int(std::size(kBlanks)); ++i)
-        QTest::newRow(kBlanks[i].column) << i;
-}
-
-void tst_clsrebate::blankMemberIsStored() {
-    QFETCH(int, blank);
-    const QString column = kBlanks[blank].column;
-    const bool null = kBlanks[blank].null;
-    Fixture fixture;
-    fixture.OpenDatabase({kFilled});
-    SelectRow(kFilled.RebateID);
-    clsRebate rebate;
-    (rebate.*kBlanks[blank].clear)("");
-    rebate.Update();
-    const QVariantMap raw = ReadRawRebate(kFilled.RebateID);
-    QCOMPARE(raw.value(column).isNull(), null);
-    if (!null)
-        QCOMPARE(raw.value(column), QVariant(""));
-    QCOMPARE(raw.value("Email").isNull(), column == "Email");
-    QCOMPARE(raw.value("PurchasePrice"), QVariant(qlonglong(1299900)));
-}
-
-void tst_clsrebate::readsTheSelectedRow() {
-    Fixture fixture;
-    fixture.OpenDatabase({{.RebateID = "1",
-                           .RebateName = std::nullopt,
-                           .PurchasePrice = std::nullopt,
-                           .AmountReceived = std::nullopt,
-                           .Rejected = std::nullopt,
-                           .Deleted = std::nullopt},
-                          kFilled});
-    SelectRow(kFilled.RebateID);
-    clsRebate rebate;
-    QCOMPARE(rebate.RebateID(), kFilled.RebateID);
-    QCOMPARE(rebate.RebateName(), QString("Printer Rebate"));
-    QCOMPARE(rebate.Email(), QString("rebates@maker.example"));
-    QCOMPARE(rebate.PurchasePrice(), 129.99);
-    QCOMPARE(rebate.PostagePrice(), 0.49);
-    QCOMPARE(rebate.DateSent(), QString("11/5/2026"));
-    QVERIFY(!rebate.Rejected());
-
-    rebate.SetDateDue("01/02/2027");
-    rebate.SetRejected(true);
-    rebate.Update();
-    clsRebate again;
-    QCOMPARE(again.DateDue(), QString("1/2/2027"));
-    QVERIFY(again.Rejected());
-
-    SelectRow("1");
-    clsRebate nulls;
-    QCOMPARE(nulls.RebateName(), QString(""));
-    QCOMPARE(nulls.PurchasePrice(), 0.0);
-    QCOMPARE(nulls.AmountReceived(), 0.0);
-    QCOMPARE(nulls.DateSent(), QString(""));
-    QVERIFY(!nulls.Rejected());
-    QVERIFY(!nulls.Deleted());
-}
-
-void tst_clsrebate::missingRowRaises() {
-    Fixture fixture;
-    fixture.OpenDatabase({kFilled});
-    QCOMPARE(ErrorOf([] { clsRebate rebate; }), 91); // no list to ask
-    SelectRow("20990101000000");
-    QCOMPARE(ErrorOf([] { clsRebate rebate; }), 3021);
-    QCOMPARE(ErrorOf([] { clsRebates walker; }), 3075); // its query is refused by the store
-}
-
-void tst_clsrebate::refreshNeedsTheFormAndAKey_data() {
-    QTest::addColumn<bool>("formLoaded");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<bool>("refreshed");
-    QTest::newRow("form not loaded") << false << "20261101090000" << false;
-    QTest::newRow("form shows no key") << true << "" << false;
-    QTest::newRow("form shows the key") << true << "20261101090000" << true;
-}
-
-void tst_clsrebate::refreshNeedsTheFormAndAKey() {
-    QFETCH(bool, formLoaded);
-    QFETCH(QString, key);
-    QFETCH(bool, refreshed);
-    Fixture fixture;
-    fixture.OpenDatabase({kFilled});
-    gbNewRecord = true;
-    clsRebate rebate;
-    ShowInForm(formLoaded ? std::optional<QString>(key) : std::nullopt);
-    rebate.RefreshFromRebateForm();
-    QCOMPARE(rebate.RebateName(), refreshed ? QString("Printer Rebate") : QString());
-}
-
-void tst_clsrebate::movesBeepAtTheEnds() {
-    Fixture fixture;
-    fixture.OpenDatabase({kFilled});
-    SelectRow(kFilled.RebateID);
-    clsRebate rebate;
-    rebate.MoveNext();
-    QCOMPARE(fixture.Desktop().beeps, 1);
-    rebate.MoveNext();
-    QCOMPARE(fixture.Desktop().beeps, 2);
-    rebate.MovePrevious();
-    QCOMPARE(fixture.Desktop().beeps, 3);
-    rebate.MoveLast();
-    rebate.MoveFirst();
-    QCOMPARE(fixture.Desktop().beeps, 3);
-    rebate.SetRemarks("moved");
-    rebate.Update();
-    QCOMPARE(CountRebates(), 1);
-    QCOMPARE(ReadRawRebate(kFilled.RebateID).value("Remarks"), QVariant("moved"));
-
-    gbNewRecord = true;
-    clsRebate fresh;
-    fresh.MoveNext();
-    fresh.MovePrevious();
-    QCOMPARE(fixture.Desktop().beeps, 3);
-}
 
 QTEST_GUILESS_MAIN(tst_clsrebate)
 #include "tst_clsrebate.moc"

@@ -8,74 +8,55 @@
 class tst_utilities : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void NZ_data();
-    void NZ();
-    void programFolder();
-    void killFile();
-    void defaultAnswer_data();
-    void defaultAnswer();
-};
-
-void tst_utilities::NZ_data() {
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<QVariant>("defaultValue");
-    QTest::addColumn<QVariant>("expected");
-    QTest::newRow("null, no default") << QVariant() << QVariant(QString()) << QVariant(QString());
-    QTest::newRow("null, default 0") << QVariant() << QVariant(0) << QVariant(0);
-    QTest::newRow("empty text stays")
-        << QVariant(QString("")) << QVariant(0) << QVariant(QString(""));
-    QTest::newRow("value stays") << QVariant(12.5) << QVariant(0) << QVariant(12.5);
-}
-
-void tst_utilities::NZ() {
-    QFETCH(QVariant, value);
-    QFETCH(QVariant, defaultValue);
-    QFETCH(QVariant, expected);
-    QCOMPARE(::NZ(value, defaultValue), expected);
-}
-
-void tst_utilities::programFolder() {
-    Fixture fixture;
-    QCOMPARE(AppPath(), fixture.ProgramDir());
-    QCOMPARE(AppExeName(), QString("Vantry"));
-    QVERIFY(FileExists(AppPath() + AppExeName() + ".rdb"));
-    QVERIFY(!FileExists(AppPath() + "missing.mdb"));
-    QVERIFY(!FileExists(AppPath()));
-    QVERIFY(!FileExists(QString()));
-    QVERIFY(!TempPath().endsWith('/'));
-}
-
-void tst_utilities::killFile() {
-    Fixture fixture;
-    for (const char* name : {"~va1.rtf", "~va2.rtf", "~vb.rtf"}) {
-        QFile file(fixture.ProgramDir() + name);
-        QVERIFY(file.open(QIODevice::WriteOnly));
+    void NZ_data() {
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<QVariant>("defaultValue");
+        QTest::addColumn<QVariant>("expected");
+        QTest::newRow("null, no default")
+            << QVariant() << QVariant(QString()) << QVariant(QString());
+        QTest::newRow("null, default 0") << QVariant() << QVariant(0) << QVariant(0);
+        QTest::newRow("empty text stays")
+            << QVariant(QString("")) << QVariant(0) << QVariant(QString(""));
+        QTest::newRow("value stays") << QVariant(12.5) << QVariant(0) << QVariant(12.5);
     }
-    int killed = 0;
-    while (KillFile(fixture.ProgramDir() + "~va*.rtf"))
-        ++killed;
-    QCOMPARE(killed, 2);
-    QVERIFY(FileExists(fixture.ProgramDir() + "~vb.rtf"));
-}
 
-void tst_utilities::defaultAnswer_data() {
-    QTest::addColumn<int>("style");
-    QTest::addColumn<int>("answer");
-    QTest::newRow("OK") << 0 << int(vb::vbOK);
-    QTest::newRow("a second button where there is one") << 256 << int(vb::vbOK);
-    QTest::newRow("Yes, No") << 36 << int(vb::vbYes);
-    QTest::newRow("Yes, No, default No") << 292 << int(vb::vbNo);
-    QTest::newRow("Yes, No, Cancel, default Cancel") << 3 + 512 << int(vb::vbCancel);
-    QTest::newRow("Abort, Retry, Ignore") << 2 << int(vb::vbAbort);
-    QTest::newRow("Retry, Cancel, default Cancel") << 5 + 256 << int(vb::vbCancel);
-}
+    void NZ() {
+        QFETCH(QVariant, value);
+        QFETCH(QVariant, defaultValue);
+        QFETCH(QVariant, expected);
+        QCOMPARE(::NZ(value, defaultValue), expected);
+    }
 
-void tst_utilities::defaultAnswer() {
-    QFETCH(int, style);
-    QFETCH(int, answer);
-    QCOMPARE(vb::DefaultAnswer(style), answer);
-    QCOMPARE(MsgBox("Go on?", style, "Question"), answer); // no desktop installed: the default
-}
+    void programFolder() {
+        Fixture fixture;
+        QCOMPARE(AppPath(), fixture.ProgramDir());
+        QCOMPARE(AppExeName(), QString("Vantry"));
+        QVERIFY(FileExists(AppPath() + AppExeName() + ".rdb"));
+        QVERIFY(!FileExists(AppPath() + "missing.mdb"));
+        QVERIFY(!FileExists(AppPath()));
+        QVERIFY(!FileExists(QString()));
+        QVERIFY(!TempPath().endsWith('/'));
+    }
+
+    void defaultAnswer_data() {
+        QTest::addColumn<int>("style");
+        QTest::addColumn<int>("answer");
+        QTest::newRow("OK") << 0 << int(vb::vbOK);
+        QTest::newRow("a second button where there is one") << 256 << int(vb::vbOK);
+        QTest::newRow("Yes, No") << 36 << int(vb::vbYes);
+        QTest::newRow("Yes, No, default No") << 292 << int(vb::vbNo);
+        QTest::newRow("Yes, No, Cancel, default Cancel") << 3 + 512 << int(vb::vbCancel);
+        QTest::newRow("Abort, Retry, Ignore") << 2 << int(vb::vbAbort);
+        QTest::newRow("Retry, Cancel, default Cancel") << 5 + 256 << int(vb::vbCancel);
+    }
+
+    void defaultAnswer() {
+        QFETCH(int, style);
+        QFETCH(int, answer);
+        QCOMPARE(vb::DefaultAnswer(style), answer);
+        QCOMPARE(MsgBox("Go on?", style, "Question"), answer); // no desktop installed: the default
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_utilities)
 #include "tst_utilities.moc"

@@ -18,138 +18,108 @@ const QDate kLastMonth = kToday.addDays(-30);
 class tst_rebatestatus : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void statusOfRow_data();
-    void statusOfRow();
-    void dueDatePassesOvernight();
-    void missingColumnRaises();
-    void columnsFollowEachRecordset();
+    void statusOfRow_data() {
+        QTest::addColumn<RebateRow>("row");
+        QTest::addColumn<QString>("status");
+        const auto row = [](const char* name, RebateRow r, const char* status) {
+            r.RebateID = "1";
+            QTest::newRow(name) << r << QString(status);
+        };
+        const auto none = std::nullopt;
+        const QDate sent = kLastMonth, today = kToday, yesterday = kYesterday;
+        row("all Null but the key",
+            {.RebateName = none,
+             .Address = none,
+             .PhoneNumber = none,
+             .ProductName = none,
+             .PurchasePrice = none,
+             .RebateAmount = none,
+             .PostagePrice = none,
+             .CouponAmount = none,
+             .AmountReceived = none,
+             .FollowupPostage = none,
+             .Rejected = none,
+             .Deleted = none},
+            "Unsent");
+        row("new record, no dates", {}, "Unsent");
+        row("deleted", {.Deleted = true}, "Deleted");
+        row("deleted beats paid", {.AmountReceived = 5.0, .Deleted = true}, "Deleted");
+        row("Deleted Null counts as not deleted", {.AmountReceived = 5.0, .Deleted = none}, "Paid");
+        row("paid a cent", {.AmountReceived = 0.01}, "Paid");
+        row("amount 0 is not paid", {.DateSent = sent, .AmountReceived = 0.0}, "Pending");
+        row("negative amount is not paid", {.DateSent = sent, .AmountReceived = -3.0}, "Pending");
+        row("paid beats rejected", {.AmountReceived = 5.0, .Rejected = true}, "Paid");
+        row("rejected", {.DateSent = sent, .Rejected = true}, "Rejected");
+        row("rejected beats followup", {.FollowupDate = yesterday, .Rejected = true}, "Rejected");
+        row("Rejected Null counts as not rejected", {.DateSent = sent, .Rejected = none},
+            "Pending");
+        row("followup", {.FollowupDate = today}, "Followup");
+        row("followup beats overdue",
+            {.DateSent = sent, .DateDue = sent, .FollowupDate = yesterday}, "Followup");
+        row("due yesterday", {.DateSent = sent, .DateDue = yesterday}, "Overdue");
+        row("due yesterday, never sent", {.DateDue = yesterday}, "Overdue");
+        row("due today", {.DateSent = sent, .DateDue = today}, "Pending");
+        row("due today, never sent", {.DateDue = today}, "Unsent");
+        row("no due date", {.DateSent = sent, .DateDue = none}, "Pending");
+        row("past due but received, no money",
+            {.DateSent = sent,
+             .DateDue = yesterday,
+             .AmountReceived = 0.0,
+             .DateReceived = yesterday},
+            "Pending");
+        row("past due but received, never sent", {.DateDue = yesterday, .DateReceived = yesterday},
+            "Unsent");
+        row("sent, due next month", {.DateSent = today, .DateDue = today.addDays(56)}, "Pending");
+    }
+
+    void statusOfRow() {
+        QFETCH(RebateRow, row);
+        QFETCH(QString, status);
+        Fixture fixture;
+        fixture.OpenDatabase({row});
+        auto rs = gDatabase->OpenRecordset("SELECT * FROM Rebates WHERE (([RebateID])= '1');");
+        QCOMPARE(GetRebateStatus(*rs), status);
+        // The rule reads and never moves.
+        QCOMPARE(rs->Fields("RebateID"), QVariant("1"));
+        QVERIFY(!rs->IsEOF());
+    }
+
+    void dueDatePassesOvernight() {
+        Fixture fixture;
+        fixture.OpenDatabase({{.RebateID = "1", .DateSent = kLastMonth, .DateDue = kToday}});
+        auto rs = gDatabase->OpenRecordset("Select * from Rebates");
+        QCOMPARE(GetRebateStatus(*rs), QString("Pending"));
+        // A walk over many rows hands in the day it read once; that day decides, not the clock.
+        QCOMPARE(GetRebateStatus(*rs, kToday.addDays(1)), QString("Overdue"));
+        Clock::Advance(14 * 3600 - 1); // 23:59:59
+        QCOMPARE(GetRebateStatus(*rs), QString("Pending"));
+        Clock::Advance(1);
+        QCOMPARE(GetRebateStatus(*rs), QString("Overdue"));
+        QCOMPARE(GetRebateStatus(*rs, kToday), QString("Pending"));
+    }
+
+    void missingColumnRaises() {
+        Fixture fixture;
+        fixture.OpenDatabase({{.RebateID = "1"}});
+        auto rs = gDatabase->OpenRecordset("Select RebateID, Deleted, AmountReceived from Rebates");
+        QCOMPARE(ErrorOf([&] { GetRebateStatus(*rs); }), 3265);
+    }
+
+    void columnsFollowEachRecordset() {
+        Fixture fixture;
+        fixture.OpenDatabase({{.RebateID = "1", .DateSent = kLastMonth, .DateDue = kYesterday},
+                              {.RebateID = "2", .AmountReceived = 5.0}});
+        auto all = gDatabase->OpenRecordset("Select * from Rebates");
+        QCOMPARE(GetRebateStatus(*all), QString("Overdue"));
+        // Same fields in another order: the rule must not reuse the first recordset's positions.
+        auto reordered =
+            gDatabase->OpenRecordset("Select DateSent, DateDue, FollowupDate, DateReceived, "
+                                     "Rejected, AmountReceived, Deleted, "
+                                     "RebateID from Rebates Where RebateID = '2'");
+        QCOMPARE(GetRebateStatus(*reordered), QString("Paid"));
+        QCOMPARE(GetRebateStatus(*all), QString("Overdue"));
+    }
 };
-
-void tst_rebatestatus::statusOfRow_data() {
-    QTest::addColumn<RebateRow>("row");
-    QTest::addColumn<QString>("status");
-
-    const RebateRow allNull{.RebateID = "1",
-                            .RebateName = std::nullopt,
-                            .Address = std::nullopt,
-                            .PhoneNumber = std::nullopt,
-                            .ProductName = std::nullopt,
-                            .PurchasePrice = std::nullopt,
-                            .RebateAmount = std::nullopt,
-                            .PostagePrice = std::nullopt,
-                            .CouponAmount = std::nullopt,
-                            .AmountReceived = std::nullopt,
-                            .FollowupPostage = std::nullopt,
-                            .Rejected = std::nullopt,
-                            .Deleted = std::nullopt};
-    QTest::newRow("all Null but the key") << allNull << "Unsent";
-    QTest::newRow("new record, no dates") << RebateRow{.RebateID = "1"} << "Unsent";
-
-    QTest::newRow("deleted") << RebateRow{.RebateID = "1", .Deleted = true} << "Deleted";
-    QTest::newRow("deleted beats paid")
-        << RebateRow{.RebateID = "1", .AmountReceived = 5.0, .Deleted = true} << "Deleted";
-    QTest::newRow("Deleted Null counts as not deleted")
-        << RebateRow{.RebateID = "1", .AmountReceived = 5.0, .Deleted = std::nullopt} << "Paid";
-
-    QTest::newRow("paid a cent") << RebateRow{.RebateID = "1", .AmountReceived = 0.01} << "Paid";
-    QTest::newRow("amount 0 is not paid")
-        << RebateRow{.RebateID = "1", .DateSent = kLastMonth, .AmountReceived = 0.0} << "Pending";
-    QTest::newRow("negative amount is not paid")
-        << RebateRow{.RebateID = "1", .DateSent = kLastMonth, .AmountReceived = -3.0} << "Pending";
-    QTest::newRow("paid beats rejected")
-        << RebateRow{.RebateID = "1", .AmountReceived = 5.0, .Rejected = true} << "Paid";
-
-    QTest::newRow("rejected") << RebateRow{.RebateID = "1",
-                                           .DateSent = kLastMonth,
-                                           .Rejected = true}
-                              << "Rejected";
-    QTest::newRow("rejected beats followup")
-        << RebateRow{.RebateID = "1", .FollowupDate = kYesterday, .Rejected = true} << "Rejected";
-    QTest::newRow("Rejected Null counts as not rejected")
-        << RebateRow{.RebateID = "1", .DateSent = kLastMonth, .Rejected = std::nullopt}
-        << "Pending";
-
-    QTest::newRow("followup") << RebateRow{.RebateID = "1", .FollowupDate = kToday} << "Followup";
-    QTest::newRow("followup beats overdue") << RebateRow{.RebateID = "1",
-                                                         .DateSent = kLastMonth,
-                                                         .DateDue = kLastMonth,
-                                                         .FollowupDate = kYesterday}
-                                            << "Followup";
-
-    QTest::newRow("due yesterday")
-        << RebateRow{.RebateID = "1", .DateSent = kLastMonth, .DateDue = kYesterday} << "Overdue";
-    QTest::newRow("due yesterday, never sent")
-        << RebateRow{.RebateID = "1", .DateDue = kYesterday} << "Overdue";
-    QTest::newRow("due today") << RebateRow{.RebateID = "1",
-                                            .DateSent = kLastMonth,
-                                            .DateDue = kToday}
-                               << "Pending";
-    QTest::newRow("due today, never sent")
-        << RebateRow{.RebateID = "1", .DateDue = kToday} << "Unsent";
-    QTest::newRow("no due date") << RebateRow{.RebateID = "1",
-                                              .DateSent = kLastMonth,
-                                              .DateDue = std::nullopt}
-                                 << "Pending";
-    QTest::newRow("past due but received, no money") << RebateRow{.RebateID = "1",
-                                                                  .DateSent = kLastMonth,
-                                                                  .DateDue = kYesterday,
-                                                                  .AmountReceived = 0.0,
-                                                                  .DateReceived = kYesterday}
-                                                     << "Pending";
-    QTest::newRow("past due but received, never sent")
-        << RebateRow{.RebateID = "1", .DateDue = kYesterday, .DateReceived = kYesterday}
-        << "Unsent";
-    QTest::newRow("sent, due next month")
-        << RebateRow{.RebateID = "1", .DateSent = kToday, .DateDue = kToday.addDays(56)}
-        << "Pending";
-}
-
-void tst_rebatestatus::statusOfRow() {
-    QFETCH(RebateRow, row);
-    QFETCH(QString, status);
-    Fixture fixture;
-    fixture.OpenDatabase({row});
-    auto rs = gDatabase->OpenRecordset("SELECT * FROM Rebates WHERE (([RebateID])= '1');");
-    QCOMPARE(GetRebateStatus(*rs), status);
-    // The rule reads and never moves.
-    QCOMPARE(rs->Fields("RebateID"), QVariant("1"));
-    QVERIFY(!rs->IsEOF());
-}
-
-void tst_rebatestatus::dueDatePassesOvernight() {
-    Fixture fixture;
-    fixture.OpenDatabase({{.RebateID = "1", .DateSent = kLastMonth, .DateDue = kToday}});
-    auto rs = gDatabase->OpenRecordset("Select * from Rebates");
-    QCOMPARE(GetRebateStatus(*rs), QString("Pending"));
-    // A walk over many rows hands in the day it read once; that day decides, not the clock.
-    QCOMPARE(GetRebateStatus(*rs, kToday.addDays(1)), QString("Overdue"));
-    Clock::Advance(14 * 3600 - 1); // 23:59:59
-    QCOMPARE(GetRebateStatus(*rs), QString("Pending"));
-    Clock::Advance(1);
-    QCOMPARE(GetRebateStatus(*rs), QString("Overdue"));
-    QCOMPARE(GetRebateStatus(*rs, kToday), QString("Pending"));
-}
-
-void tst_rebatestatus::missingColumnRaises() {
-    Fixture fixture;
-    fixture.OpenDatabase({{.RebateID = "1"}});
-    auto rs = gDatabase->OpenRecordset("Select RebateID, Deleted, AmountReceived from Rebates");
-    QCOMPARE(ErrorOf([&] { GetRebateStatus(*rs); }), 3265);
-}
-
-void tst_rebatestatus::columnsFollowEachRecordset() {
-    Fixture fixture;
-    fixture.OpenDatabase({{.RebateID = "1", .DateSent = kLastMonth, .DateDue = kYesterday},
-                          {.RebateID = "2", .AmountReceived = 5.0}});
-    auto all = gDatabase->OpenRecordset("Select * from Rebates");
-    QCOMPARE(GetRebateStatus(*all), QString("Overdue"));
-    // Same fields in another order: the rule must not reuse the first recordset's positions.
-    auto reordered = gDatabase->OpenRecordset(
-        "Select DateSent, DateDue, FollowupDate, DateReceived, Rejected, AmountReceived, Deleted, "
-        "RebateID from Rebates Where RebateID = '2'");
-    QCOMPARE(GetRebateStatus(*reordered), QString("Paid"));
-    QCOMPARE(GetRebateStatus(*all), QString("Overdue"));
-}
 
 QTEST_GUILESS_MAIN(tst_rebatestatus)
 #include "tst_rebatestatus.moc"

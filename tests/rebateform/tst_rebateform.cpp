@@ -56,10 +56,6 @@ QVariantMap Fields(std::initializer_list<std::pair<int, QString>> items) {
     return map;
 }
 
-QString Must(const QString& what) {
-    return "You must enter " + what + " before saving the record.";
-}
-
 void SetFields(frmRebate* form, const QVariantMap& fields) {
     for (auto it = fields.cbegin(); it != fields.cend(); ++it)
         form->txtFields(it.key().toInt())->setText(it.value().toString());
@@ -103,20 +99,18 @@ private Q_SLOTS:
         QTest::addColumn<bool>("print");
         QTest::addColumn<bool>("remove");
         QTest::addColumn<QString>("caption");
-        QTest::newRow("new, untouched")
-            << "new" << false << false << false << "Rebate Form - [New Record]";
-        QTest::newRow("new, edited")
-            << "new+type" << true << false << false << "Rebate Form - [Spring Mail-In]";
-        QTest::newRow("new, rejected box")
-            << "new+check" << true << false << false << "Rebate Form - [New Record]";
-        QTest::newRow("saved, clean")
-            << "new+save" << false << true << true << "Rebate Form - [Spring Mail-In]";
-        QTest::newRow("saved, edited")
-            << "new+save+type" << true << true << true << "Rebate Form - [Spring Mail-In 2]";
-        QTest::newRow("opened") << "open" << false << true << true
-                                << "Rebate Form - [Router Rebate]";
-        QTest::newRow("opened, edited")
-            << "open+check" << true << true << true << "Rebate Form - [Router Rebate]";
+        const auto row = [](const char* name, const char* how, bool save, bool print, bool remove,
+                            const char* shown) {
+            QTest::newRow(name) << QString(how) << save << print << remove
+                                << QString("Rebate Form - [%1]").arg(shown);
+        };
+        row("new, untouched", "new", false, false, false, "New Record");
+        row("new, edited", "new+type", true, false, false, "Spring Mail-In");
+        row("new, rejected box", "new+check", true, false, false, "New Record");
+        row("saved, clean", "new+save", false, true, true, "Spring Mail-In");
+        row("saved, edited", "new+save+type", true, true, true, "Spring Mail-In 2");
+        row("opened", "open", false, true, true, "Router Rebate");
+        row("opened, edited", "open+check", true, true, true, "Router Rebate");
     }
     void states() {
         QFETCH(QString, how);
@@ -165,7 +159,7 @@ private Q_SLOTS:
     }
     // The field texts (by index, over a record holding the four always-required fields), the
     // page on top, then what the check says: the box's title and text, the page after and the
-    // field that gets the focus ("" for a check that passes).
+    // field that gets the focus ("" for a check that passes, -1 for the focus staying put).
     void validateRecord_data() {
         QTest::addColumn<QVariantMap>("fields");
         QTest::addColumn<QString>("startTab");
@@ -173,57 +167,53 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("tab");
         QTest::addColumn<int>("focus");
-        const QString product = "Product Info", rebate = "Rebate Info", followup = "Followup Info";
-        const auto f = Fields;
-        QTest::newRow("1 rebate name") << f({{20, ""}}) << product << "Missing Rebate Name"
-                                       << Must("a Rebate Name") << rebate << 20;
-        QTest::newRow("2 product name") << f({{14, ""}}) << rebate << "Missing Product Name"
-                                        << Must("a Product Name") << product << 14;
-        QTest::newRow("3 purchase price") << f({{2, ""}}) << followup << "Missing Purchase Price"
-                                          << Must("a Purchase Price") << product << 2;
-        QTest::newRow("4 rebate amount") << f({{4, ""}}) << product << "Missing Rebate Amount"
-                                         << Must("a Rebate Amount") << rebate << 4;
-        QTest::newRow("5 date due") << f({{5, "11/10/2026"}, {9, ""}}) << product
-                                    << "Missing Date Due" << Must("a Date Due") << rebate << 9;
-        QTest::newRow("5 from Followup Info, tab stays")
-            << f({{5, "11/10/2026"}, {9, ""}}) << followup << "Missing Date Due"
-            << Must("a Date Due") << followup << -1;
-        QTest::newRow("6 date sent") << f({{9, "12/1/2026"}}) << product << "Missing Date Sent"
-                                     << Must("a Date Sent") << rebate << 5;
-        QTest::newRow("7 postage without date sent")
-            << f({{6, "$0.32"}}) << rebate << "Missing Date Sent" << Must("a Date Sent") << rebate
-            << 5;
-        QTest::newRow("7 zero postage passes")
-            << f({{6, "$0.00"}}) << rebate << QString() << QString() << rebate << -1;
-        QTest::newRow("8 amount without date")
-            << f({{8, "$10.00"}}) << followup << "Missing Date Received" << Must("a Date Received")
-            << rebate << 10;
-        QTest::newRow("8 zero amount passes")
-            << f({{8, "$0.00"}}) << rebate << QString() << QString() << rebate << -1;
-        QTest::newRow("9 date without amount")
-            << f({{10, "11/20/2026"}}) << rebate << "Missing Amount Received"
-            << Must("an Amount Received") << rebate << 8;
-        QTest::newRow("10 followup postage")
-            << f({{12, "$0.32"}}) << product << "Missing Followup Date" << Must("a Followup Date")
-            << followup << 11;
-        QTest::newRow("10 zero followup postage passes")
-            << f({{12, "0.00"}}) << product << QString() << QString() << product << -1;
-        QTest::newRow("11 received before sent")
-            << f({{5, "11/10/2026"}, {9, "1/5/2027"}, {10, "11/9/2026"}, {8, "$10.00"}}) << rebate
-            << "Dates Invalid"
-            << "Date Received must be greater than the Date Sent." << rebate << 10;
-        QTest::newRow("11 same day passes")
-            << f({{5, "11/10/2026"}, {9, "1/5/2027"}, {10, "11/10/2026"}, {8, "$10.00"}}) << rebate
-            << QString() << QString() << rebate << -1;
-        QTest::newRow("12 due before sent")
-            << f({{5, "11/10/2026"}, {9, "11/09/2026"}}) << rebate << "Dates Invalid"
-            << "Date Due must be greater than the Date Sent." << rebate << 9;
-        QTest::newRow("13 followup before sent")
-            << f({{5, "11/10/2026"}, {9, "1/5/2027"}, {11, "11/1/2026"}}) << product
-            << "Dates Invalid"
-            << "Followup Date must be greater than the Date Sent." << followup << 11;
-        QTest::newRow("rejected box never required")
-            << f({{16, "Missing receipt"}}) << followup << QString() << QString() << followup << -1;
+        using Items = std::initializer_list<std::pair<int, QString>>;
+        const auto row = [](const char* name, Items fields, const char* start, const QString& title,
+                            const QString& text, const char* tab, int focus) {
+            QTest::newRow(name) << Fields(fields) << QString(start) << title << text << QString(tab)
+                                << focus;
+        };
+        // "a Rebate Name": the box "Missing Rebate Name" asks for it.
+        const auto must = [row](const char* name, Items fields, const char* start,
+                                const QString& what, const char* tab, int focus) {
+            row(name, fields, start, "Missing " + what.section(' ', 1),
+                "You must enter " + what + " before saving the record.", tab, focus);
+        };
+        const auto invalid = [row](const char* name, Items fields, const char* start,
+                                   const char* field, const char* tab, int focus) {
+            row(name, fields, start, "Dates Invalid",
+                QString(field) + " must be greater than the Date Sent.", tab, focus);
+        };
+        const auto passes = [row](const char* name, Items fields, const char* start) {
+            row(name, fields, start, QString(), QString(), start, -1);
+        };
+        const char *product = "Product Info", *rebate = "Rebate Info", *followup = "Followup Info";
+        must("1 rebate name", {{20, ""}}, product, "a Rebate Name", rebate, 20);
+        must("2 product name", {{14, ""}}, rebate, "a Product Name", product, 14);
+        must("3 purchase price", {{2, ""}}, followup, "a Purchase Price", product, 2);
+        must("4 rebate amount", {{4, ""}}, product, "a Rebate Amount", rebate, 4);
+        must("5 date due", {{5, "11/10/2026"}, {9, ""}}, product, "a Date Due", rebate, 9);
+        must("5 from Followup Info, tab stays", {{5, "11/10/2026"}, {9, ""}}, followup,
+             "a Date Due", followup, -1);
+        must("6 date sent", {{9, "12/1/2026"}}, product, "a Date Sent", rebate, 5);
+        must("7 postage without date sent", {{6, "$0.32"}}, rebate, "a Date Sent", rebate, 5);
+        passes("7 zero postage passes", {{6, "$0.00"}}, rebate);
+        must("8 amount without date", {{8, "$10.00"}}, followup, "a Date Received", rebate, 10);
+        passes("8 zero amount passes", {{8, "$0.00"}}, rebate);
+        must("9 date without amount", {{10, "11/20/2026"}}, rebate, "an Amount Received", rebate,
+             8);
+        must("10 followup postage", {{12, "$0.32"}}, product, "a Followup Date", followup, 11);
+        passes("10 zero followup postage passes", {{12, "0.00"}}, product);
+        invalid("11 received before sent",
+                {{5, "11/10/2026"}, {9, "1/5/2027"}, {10, "11/9/2026"}, {8, "$10.00"}}, rebate,
+                "Date Received", rebate, 10);
+        passes("11 same day passes",
+               {{5, "11/10/2026"}, {9, "1/5/2027"}, {10, "11/10/2026"}, {8, "$10.00"}}, rebate);
+        invalid("12 due before sent", {{5, "11/10/2026"}, {9, "11/09/2026"}}, rebate, "Date Due",
+                rebate, 9);
+        invalid("13 followup before sent", {{5, "11/10/2026"}, {9, "1/5/2027"}, {11, "11/1/2026"}},
+                product, "Followup Date", followup, 11);
+        passes("rejected box never required", {{16, "Missing receipt"}}, followup);
     }
     void validateRecord() {
         QFETCH(QVariantMap, fields);
@@ -257,9 +247,7 @@ private Q_SLOTS:
         QCOMPARE(desktop.boxes.size(), focus == 8 ? 2 : 1);
         if (focus == 8)
             QCOMPARE(desktop.boxes[1].title, QString("Amount Received"));
-        QCOMPARE(desktop.boxes[0].title, title);
-        QCOMPARE(desktop.boxes[0].prompt, text);
-        QCOMPARE(desktop.boxes[0].style, 48);
+        QCOMPARE(desktop.Shown().first(), title + " | 48 | " + text);
         QCOMPARE(desktop.beeps, 1);
         QCOMPARE(CurrentTab(form), tab);
         if (focus >= 0)
@@ -306,28 +294,26 @@ private Q_SLOTS:
         QTest::addColumn<QVariantMap>("fields");
         QTest::addColumn<QString>("column");
         QTest::addColumn<QVariant>("stored");
-        const auto f = Fields;
-        QTest::newRow("money to the cent")
-            << f({{2, "$19.99"}}) << "PurchasePrice" << QVariant(qlonglong(199900));
-        QTest::newRow("large money exact")
-            << f({{3, "$123456.78"}}) << "CouponAmount" << QVariant(qlonglong(1234567800));
-        QTest::newRow("empty coupon is zero")
-            << f({{3, ""}}) << "CouponAmount" << QVariant(qlonglong(0));
-        QTest::newRow("email cleared is Null") << f({{7, ""}}) << "Email" << QVariant();
-        QTest::newRow("address cleared stays text") << f({{0, ""}}) << "Address" << QVariant("");
-        QTest::newRow("postage cleared keeps the old value")
-            << f({{6, ""}}) << "PostagePrice" << QVariant(qlonglong(5000));
-        QTest::newRow("followup postage is the default")
-            << f({{11, "11/20/2026"}, {12, "$1.00"}}) << "FollowupPostage"
-            << QVariant(qlonglong(3200));
-        QTest::newRow("followup date cleared, postage zero")
-            << f({{11, ""}}) << "FollowupPostage" << QVariant(qlonglong(0));
-        QTest::newRow("phone as it stands")
-            << f({{13, "(800) FLOWERS"}}) << "PhoneNumber" << QVariant("(800) FLOWERS");
-        QTest::newRow("date") << f({{10, "11/20/2026"}, {8, "$30.00"}}) << "DateReceived"
-                              << QVariant("2026-11-20");
-        QTest::newRow("received cleared is zero")
-            << f({{8, ""}}) << "AmountReceived" << QVariant(qlonglong(0));
+        const auto row = [](const char* name, std::initializer_list<std::pair<int, QString>> fields,
+                            const char* column, const QVariant& stored) {
+            QTest::newRow(name) << Fields(fields) << QString(column) << stored;
+        };
+        const auto money = [](qlonglong raw) {
+            return QVariant(raw);
+        };
+        row("money to the cent", {{2, "$19.99"}}, "PurchasePrice", money(199900));
+        row("large money exact", {{3, "$123456.78"}}, "CouponAmount", money(1234567800));
+        row("empty coupon is zero", {{3, ""}}, "CouponAmount", money(0));
+        row("email cleared is Null", {{7, ""}}, "Email", QVariant());
+        row("address cleared stays text", {{0, ""}}, "Address", QVariant(""));
+        row("postage cleared keeps the old value", {{6, ""}}, "PostagePrice", money(5000));
+        row("followup postage is the default", {{11, "11/20/2026"}, {12, "$1.00"}},
+            "FollowupPostage", money(3200));
+        row("followup date cleared, postage zero", {{11, ""}}, "FollowupPostage", money(0));
+        row("phone as it stands", {{13, "(800) FLOWERS"}}, "PhoneNumber",
+            QVariant("(800) FLOWERS"));
+        row("date", {{10, "11/20/2026"}, {8, "$30.00"}}, "DateReceived", QVariant("2026-11-20"));
+        row("received cleared is zero", {{8, ""}}, "AmountReceived", money(0));
     }
     void writtenValues() {
         QFETCH(QVariantMap, fields);
@@ -480,10 +466,9 @@ private Q_SLOTS:
         auto& desktop = mFixture->Desktop();
         desktop.SetNextAnswer(answer);
         mMain->tbToolBar_ButtonClick("Delete");
-        QCOMPARE(desktop.boxes[0].title, QString("Delete Record?"));
-        QCOMPARE(desktop.boxes[0].prompt,
-                 QString("Are you sure you want to delete the current record?"));
-        QCOMPARE(desktop.boxes[0].style, 292);
+        QCOMPARE(desktop.Shown().first(),
+                 QString("Delete Record? | 292 | Are you sure you want to delete the current "
+                         "record?"));
         QCOMPARE(!frmRebate::Instance(), closed);
         QCOMPARE(ReadRawRebate(kStored).value("Deleted"), deleted);
         if (emptyName) {

@@ -121,17 +121,13 @@ private Q_SLOTS:
                                RowCenter(lv, lv->SelectedItem()->Index()));
         else
             QTest::keyClick(ViewOf(lv), how == "enter" ? Qt::Key_Return : Qt::Key_Space);
-        const auto& boxes = mFixture->Desktop().boxes;
-        QCOMPARE(boxes.size(), refused ? 1 : 0);
+        QCOMPARE(mFixture->Desktop().Shown(),
+                 refused ? QStringList{"Invalid Action | 64 | You cannot open more than one rebate "
+                                       "record at a time."}
+                         : QStringList());
         QCOMPARE(!frmRebate::Instance(), refused);
-        if (refused) {
-            QCOMPARE(boxes[0].prompt,
-                     QString("You cannot open more than one rebate record at a time."));
-            QCOMPARE(boxes[0].title, QString("Invalid Action"));
-            QCOMPARE(boxes[0].style, 64);
-        } else {
+        if (!refused)
             QCOMPARE(frmRebate::Instance()->RebateID(), lv->SelectedItem()->SubItems(3));
-        }
     }
     void unsavedFormRefuses_data() {
         QTest::addColumn<QString>("command");
@@ -157,10 +153,10 @@ private Q_SLOTS:
         else
             mBoard->OpenRebate();
         const auto& boxes = mFixture->Desktop().boxes;
-        QCOMPARE(boxes.size(), 1);
-        QCOMPARE(boxes[0].prompt,
-                 "Please save the current rebate record before attempting to " + what);
-        QCOMPARE(boxes[0].title, QString("Unsaved Rebate"));
+        QCOMPARE(mFixture->Desktop().Shown(),
+                 QStringList{"Unsaved Rebate | 0 | Please save the current rebate record before "
+                             "attempting to " +
+                             what});
         QCOMPARE(frmRebate::Instance(), form.data());
         QCOMPARE(form->txtFields(17)->text(), QString("changed"));
         QCOMPARE(mMain->mdiArea->activeSubWindow()->widget(), form.data());

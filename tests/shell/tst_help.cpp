@@ -17,176 +17,158 @@ class tst_help : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
-    void cleanup();
-    void topicByNumber_data();
-    void topicByNumber();
-    void contentsListsEveryTopic();
-    void unknownNumber();
-    void search_data();
-    void search();
-    void searchCommand();
-    void linksAndHistory();
-    void availability();
-    void contextOfControls();
-    void f1OnFocusedControl();
+
+    void cleanup() {
+        Help::Quit();
+        App::SetHelpFile(QString());
+    }
+
+    void topicByNumber_data() {
+        QTest::addColumn<int>("context");
+        for (int context : kContexts)
+            QTest::newRow(qPrintable(QString::number(context))) << context;
+    }
+
+    void topicByNumber() {
+        QFETCH(int, context);
+        Help::ShowTopic(context);
+        HelpWindow* window = Help::Window();
+        QVERIFY(window);
+        QVERIFY(window->isVisible());
+        QCOMPARE(window->CurrentTopic(), context);
+        QVERIFY(!window->CurrentTitle().isEmpty());
+        const QString text = window->findChild<QTextBrowser*>("txtTopic")->toPlainText();
+        QVERIFY2(text.startsWith(window->CurrentTitle()), qPrintable(text.left(60)));
+        QVERIFY2(text.size() > window->CurrentTitle().size() + 80, "a topic says something");
+        // One window only.
+        Help::ShowTopic(1000);
+        QCOMPARE(Help::Window(), window);
+        QCOMPARE(window->CurrentTopic(), 1000);
+    }
+
+    void contentsListsEveryTopic() {
+        Help::ShowContents();
+        HelpWindow* window = Help::Window();
+        QCOMPARE(window->CurrentTopic(), 0);
+        QStringList titles = window->ListedTitles();
+        QCOMPARE(titles.size(), kContexts.size() + 1);
+        QCOMPARE(titles.first(), QString("Contents"));
+        QVERIFY(titles.contains("Introducing Vantry! Vantry!"));
+        QCOMPARE(titles.removeDuplicates(), 0);
+    }
+
+    void unknownNumber() {
+        HelpWindow window;
+        QVERIFY(!window.ShowTopic(4242));
+        QCOMPARE(window.CurrentTopic(), 0);
+        QVERIFY(window.ShowTopic(5902));
+        QCOMPARE(window.CurrentTitle(), QString("Deleting rebates"));
+    }
+
+    void search_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QStringList>("mustList");
+        QTest::addColumn<QStringList>("mustNotList");
+        QTest::newRow("title word")
+            << "overdue" << QStringList{"The Overdue page"} << QStringList{};
+        QTest::newRow("any case, two words")
+            << "DELETED   purge" << QStringList{"Deleting rebates", "Options"}
+            << QStringList{"The toolbar", "The status bar"};
+        QTest::newRow("body text only")
+            << "56 days" << QStringList{"Creating a new rebate"} << QStringList{"The Paid page"};
+        QTest::newRow("nothing") << "xylophone" << QStringList{} << QStringList{"Contents"};
+    }
+
+    void search() {
+        QFETCH(QString, text);
+        QFETCH(QStringList, mustList);
+        QFETCH(QStringList, mustNotList);
+        HelpWindow window;
+        window.show();
+        QTest::keyClicks(window.findChild<QLineEdit*>("txtSearch"), text);
+        const QStringList listed = window.ListedTitles();
+        for (const QString& title : mustList)
+            QVERIFY2(listed.contains(title), qPrintable(title));
+        for (const QString& title : mustNotList)
+            QVERIFY2(!listed.contains(title), qPrintable(title));
+        if (mustList.isEmpty())
+            QVERIFY(listed.isEmpty());
+        // Enter opens the first topic found.
+        QTest::keyClick(window.findChild<QLineEdit*>("txtSearch"), Qt::Key_Return);
+        if (!listed.isEmpty())
+            QCOMPARE(window.CurrentTitle(), listed.first());
+    }
+
+    void searchCommand() {
+        Help::ShowTopic(3001);
+        Help::ShowSearch();
+        HelpWindow* window = Help::Window();
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        QTRY_COMPARE(QApplication::focusWidget(), window->findChild<QWidget*>("txtSearch"));
+        QCOMPARE(window->CurrentTopic(), 3001);
+    }
+
+    void linksAndHistory() {
+        HelpWindow window;
+        window.show();
+        auto* browser = window.findChild<QTextBrowser*>("txtTopic");
+        Q_EMIT browser->anchorClicked(QUrl("1081.html"));
+        QCOMPARE(window.CurrentTopic(), 1081);
+        Q_EMIT browser->anchorClicked(QUrl("7500.html"));
+        QCOMPARE(window.CurrentTopic(), 7500);
+        QTest::mouseClick(window.findChild<QWidget*>("cmdBack"), Qt::LeftButton);
+        QCOMPARE(window.CurrentTopic(), 1081);
+        QTest::mouseClick(window.findChild<QWidget*>("cmdForward"), Qt::LeftButton);
+        QCOMPARE(window.CurrentTopic(), 7500);
+        QTest::mouseClick(window.findChild<QWidget*>("cmdContents"), Qt::LeftButton);
+        QCOMPARE(window.CurrentTopic(), 0);
+
+        // An address outside the help goes to the desktop.
+        Fixture fixture;
+        Q_EMIT browser->anchorClicked(QUrl("https://www.vantry.example/"));
+        QCOMPARE(fixture.Desktop().openedDocuments, QStringList{"https://www.vantry.example/"});
+        QCOMPARE(window.CurrentTopic(), 0);
+    }
+
+    void contextOfControls() {
+        QWidget form;
+        form.setProperty(Help::kContextProperty, 2500);
+        auto* inner = new QWidget(&form);
+        auto* field = new QLineEdit(inner);
+        QCOMPARE(Help::ContextOf(field), 2500);
+        field->setProperty(Help::kContextProperty, 5002);
+        QCOMPARE(Help::ContextOf(field), 5002);
+        QCOMPARE(Help::ContextOf(nullptr), 0);
+        QWidget lone;
+        QCOMPARE(Help::ContextOf(&lone), 0);
+    }
+
+    void f1OnFocusedControl() {
+        Help::InstallF1Handler();
+        QWidget form;
+        auto* field = new QLineEdit(&form);
+        auto* other = new QPushButton("Other", &form);
+        other->move(0, 40);
+        field->setProperty(Help::kContextProperty, 2504);
+        form.show();
+        QVERIFY(QTest::qWaitForWindowActive(&form));
+
+        // Without help, F1 does nothing.
+        field->setFocus();
+        QTest::keyClick(field, Qt::Key_F1);
+        QVERIFY(!Help::Window());
+
+        App::SetHelpFile("vantry.hlp");
+        QTest::keyClick(field, Qt::Key_F1);
+        QVERIFY(Help::Window());
+        QCOMPARE(Help::Window()->CurrentTopic(), 2504);
+        // A control without a number: the contents.
+        form.activateWindow();
+        other->setFocus();
+        QTest::keyClick(other, Qt::Key_F1);
+        QCOMPARE(Help::Window()->CurrentTopic(), 0);
+    }
 };
-
-void tst_help::cleanup() {
-    Help::Quit();
-    App::SetHelpFile(QString());
-}
-
-void tst_help::topicByNumber_data() {
-    QTest::addColumn<int>("context");
-    for (int context : kContexts)
-        QTest::newRow(qPrintable(QString::number(context))) << context;
-}
-
-void tst_help::topicByNumber() {
-    QFETCH(int, context);
-    Help::ShowTopic(context);
-    HelpWindow* window = Help::Window();
-    QVERIFY(window);
-    QVERIFY(window->isVisible());
-    QCOMPARE(window->CurrentTopic(), context);
-    QVERIFY(!window->CurrentTitle().isEmpty());
-    const QString text = window->findChild<QTextBrowser*>("txtTopic")->toPlainText();
-    QVERIFY2(text.startsWith(window->CurrentTitle()), qPrintable(text.left(60)));
-    QVERIFY2(text.size() > window->CurrentTitle().size() + 80, "a topic says something");
-    // One window only.
-    Help::ShowTopic(1000);
-    QCOMPARE(Help::Window(), window);
-    QCOMPARE(window->CurrentTopic(), 1000);
-}
-
-void tst_help::contentsListsEveryTopic() {
-    Help::ShowContents();
-    HelpWindow* window = Help::Window();
-    QCOMPARE(window->CurrentTopic(), 0);
-    QStringList titles = window->ListedTitles();
-    QCOMPARE(titles.size(), kContexts.size() + 1);
-    QCOMPARE(titles.first(), QString("Contents"));
-    QVERIFY(titles.contains("Introducing Vantry! Vantry!"));
-    QCOMPARE(titles.removeDuplicates(), 0);
-}
-
-void tst_help::unknownNumber() {
-    HelpWindow window;
-    QVERIFY(!window.ShowTopic(4242));
-    QCOMPARE(window.CurrentTopic(), 0);
-    QVERIFY(window.ShowTopic(5902));
-    QCOMPARE(window.CurrentTitle(), QString("Deleting rebates"));
-}
-
-void tst_help::search_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QStringList>("mustList");
-    QTest::addColumn<QStringList>("mustNotList");
-    QTest::newRow("title word") << "overdue" << QStringList{"The Overdue page"} << QStringList{};
-    QTest::newRow("any case, two words")
-        << "DELETED   purge" << QStringList{"Deleting rebates", "Options"}
-        << QStringList{"The toolbar", "The status bar"};
-    QTest::newRow("body text only")
-        << "56 days" << QStringList{"Creating a new rebate"} << QStringList{"The Paid page"};
-    QTest::newRow("nothing") << "xylophone" << QStringList{} << QStringList{"Contents"};
-}
-
-void tst_help::search() {
-    QFETCH(QString, text);
-    QFETCH(QStringList, mustList);
-    QFETCH(QStringList, mustNotList);
-    HelpWindow window;
-    window.show();
-    QTest::keyClicks(window.findChild<QLineEdit*>("txtSearch"), text);
-    const QStringList listed = window.ListedTitles();
-    for (const QString& title : mustList)
-        QVERIFY2(listed.contains(title), qPrintable(title));
-    for (const QString& title : mustNotList)
-        QVERIFY2(!listed.contains(title), qPrintable(title));
-    if (mustList.isEmpty())
-        QVERIFY(listed.isEmpty());
-    // Enter opens the first topic found.
-    QTest::keyClick(window.findChild<QLineEdit*>("txtSearch"), Qt::Key_Return);
-    if (!listed.isEmpty())
-        QCOMPARE(window.CurrentTitle(), listed.first());
-}
-
-void tst_help::searchCommand() {
-    Help::ShowTopic(3001);
-    Help::ShowSearch();
-    HelpWindow* window = Help::Window();
-    QVERIFY(QTest::qWaitForWindowActive(window));
-    QTRY_COMPARE(QApplication::focusWidget(), window->findChild<QWidget*>("txtSearch"));
-    QCOMPARE(window->CurrentTopic(), 3001);
-}
-
-void tst_help::linksAndHistory() {
-    HelpWindow window;
-    window.show();
-    auto* browser = window.findChild<QTextBrowser*>("txtTopic");
-    Q_EMIT browser->anchorClicked(QUrl("1081.html"));
-    QCOMPARE(window.CurrentTopic(), 1081);
-    Q_EMIT browser->anchorClicked(QUrl("7500.html"));
-    QCOMPARE(window.CurrentTopic(), 7500);
-    QTest::mouseClick(window.findChild<QWidget*>("cmdBack"), Qt::LeftButton);
-    QCOMPARE(window.CurrentTopic(), 1081);
-    QTest::mouseClick(window.findChild<QWidget*>("cmdForward"), Qt::LeftButton);
-    QCOMPARE(window.CurrentTopic(), 7500);
-    QTest::mouseClick(window.findChild<QWidget*>("cmdContents"), Qt::LeftButton);
-    QCOMPARE(window.CurrentTopic(), 0);
-
-    // An address outside the help goes to the desktop.
-    Fixture fixture;
-    Q_EMIT browser->anchorClicked(QUrl("https://www.vantry.example/"));
-    QCOMPARE(fixture.Desktop().openedDocuments, QStringList{"https://www.vantry.example/"});
-    QCOMPARE(window.CurrentTopic(), 0);
-}
-
-void tst_help::availability() {
-    QVERIFY(!Help::Available());
-    App::SetHelpFile("/opt/vantry/vantry.hlp");
-    QVERIFY(Help::Available());
-    QCOMPARE(App::HelpFile(), QString("/opt/vantry/vantry.hlp"));
-}
-
-void tst_help::contextOfControls() {
-    QWidget form;
-    form.setProperty(Help::kContextProperty, 2500);
-    auto* inner = new QWidget(&form);
-    auto* field = new QLineEdit(inner);
-    QCOMPARE(Help::ContextOf(field), 2500);
-    field->setProperty(Help::kContextProperty, 5002);
-    QCOMPARE(Help::ContextOf(field), 5002);
-    QCOMPARE(Help::ContextOf(nullptr), 0);
-    QWidget lone;
-    QCOMPARE(Help::ContextOf(&lone), 0);
-}
-
-void tst_help::f1OnFocusedControl() {
-    Help::InstallF1Handler();
-    QWidget form;
-    auto* field = new QLineEdit(&form);
-    auto* other = new QPushButton("Other", &form);
-    other->move(0, 40);
-    field->setProperty(Help::kContextProperty, 2504);
-    form.show();
-    QVERIFY(QTest::qWaitForWindowActive(&form));
-
-    // Without help, F1 does nothing.
-    field->setFocus();
-    QTest::keyClick(field, Qt::Key_F1);
-    QVERIFY(!Help::Window());
-
-    App::SetHelpFile("vantry.hlp");
-    QTest::keyClick(field, Qt::Key_F1);
-    QVERIFY(Help::Window());
-    QCOMPARE(Help::Window()->CurrentTopic(), 2504);
-    // A control without a number: the contents.
-    form.activateWindow();
-    other->setFocus();
-    QTest::keyClick(other, Qt::Key_F1);
-    QCOMPARE(Help::Window()->CurrentTopic(), 0);
-}
 
 QTEST_MAIN(tst_help)
 #include "tst_help.moc"

@@ -78,481 +78,453 @@ class tst_mdi : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
-    void init();
-    void cleanup();
-    void toolbarTable();
-    void settingsAtLoad_data();
-    void settingsAtLoad();
-    void popupKeptInStep();
-    void rebateButtons();
-    void settingsAtClose_data();
-    void settingsAtClose();
-    void childMayKeepProgramOpen();
-    void webButtons();
-    void rebateCommands_data();
-    void rebateCommands();
-    void printButton_data();
-    void printButton();
-    void helpCommands();
-    void f1OnMenuEntry();
-    void childMenus();
-    void viewMenu();
-    void timerEndsProgramWithoutSwitchboard();
-    void activeControlInLog();
+
+    void init() {
+        mFixture = std::make_unique<Fixture>();
+        mCalls.clear();
+        mEnded = 0;
+        Startup::SetEndProgramHandler([this](int) { ++mEnded; });
+        App::SetHelpFile(QString());
+    }
+
+    void cleanup() {
+        delete mMain.data();
+        Help::Quit();
+        App::SetHelpFile(QString());
+        Startup::SetEndProgramHandler(nullptr);
+        mFixture.reset();
+    }
+
+    void toolbarTable() {
+        // By index: key | description | tool tip; "" for a separator.
+        const QStringList expected{"Exit | Exit Vantry! Vantry! | Exit Vantry! Vantry!",
+                                   "",
+                                   "Save | Save Record | Save Record",
+                                   "Print | Print | Print record",
+                                   "",
+                                   "Delete | Delete Record(s) | Delete Record",
+                                   "",
+                                   "Cut | Cut | Cut",
+                                   "Copy | Copy | Copy",
+                                   "Paste | Paste | Paste",
+                                   "",
+                                   "Calc | Calculator | Calculator",
+                                   "Dialer | Autodialer | Telephone Dialer",
+                                   "",
+                                   "Options | Options | Options",
+                                   "",
+                                   "Web | KVX Web Page | KVX Web Page",
+                                   "",
+                                   "Tip | Tip of the Day | Tip of the Day",
+                                   "Help | Help | Help",
+                                   "TCR | TCR | Visit Thrift Courier on the web"};
+        frmMDI* main = MakeMain();
+        QCOMPARE(main->windowTitle(), QString("Vantry! Vantry!"));
+        QStringList shown;
+        for (int i = 1; i <= main->tbToolBar->Count(); ++i) {
+            ToolbarButton& button = main->tbToolBar->Buttons(i);
+            QVERIFY(button.Visible());
+            if (button.ButtonStyle() == ToolbarButton::Separator) {
+                QCOMPARE(button.Description(), QString("Separator"));
+                shown << "";
+                continue;
+            }
+            const QString key = button.Key();
+            shown << QStringList{key, button.Description(), button.ToolTipText()}.join(" | ");
+            QCOMPARE(main->tbToolBar->Buttons(key).Index(), i);
+            QToolButton* widget = main->findChild<QToolButton*>(key);
+            QVERIFY2(widget && widget->isVisible(), qPrintable(key));
+            QCOMPARE(widget->accessibleName(), button.Description());
+            QVERIFY(!widget->icon().isNull());
+            for (const ImageList* list : {&main->imlToolbarSGrey, &main->imlToolbarLGrey,
+                                          &main->imlToolbarLarge, &main->imlToolbarSmall})
+                QVERIFY2(!list->Picture(key).isNull(), qPrintable(key));
+        }
+        QCOMPARE(shown, expected);
+    }
+
+    void settingsAtLoad_data() {
+        QTest::addColumn<QString>("size");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("iconSize");
+        QTest::addColumn<QString>("caption");
+        const auto row = [](const char* name, const char* size, const char* text, int iconSize,
+                            const char* caption) {
+            QTest::newRow(name) << QString(size) << QString(text) << iconSize << QString(caption);
+        };
+        row("first start", "", "", 32, "Exit");
+        row("large, text", "Large", "1", 32, "Exit");
+        row("small, no text", "Small", "0", 16, "");
+        row("anything else is small", "large", "True", 16, "Exit");
+        row("text False", "Large", "False", 32, "");
+        row("text not a Boolean", "Large", "maybe", 32, "Exit");
+    }
+
+    void settingsAtLoad() {
+        QFETCH(QString, size);
+        QFETCH(QString, text);
+        QFETCH(int, iconSize);
+        QFETCH(QString, caption);
+        if (!size.isEmpty())
+            SaveSetting(kAppTitle, "Settings", "MDI Toolbar", size);
+        if (!text.isEmpty())
+            SaveSetting(kAppTitle, "Settings", "MDI Toolbar Text", text);
+        frmMDI* main = MakeMain();
+        QCOMPARE(main->tbToolBar->iconSize(), QSize(iconSize, iconSize));
+        QCOMPARE(main->mnuTbPopupLarge->isChecked(), iconSize == 32);
+        QCOMPARE(main->mnuTbPopupSmall->isChecked(), iconSize == 16);
+        QCOMPARE(main->mnuTbPopupText->isChecked(), !caption.isEmpty());
+        QCOMPARE(main->tbToolBar->Buttons(1).Caption(), caption);
+        QCOMPARE(main->tbToolBar->Buttons("TCR").Caption(), caption.isEmpty() ? "" : "TCR");
+        QCOMPARE(main->findChild<QToolButton*>("TCR")->toolButtonStyle(),
+                 caption.isEmpty() ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextUnderIcon);
+    }
+
+    void popupKeptInStep() {
+        frmMDI* main = MakeMain();
+        QToolButton* exit = main->findChild<QToolButton*>("Exit");
+        // Captions shown, but the check got out of step.
+        main->mnuTbPopupText->blockSignals(true);
+        main->mnuTbPopupText->setChecked(false);
+        main->mnuTbPopupText->blockSignals(false);
+        QTest::mouseClick(exit, Qt::RightButton);
+        QTRY_VERIFY(main->mnuTbPopup->isVisible());
+        QVERIFY(main->mnuTbPopupText->isChecked());
+        QCOMPARE(main->tbToolBar->Buttons(1).Caption(), QString("Exit"));
+        main->mnuTbPopup->close();
+
+        // "Text" from the pop-up: captions off; "Small Buttons": small pictures.
+        main->mnuTbPopupText->trigger();
+        QCOMPARE(main->tbToolBar->Buttons(1).Caption(), QString());
+        main->mnuTbPopupSmall->trigger();
+        QCOMPARE(main->tbToolBar->iconSize(), QSize(16, 16));
+        QVERIFY(!main->mnuTbPopupLarge->isChecked());
+        QTest::mouseClick(exit, Qt::RightButton);
+        QTRY_VERIFY(main->mnuTbPopup->isVisible());
+        QVERIFY(!main->mnuTbPopupText->isChecked());
+        main->mnuTbPopup->close();
+        // Choosing the size that is already chosen keeps it chosen.
+        main->mnuTbPopupSmall->trigger();
+        QVERIFY(main->mnuTbPopupSmall->isChecked());
+        QCOMPARE(main->tbToolBar->iconSize(), QSize(16, 16));
+        // The left button on a button is a click, never the pop-up.
+        QTest::mouseClick(main->findChild<QToolButton*>("Calc"), Qt::LeftButton);
+        QVERIFY(!main->mnuTbPopup->isVisible());
+    }
+
+    void rebateButtons() {
+        frmMDI* main = MakeMain();
+        const auto visible = [main] {
+            QList<int> shown;
+            for (int i = 1; i <= main->tbToolBar->Count(); ++i)
+                if (main->tbToolBar->Buttons(i).Visible())
+                    shown.append(i);
+            return shown;
+        };
+        main->HideRebateButtons();
+        QCOMPARE(visible(), (QList<int>{1, 2, 4, 5, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21}));
+        QTRY_VERIFY(!main->findChild<QToolButton*>("Save")->isVisible());
+        QVERIFY(main->findChild<QToolButton*>("Print")->isVisible());
+
+        // A rebate form whose record was never saved: all back, Print disabled.
+        FakeForm* rebate = AddForm("frmRebate");
+        main->ShowRebateButtons();
+        QCOMPARE(visible().size(), 21);
+        QVERIFY(!main->tbToolBar->Buttons(4).Enabled());
+
+        main->tbToolBar->Buttons(4).SetEnabled(true);
+        rebate->mRebateID = "20261123100000";
+        main->HideRebateButtons();
+        main->ShowRebateButtons();
+        QVERIFY(main->tbToolBar->Buttons(4).Enabled());
+    }
+
+    void settingsAtClose_data() {
+        QTest::addColumn<bool>("minimised");
+        QTest::addColumn<bool>("large");
+        QTest::addColumn<bool>("text");
+        QTest::newRow("normal, large, text") << false << true << true;
+        QTest::newRow("normal, small, no text") << false << false << false;
+        QTest::newRow("minimised") << true << false << true;
+    }
+
+    void settingsAtClose() {
+        QFETCH(bool, minimised);
+        QFETCH(bool, large);
+        QFETCH(bool, text);
+        for (const char* key : {"MainLeft", "MainTop", "MainWidth", "MainHeight"})
+            SaveSetting(kAppTitle, "Settings", key, "untouched");
+        frmMDI* main = MakeMain();
+        main->setGeometry(40, 30, 800, 600);
+        const QRect frame = main->frameGeometry();
+        large ? main->mnuTbPopupLarge_Click() : main->mnuTbPopupSmall_Click();
+        if (main->mnuTbPopupText->isChecked() != text)
+            main->mnuTbPopupText_Click();
+        if (minimised) {
+            main->showMinimized();
+            QTRY_VERIFY(main->isMinimized());
+        }
+        QVERIFY(main->close());
+        QCOMPARE(mEnded, 1);
+
+        const auto setting = [](const char* key) {
+            return GetSetting(kAppTitle, "Settings", key, "missing");
+        };
+        QCOMPARE(setting("MDI Toolbar"), QString(large ? "Large" : "Small"));
+        QCOMPARE(setting("MDI Toolbar Text"), QString(text ? "1" : "0"));
+        if (minimised) {
+            for (const char* key : {"MainLeft", "MainTop", "MainWidth", "MainHeight"})
+                QCOMPARE(setting(key), QString("untouched"));
+        } else {
+            QCOMPARE(setting("MainLeft"), QString::number(frame.x() * 15));
+            QCOMPARE(setting("MainTop"), QString::number(frame.y() * 15));
+            QCOMPARE(setting("MainWidth"), QString::number(frame.width() * 15));
+            QCOMPARE(setting("MainHeight"), QString::number(frame.height() * 15));
+        }
+
+        // The next start reads the toolbar back (and nothing reads the position).
+        frmMDI* again = MakeMain();
+        QCOMPARE(again->tbToolBar->iconSize().width(), large ? 32 : 16);
+        QCOMPARE(again->tbToolBar->Buttons(1).Caption(), QString(text ? "Exit" : ""));
+    }
+
+    void childMayKeepProgramOpen() {
+        mFixture->OpenDatabase();
+        frmMDI* main = MakeMain();
+        FakeForm* switchboard = AddForm("frmSwitchboard");
+        switchboard->mRefuseClose = true;
+        main->mnuTbPopupSmall_Click();
+        main->tbToolBar_ButtonClick("Exit");
+        QVERIFY(main->isVisible());
+        QCOMPARE(mEnded, 0);
+        QVERIFY(gDatabase);
+        // The settings were saved before the child was asked.
+        QCOMPARE(GetSetting(kAppTitle, "Settings", "MDI Toolbar"), QString("Small"));
+
+        switchboard->mRefuseClose = false;
+        main->mnuFileExit_Click();
+        QCOMPARE(mEnded, 1);
+        QVERIFY(!gDatabase); // closed at the end
+        QTRY_VERIFY(!IsFormLoaded("frmSwitchboard"));
+    }
+
+    void webButtons() {
+        frmMDI* main = MakeMain();
+        gTCRLink = kTCRLink;
+        QTest::mouseClick(main->findChild<QToolButton*>("Web"), Qt::LeftButton);
+        QCOMPARE(mFixture->Desktop().openedDocuments, QStringList{kProductWebSite});
+        QCOMPARE(main->sbStatusBar->PanelText(3), QString("Opening web browser..."));
+        SetStatusText("Ready...");
+        QTest::mouseClick(main->findChild<QToolButton*>("TCR"), Qt::LeftButton);
+        QCOMPARE(mFixture->Desktop().openedDocuments, (QStringList{kProductWebSite, kTCRLink}));
+        QCOMPARE(main->sbStatusBar->PanelText(3), QString("Opening web browser..."));
+        QVERIFY(mFixture->Desktop().boxes.isEmpty());
+    }
+
+    void rebateCommands_data() {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("call");
+        QTest::addColumn<QString>("status");
+        const auto row = [](const char* key, const char* call, const char* status) {
+            QTest::newRow(key) << QString(key) << QString(call) << QString(status);
+        };
+        row("Save", "frmRebate.Save", "Saving record...");
+        row("Delete", "frmRebate.Delete", "Ready...");
+        row("Cut", "frmRebate.Cut", "Ready...");
+        row("Copy", "frmRebate.Copy", "Ready...");
+        row("Paste", "frmRebate.Paste", "Ready...");
+    }
+
+    void rebateCommands() {
+        QFETCH(QString, key);
+        QFETCH(QString, call);
+        QFETCH(QString, status);
+        frmMDI* main = MakeMain();
+        SetStatusText("Ready...");
+        // No rebate form: the button does nothing at all.
+        AddForm("frmSwitchboard");
+        QTest::mouseClick(main->findChild<QToolButton*>(key), Qt::LeftButton);
+        QVERIFY(mCalls.isEmpty());
+        QCOMPARE(main->sbStatusBar->PanelText(3), QString("Ready..."));
+
+        AddForm("frmRebate");
+        QTest::mouseClick(main->findChild<QToolButton*>(key), Qt::LeftButton);
+        QCOMPARE(mCalls, QStringList{call});
+        QCOMPARE(main->sbStatusBar->PanelText(3), status);
+        QVERIFY(mFixture->Desktop().boxes.isEmpty());
+    }
+
+    void printButton_data() {
+        QTest::addColumn<bool>("withRebate");
+        QTest::addColumn<QString>("active");
+        QTest::addColumn<QString>("call");
+        const auto row = [](const char* name, bool withRebate, const char* active,
+                            const char* call) {
+            QTest::newRow(name) << withRebate << QString(active) << QString(call);
+        };
+        row("switchboard prints statistics", false, "frmSwitchboard", "frmSwitchboard.Print");
+        row("rebate form behind the switchboard", true, "frmSwitchboard", "");
+        row("rebate form", true, "frmRebate", "frmRebate.Print");
+    }
+
+    void printButton() {
+        QFETCH(bool, withRebate);
+        QFETCH(QString, active);
+        QFETCH(QString, call);
+        frmMDI* main = MakeMain();
+        FakeForm* switchboard = AddForm("frmSwitchboard");
+        if (withRebate)
+            AddForm("frmRebate");
+        main->mdiArea->setActiveSubWindow(
+            main->AddChild(active == "frmSwitchboard" ? switchboard : Forms::Find("frmRebate")));
+        QCOMPARE(main->ActiveFormName(), active);
+
+        main->tbToolBar_ButtonClick("Print");
+        QCOMPARE(mCalls, call.isEmpty() ? QStringList() : QStringList{call});
+    }
+
+    void helpCommands() {
+        frmMDI* main = MakeMain();
+        const QString noHelp =
+            "Unable to display Help Contents. There is no Help associated with this project.";
+        main->mnuHelpContents->trigger();
+        main->mnuSearchForHelpOn->trigger();
+        QTest::mouseClick(main->findChild<QToolButton*>("Help"), Qt::LeftButton);
+        const auto& boxes = mFixture->Desktop().boxes;
+        QCOMPARE(boxes.size(), 3);
+        for (const auto& shown : boxes) {
+            QCOMPARE(shown.prompt, noHelp);
+            QCOMPARE(shown.style, 64);
+            QCOMPARE(shown.title, QString("Vantry! Vantry!"));
+        }
+        QVERIFY(!Help::Window());
+
+        App::SetHelpFile(mFixture->ProgramDir() + "vantry.hlp");
+        QTest::mouseClick(main->findChild<QToolButton*>("Help"), Qt::LeftButton);
+        QVERIFY(Help::Window());
+        QVERIFY(Help::Window()->isVisible());
+        QCOMPARE(Help::Window()->CurrentTopic(), 0);
+        main->mnuSearchForHelpOn->trigger();
+        QTRY_COMPARE(QApplication::focusWidget(), Help::Window()->findChild<QWidget*>("txtSearch"));
+        QCOMPARE(boxes.size(), 3);
+
+        // Closing the main window closes the help too.
+        main->close();
+        QVERIFY(!Help::Window());
+    }
+
+    void f1OnMenuEntry() {
+        frmMDI* main = MakeMain();
+        App::SetHelpFile(mFixture->ProgramDir() + "vantry.hlp");
+        main->activateWindow();
+        main->mnuView->popup(main->mapToGlobal(QPoint(10, 10)));
+        QTRY_VERIFY(main->mnuView->isVisible());
+        main->mnuView->setActiveAction(main->mnuViewStatusBar);
+        QTest::keyClick(main->mnuView, Qt::Key_F1);
+        QTRY_VERIFY(Help::Window() && Help::Window()->isVisible());
+        QCOMPARE(Help::Window()->CurrentTopic(), 2507);
+        QVERIFY(!main->mnuView->isVisible());
+        QVERIFY(main->mnuViewStatusBar->isChecked()); // F1 doesn't run the entry
+    }
+
+    void childMenus() {
+        frmMDI* main = MakeMain();
+        const auto titles = [main] {
+            QStringList shown;
+            for (QAction* entry : main->menuBar()->actions())
+                shown.append(entry->text());
+            return shown;
+        };
+        QCOMPARE(titles(), (QStringList{"&File", "&View", "&Window", "&Help"}));
+        AddForm("frmSwitchboard");
+        QCOMPARE(titles(), QStringList{"&Record"});
+        // A child without menus of its own shows the frame's.
+        auto* plain = new QWidget;
+        plain->setWindowTitle("Plain");
+        QMdiSubWindow* sub = main->AddChild(plain);
+        QCOMPARE(main->AddChild(plain), sub);
+        sub->show();
+        main->mdiArea->setActiveSubWindow(sub);
+        QCOMPARE(titles(), (QStringList{"&File", "&View", "&Window", "&Help"}));
+
+        // The Window menu lists the open children.
+        main->mnuWindow->popup(main->mapToGlobal(QPoint(0, 0)));
+        QTRY_VERIFY(main->mnuWindow->isVisible());
+        QStringList entries;
+        for (QAction* entry : main->mnuWindow->actions())
+            if (!entry->isSeparator())
+                entries.append(entry->text());
+        main->mnuWindow->close();
+        QCOMPARE(entries, (QStringList{"Tile &Horizontally", "Tile &Vertically", "&Cascade",
+                                       "&1 frmSwitchboard", "&2 Plain"}));
+    }
+
+    void viewMenu() {
+        frmMDI* main = MakeMain();
+        main->mnuViewToolbar_Click();
+        QVERIFY(!main->mnuViewToolbar->isChecked());
+        QVERIFY(!main->tbToolBar->isVisible());
+        main->mnuViewToolbar->trigger();
+        QVERIFY(main->mnuViewToolbar->isChecked());
+        QVERIFY(main->tbToolBar->isVisible());
+        main->mnuViewStatusBar->trigger();
+        QVERIFY(!main->sbStatusBar->isVisible());
+        main->mnuViewStatusBar_Click();
+        QVERIFY(main->sbStatusBar->isVisible());
+        // Not remembered.
+        main->close();
+        QCOMPARE(GetSetting(kAppTitle, "Settings", "Toolbar", "none"), QString("none"));
+    }
+
+    void timerEndsProgramWithoutSwitchboard() {
+        frmMDI* main = MakeMain();
+        FakeForm* switchboard = AddForm("frmSwitchboard");
+        QVERIFY(!main->MDITimer->isActive());
+        main->MDITimer->start();
+        QTest::qWait(700);
+        QCOMPARE(mEnded, 0); // the Switchboard is still there
+        QVERIFY(main->isVisible());
+
+        QElapsedTimer clock;
+        clock.start();
+        switchboard->close();
+        delete switchboard->parentWidget(); // the sub-window goes, and the form with it
+        QTRY_COMPARE(mEnded, 1);
+        QVERIFY(clock.elapsed() < 1000);
+        QTRY_VERIFY(!mMain);
+    }
+
+    void activeControlInLog() {
+        frmMDI* main = MakeMain();
+        FakeForm* rebate = AddForm("frmRebate");
+        auto* button = rebate->findChild<QWidget*>("cmdDelete");
+        main->activateWindow();
+        button->setFocus();
+        QTRY_COMPARE(QApplication::focusWidget(), button);
+        LogError(VbError(VbError::InvalidCall), "frmRebate", "cmdOK_Click");
+        QVERIFY(mFixture->LogText().contains("Active Control:\t\tcmdDelete\r\n"));
+    }
 
 private:
-    frmMDI* MakeMain();
-    FakeForm* AddForm(const QString& name);
+    frmMDI* MakeMain() {
+        mMain = new frmMDI;
+        mMain->show();
+        if (!QTest::qWaitForWindowExposed(mMain))
+            qWarning("main window not exposed");
+        return mMain;
+    }
+    FakeForm* AddForm(const QString& name) {
+        auto* form = new FakeForm(name, &mCalls);
+        mMain->AddChild(form)->show();
+        mMain->mdiArea->setActiveSubWindow(mMain->AddChild(form));
+        return form;
+    }
 
     std::unique_ptr<Fixture> mFixture;
     QPointer<frmMDI> mMain;
     QStringList mCalls;
     int mEnded = 0;
 };
-
-void tst_mdi::init() {
-    mFixture = std::make_unique<Fixture>();
-    mCalls.clear();
-    mEnded = 0;
-    Startup::SetEndProgramHandler([this](int) { ++mEnded; });
-    App::SetHelpFile(QString());
-}
-
-void tst_mdi::cleanup() {
-    delete mMain.data();
-    Help::Quit();
-    App::SetHelpFile(QString());
-    Startup::SetEndProgramHandler(nullptr);
-    mFixture.reset();
-}
-
-frmMDI* tst_mdi::MakeMain() {
-    mMain = new frmMDI;
-    mMain->show();
-    if (!QTest::qWaitForWindowExposed(mMain))
-        qWarning("main window not exposed");
-    return mMain;
-}
-
-FakeForm* tst_mdi::AddForm(const QString& name) {
-    auto* form = new FakeForm(name, &mCalls);
-    mMain->AddChild(form)->show();
-    mMain->mdiArea->setActiveSubWindow(mMain->AddChild(form));
-    return form;
-}
-
-void tst_mdi::toolbarTable() {
-    // By index: key | description | tool tip; "" for a separator.
-    const QStringList expected{"Exit | Exit Vantry! Vantry! | Exit Vantry! Vantry!",
-                               "",
-                               "Save | Save Record | Save Record",
-                               "Print | Print | Print record",
-                               "",
-                               "Delete | Delete Record(s) | Delete Record",
-                               "",
-                               "Cut | Cut | Cut",
-                               "Copy | Copy | Copy",
-                               "Paste | Paste | Paste",
-                               "",
-                               "Calc | Calculator | Calculator",
-                               "Dialer | Autodialer | Telephone Dialer",
-                               "",
-                               "Options | Options | Options",
-                               "",
-                               "Web | KVX Web Page | KVX Web Page",
-                               "",
-                               "Tip | Tip of the Day | Tip of the Day",
-                               "Help | Help | Help",
-                               "TCR | TCR | Visit Thrift Courier on the web"};
-    frmMDI* main = MakeMain();
-    QCOMPARE(main->windowTitle(), QString("Vantry! Vantry!"));
-    QStringList shown;
-    for (int i = 1; i <= main->tbToolBar->Count(); ++i) {
-        ToolbarButton& button = main->tbToolBar->Buttons(i);
-        QVERIFY(button.Visible());
-        if (button.ButtonStyle() == ToolbarButton::Separator) {
-            QCOMPARE(button.Description(), QString("Separator"));
-            shown << "";
-            continue;
-        }
-        const QString key = button.Key();
-        shown << QStringList{key, button.Description(), button.ToolTipText()}.join(" | ");
-        QCOMPARE(button.Image(), key);
-        QCOMPARE(main->tbToolBar->Buttons(key).Index(), i);
-        QToolButton* widget = main->findChild<QToolButton*>(key);
-        QVERIFY2(widget && widget->isVisible(), qPrintable(key));
-        QCOMPARE(widget->accessibleName(), button.Description());
-        QVERIFY(!widget->icon().isNull());
-        for (const ImageList* list : {&main->imlToolbarSGrey, &main->imlToolbarLGrey,
-                                      &main->imlToolbarLarge, &main->imlToolbarSmall})
-            QVERIFY2(!list->Picture(key).isNull(), qPrintable(key));
-    }
-    QCOMPARE(shown, expected);
-    // The large grey list also holds "Log".
-    QVERIFY(main->imlToolbarLGrey.Contains("Log"));
-    QVERIFY(!main->imlToolbarLarge.Contains("Log"));
-}
-
-void tst_mdi::settingsAtLoad_data() {
-    QTest::addColumn<QString>("size");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("iconSize");
-    QTest::addColumn<QString>("caption");
-    const auto row = [](const char* name, const char* size, const char* text, int iconSize,
-                        const char* caption) {
-        QTest::newRow(name) << QString(size) << QString(text) << iconSize << QString(caption);
-    };
-    row("first start", "", "", 32, "Exit");
-    row("large, text", "Large", "1", 32, "Exit");
-    row("small, no text", "Small", "0", 16, "");
-    row("anything else is small", "large", "True", 16, "Exit");
-    row("text False", "Large", "False", 32, "");
-    row("text not a Boolean", "Large", "maybe", 32, "Exit");
-}
-
-void tst_mdi::settingsAtLoad() {
-    QFETCH(QString, size);
-    QFETCH(QString, text);
-    QFETCH(int, iconSize);
-    QFETCH(QString, caption);
-    if (!size.isEmpty())
-        SaveSetting(kAppTitle, "Settings", "MDI Toolbar", size);
-    if (!text.isEmpty())
-        SaveSetting(kAppTitle, "Settings", "MDI Toolbar Text", text);
-    frmMDI* main = MakeMain();
-    QCOMPARE(main->tbToolBar->iconSize(), QSize(iconSize, iconSize));
-    QCOMPARE(main->mnuTbPopupLarge->isChecked(), iconSize == 32);
-    QCOMPARE(main->mnuTbPopupSmall->isChecked(), iconSize == 16);
-    QCOMPARE(main->mnuTbPopupText->isChecked(), !caption.isEmpty());
-    QCOMPARE(main->tbToolBar->Buttons(1).Caption(), caption);
-    QCOMPARE(main->tbToolBar->Buttons("TCR").Caption(), caption.isEmpty() ? "" : "TCR");
-    QCOMPARE(main->findChild<QToolButton*>("TCR")->toolButtonStyle(),
-             caption.isEmpty() ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextUnderIcon);
-}
-
-void tst_mdi::popupKeptInStep() {
-    frmMDI* main = MakeMain();
-    QToolButton* exit = main->findChild<QToolButton*>("Exit");
-    // Captions shown, but the check got out of step.
-    main->mnuTbPopupText->blockSignals(true);
-    main->mnuTbPopupText->setChecked(false);
-    main->mnuTbPopupText->blockSignals(false);
-    QTest::mouseClick(exit, Qt::RightButton);
-    QTRY_VERIFY(main->mnuTbPopup->isVisible());
-    QVERIFY(main->mnuTbPopupText->isChecked());
-    QCOMPARE(main->tbToolBar->Buttons(1).Caption(), QString("Exit"));
-    main->mnuTbPopup->close();
-
-    // "Text" from the pop-up: captions off; "Small Buttons": small pictures.
-    main->mnuTbPopupText->trigger();
-    QCOMPARE(main->tbToolBar->Buttons(1).Caption(), QString());
-    main->mnuTbPopupSmall->trigger();
-    QCOMPARE(main->tbToolBar->iconSize(), QSize(16, 16));
-    QVERIFY(!main->mnuTbPopupLarge->isChecked());
-    QTest::mouseClick(exit, Qt::RightButton);
-    QTRY_VERIFY(main->mnuTbPopup->isVisible());
-    QVERIFY(!main->mnuTbPopupText->isChecked());
-    main->mnuTbPopup->close();
-    // Choosing the size that is already chosen keeps it chosen.
-    main->mnuTbPopupSmall->trigger();
-    QVERIFY(main->mnuTbPopupSmall->isChecked());
-    QCOMPARE(main->tbToolBar->iconSize(), QSize(16, 16));
-    // The left button on a button is a click, never the pop-up.
-    QTest::mouseClick(main->findChild<QToolButton*>("Calc"), Qt::LeftButton);
-    QVERIFY(!main->mnuTbPopup->isVisible());
-}
-
-void tst_mdi::rebateButtons() {
-    frmMDI* main = MakeMain();
-    const auto visible = [main] {
-        QList<int> shown;
-        for (int i = 1; i <= main->tbToolBar->Count(); ++i)
-            if (main->tbToolBar->Buttons(i).Visible())
-                shown.append(i);
-        return shown;
-    };
-    main->HideRebateButtons();
-    QCOMPARE(visible(), (QList<int>{1, 2, 4, 5, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21}));
-    QTRY_VERIFY(!main->findChild<QToolButton*>("Save")->isVisible());
-    QVERIFY(main->findChild<QToolButton*>("Print")->isVisible());
-
-    // A rebate form whose record was never saved: all back, Print disabled.
-    FakeForm* rebate = AddForm("frmRebate");
-    main->ShowRebateButtons();
-    QCOMPARE(visible().size(), 21);
-    QVERIFY(!main->tbToolBar->Buttons(4).Enabled());
-
-    main->tbToolBar->Buttons(4).SetEnabled(true);
-    rebate->mRebateID = "20261123100000";
-    main->HideRebateButtons();
-    main->ShowRebateButtons();
-    QVERIFY(main->tbToolBar->Buttons(4).Enabled());
-}
-
-void tst_mdi::settingsAtClose_data() {
-    QTest::addColumn<bool>("minimised");
-    QTest::addColumn<bool>("large");
-    QTest::addColumn<bool>("text");
-    QTest::newRow("normal, large, text") << false << true << true;
-    QTest::newRow("normal, small, no text") << false << false << false;
-    QTest::newRow("minimised") << true << false << true;
-}
-
-void tst_mdi::settingsAtClose() {
-    QFETCH(bool, minimised);
-    QFETCH(bool, large);
-    QFETCH(bool, text);
-    for (const char* key : {"MainLeft", "MainTop", "MainWidth", "MainHeight"})
-        SaveSetting(kAppTitle, "Settings", key, "untouched");
-    frmMDI* main = MakeMain();
-    main->setGeometry(40, 30, 800, 600);
-    const QRect frame = main->frameGeometry();
-    large ? main->mnuTbPopupLarge_Click() : main->mnuTbPopupSmall_Click();
-    if (main->mnuTbPopupText->isChecked() != text)
-        main->mnuTbPopupText_Click();
-    if (minimised) {
-        main->showMinimized();
-        QTRY_VERIFY(main->isMinimized());
-    }
-    QVERIFY(main->close());
-    QCOMPARE(mEnded, 1);
-
-    const auto setting = [](const char* key) {
-        return GetSetting(kAppTitle, "Settings", key, "missing");
-    };
-    QCOMPARE(setting("MDI Toolbar"), QString(large ? "Large" : "Small"));
-    QCOMPARE(setting("MDI Toolbar Text"), QString(text ? "1" : "0"));
-    if (minimised) {
-        for (const char* key : {"MainLeft", "MainTop", "MainWidth", "MainHeight"})
-            QCOMPARE(setting(key), QString("untouched"));
-    } else {
-        QCOMPARE(setting("MainLeft"), QString::number(frame.x() * 15));
-        QCOMPARE(setting("MainTop"), QString::number(frame.y() * 15));
-        QCOMPARE(setting("MainWidth"), QString::number(frame.width() * 15));
-        QCOMPARE(setting("MainHeight"), QString::number(frame.height() * 15));
-    }
-
-    // The next start reads the toolbar back (and nothing reads the position).
-    frmMDI* again = MakeMain();
-    QCOMPARE(again->tbToolBar->iconSize().width(), large ? 32 : 16);
-    QCOMPARE(again->tbToolBar->Buttons(1).Caption(), QString(text ? "Exit" : ""));
-}
-
-void tst_mdi::childMayKeepProgramOpen() {
-    mFixture->OpenDatabase();
-    frmMDI* main = MakeMain();
-    FakeForm* switchboard = AddForm("frmSwitchboard");
-    switchboard->mRefuseClose = true;
-    main->mnuTbPopupSmall_Click();
-    main->tbToolBar_ButtonClick("Exit");
-    QVERIFY(main->isVisible());
-    QCOMPARE(mEnded, 0);
-    QVERIFY(gDatabase);
-    // The settings were saved before the child was asked.
-    QCOMPARE(GetSetting(kAppTitle, "Settings", "MDI Toolbar"), QString("Small"));
-
-    switchboard->mRefuseClose = false;
-    main->mnuFileExit_Click();
-    QCOMPARE(mEnded, 1);
-    QVERIFY(!gDatabase); // closed at the end
-    QTRY_VERIFY(!IsFormLoaded("frmSwitchboard"));
-}
-
-void tst_mdi::webButtons() {
-    frmMDI* main = MakeMain();
-    gTCRLink = kTCRLink;
-    QTest::mouseClick(main->findChild<QToolButton*>("Web"), Qt::LeftButton);
-    QCOMPARE(mFixture->Desktop().openedDocuments, QStringList{kProductWebSite});
-    QCOMPARE(main->sbStatusBar->PanelText(3), QString("Opening web browser..."));
-    SetStatusText("Ready...");
-    QTest::mouseClick(main->findChild<QToolButton*>("TCR"), Qt::LeftButton);
-    QCOMPARE(mFixture->Desktop().openedDocuments, (QStringList{kProductWebSite, kTCRLink}));
-    QCOMPARE(main->sbStatusBar->PanelText(3), QString("Opening web browser..."));
-    QVERIFY(mFixture->Desktop().boxes.isEmpty());
-}
-
-void tst_mdi::rebateCommands_data() {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("call");
-    QTest::addColumn<QString>("status");
-    const auto row = [](const char* key, const char* call, const char* status) {
-        QTest::newRow(key) << QString(key) << QString(call) << QString(status);
-    };
-    row("Save", "frmRebate.Save", "Saving record...");
-    row("Delete", "frmRebate.Delete", "Ready...");
-    row("Cut", "frmRebate.Cut", "Ready...");
-    row("Copy", "frmRebate.Copy", "Ready...");
-    row("Paste", "frmRebate.Paste", "Ready...");
-}
-
-void tst_mdi::rebateCommands() {
-    QFETCH(QString, key);
-    QFETCH(QString, call);
-    QFETCH(QString, status);
-    frmMDI* main = MakeMain();
-    SetStatusText("Ready...");
-    // No rebate form: the button does nothing at all.
-    AddForm("frmSwitchboard");
-    QTest::mouseClick(main->findChild<QToolButton*>(key), Qt::LeftButton);
-    QVERIFY(mCalls.isEmpty());
-    QCOMPARE(main->sbStatusBar->PanelText(3), QString("Ready..."));
-
-    AddForm("frmRebate");
-    QTest::mouseClick(main->findChild<QToolButton*>(key), Qt::LeftButton);
-    QCOMPARE(mCalls, QStringList{call});
-    QCOMPARE(main->sbStatusBar->PanelText(3), status);
-    QVERIFY(mFixture->Desktop().boxes.isEmpty());
-}
-
-void tst_mdi::printButton_data() {
-    QTest::addColumn<bool>("withRebate");
-    QTest::addColumn<QString>("active");
-    QTest::addColumn<QString>("call");
-    const auto row = [](const char* name, bool withRebate, const char* active, const char* call) {
-        QTest::newRow(name) << withRebate << QString(active) << QString(call);
-    };
-    row("switchboard prints statistics", false, "frmSwitchboard", "frmSwitchboard.Print");
-    row("rebate form behind the switchboard", true, "frmSwitchboard", "");
-    row("rebate form", true, "frmRebate", "frmRebate.Print");
-}
-
-void tst_mdi::printButton() {
-    QFETCH(bool, withRebate);
-    QFETCH(QString, active);
-    QFETCH(QString, call);
-    frmMDI* main = MakeMain();
-    FakeForm* switchboard = AddForm("frmSwitchboard");
-    if (withRebate)
-        AddForm("frmRebate");
-    main->mdiArea->setActiveSubWindow(
-        main->AddChild(active == "frmSwitchboard" ? switchboard : Forms::Find("frmRebate")));
-    QCOMPARE(main->ActiveFormName(), active);
-
-    main->tbToolBar_ButtonClick("Print");
-    QCOMPARE(mCalls, call.isEmpty() ? QStringList() : QStringList{call});
-}
-
-void tst_mdi::helpCommands() {
-    frmMDI* main = MakeMain();
-    const QString noHelp =
-        "Unable to display Help Contents. There is no Help associated with this project.";
-    main->mnuHelpContents->trigger();
-    main->mnuSearchForHelpOn->trigger();
-    QTest::mouseClick(main->findChild<QToolButton*>("Help"), Qt::LeftButton);
-    const auto& boxes = mFixture->Desktop().boxes;
-    QCOMPARE(boxes.size(), 3);
-    for (const auto& shown : boxes) {
-        QCOMPARE(shown.prompt, noHelp);
-        QCOMPARE(shown.style, 64);
-        QCOMPARE(shown.title, QString("Vantry! Vantry!"));
-    }
-    QVERIFY(!Help::Window());
-
-    App::SetHelpFile(mFixture->ProgramDir() + "vantry.hlp");
-    QTest::mouseClick(main->findChild<QToolButton*>("Help"), Qt::LeftButton);
-    QVERIFY(Help::Window());
-    QVERIFY(Help::Window()->isVisible());
-    QCOMPARE(Help::Window()->CurrentTopic(), 0);
-    main->mnuSearchForHelpOn->trigger();
-    QTRY_COMPARE(QApplication::focusWidget(), Help::Window()->findChild<QWidget*>("txtSearch"));
-    QCOMPARE(boxes.size(), 3);
-
-    // Closing the main window closes the help too.
-    main->close();
-    QVERIFY(!Help::Window());
-}
-
-void tst_mdi::f1OnMenuEntry() {
-    frmMDI* main = MakeMain();
-    App::SetHelpFile(mFixture->ProgramDir() + "vantry.hlp");
-    main->activateWindow();
-    main->mnuView->popup(main->mapToGlobal(QPoint(10, 10)));
-    QTRY_VERIFY(main->mnuView->isVisible());
-    main->mnuView->setActiveAction(main->mnuViewStatusBar);
-    QTest::keyClick(main->mnuView, Qt::Key_F1);
-    QTRY_VERIFY(Help::Window() && Help::Window()->isVisible());
-    QCOMPARE(Help::Window()->CurrentTopic(), 2507);
-    QVERIFY(!main->mnuView->isVisible());
-    QVERIFY(main->mnuViewStatusBar->isChecked()); // F1 doesn't run the entry
-}
-
-void tst_mdi::childMenus() {
-    frmMDI* main = MakeMain();
-    const auto titles = [main] {
-        QStringList shown;
-        for (QAction* entry : main->menuBar()->actions())
-            shown.append(entry->text());
-        return shown;
-    };
-    QCOMPARE(titles(), (QStringList{"&File", "&View", "&Window", "&Help"}));
-    AddForm("frmSwitchboard");
-    QCOMPARE(titles(), QStringList{"&Record"});
-    // A child without menus of its own shows the frame's.
-    auto* plain = new QWidget;
-    plain->setWindowTitle("Plain");
-    QMdiSubWindow* sub = main->AddChild(plain);
-    QCOMPARE(main->AddChild(plain), sub);
-    sub->show();
-    main->mdiArea->setActiveSubWindow(sub);
-    QCOMPARE(titles(), (QStringList{"&File", "&View", "&Window", "&Help"}));
-
-    // The Window menu lists the open children.
-    main->mnuWindow->popup(main->mapToGlobal(QPoint(0, 0)));
-    QTRY_VERIFY(main->mnuWindow->isVisible());
-    QStringList entries;
-    for (QAction* entry : main->mnuWindow->actions())
-        if (!entry->isSeparator())
-            entries.append(entry->text());
-    main->mnuWindow->close();
-    QCOMPARE(entries, (QStringList{"Tile &Horizontally", "Tile &Vertically", "&Cascade",
-                                   "&1 frmSwitchboard", "&2 Plain"}));
-}
-
-void tst_mdi::viewMenu() {
-    frmMDI* main = MakeMain();
-    main->mnuViewToolbar_Click();
-    QVERIFY(!main->mnuViewToolbar->isChecked());
-    QVERIFY(!main->tbToolBar->isVisible());
-    main->mnuViewToolbar->trigger();
-    QVERIFY(main->mnuViewToolbar->isChecked());
-    QVERIFY(main->tbToolBar->isVisible());
-    main->mnuViewStatusBar->trigger();
-    QVERIFY(!main->sbStatusBar->isVisible());
-    main->mnuViewStatusBar_Click();
-    QVERIFY(main->sbStatusBar->isVisible());
-    // Not remembered.
-    main->close();
-    QCOMPARE(GetSetting(kAppTitle, "Settings", "Toolbar", "none"), QString("none"));
-}
-
-void tst_mdi::timerEndsProgramWithoutSwitchboard() {
-    frmMDI* main = MakeMain();
-    FakeForm* switchboard = AddForm("frmSwitchboard");
-    QVERIFY(!main->MDITimer->isActive());
-    main->MDITimer->start();
-    QTest::qWait(700);
-    QCOMPARE(mEnded, 0); // the Switchboard is still there
-    QVERIFY(main->isVisible());
-
-    QElapsedTimer clock;
-    clock.start();
-    switchboard->close();
-    delete switchboard->parentWidget(); // the sub-window goes, and the form with it
-    QTRY_COMPARE(mEnded, 1);
-    QVERIFY(clock.elapsed() < 1000);
-    QTRY_VERIFY(!mMain);
-}
-
-void tst_mdi::activeControlInLog() {
-    frmMDI* main = MakeMain();
-    FakeForm* rebate = AddForm("frmRebate");
-    auto* button = rebate->findChild<QWidget*>("cmdDelete");
-    main->activateWindow();
-    button->setFocus();
-    QTRY_COMPARE(QApplication::focusWidget(), button);
-    LogError(VbError(VbError::InvalidCall), "frmRebate", "cmdOK_Click");
-    QVERIFY(mFixture->LogText().contains("Active Control:\t\tcmdDelete\r\n"));
-}
 
 QTEST_MAIN(tst_mdi)
 #include "tst_mdi.moc"

@@ -75,249 +75,233 @@ class tst_startup : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
-    void init();
-    void cleanup();
-    void startsWithDatabase();
-    void restoresFromReserve();
-    void refusedStart_data();
-    void refusedStart();
-    void folderRefusesTheCopy();
-    void splashWait_data();
-    void splashWait();
-    void secondCopyActivatesFirst();
-    void activateWindowByTitle();
-    void escapedErrorsAreLogged();
+
+    void init() {
+        mFixture = std::make_unique<Fixture>();
+        mEnded = 0;
+        Startup::SetEndProgramHandler([this](int) { ++mEnded; });
+        Startup::SetSplashSeconds(0);
+    }
+
+    void cleanup() {
+        delete frmMDI::Instance();
+        Help::Quit();
+        App::SetHelpFile(QString());
+        Forms::SetFactory("frmSwitchboard", nullptr);
+        PrevInstance::Release();
+        Startup::SetEndProgramHandler(nullptr);
+        Startup::SetSplashSeconds(4);
+        mFixture.reset();
+    }
+
+    void startsWithDatabase() {
+        bool startedWhenLoaded = true;
+        Forms::SetFactory("frmSwitchboard", [&startedWhenLoaded] {
+            startedWhenLoaded = gAppStarted;
+            auto* form = new QWidget;
+            form->setObjectName("frmSwitchboard");
+            form->setWindowTitle("Switchboard");
+            Forms::Register(form);
+            return form;
+        });
+        QVERIFY(Main());
+        frmMDI* main = frmMDI::Instance();
+        QVERIFY(main && main->isVisible());
+        QCOMPARE(main->windowTitle(), QString("Vantry! Vantry!"));
+        QVERIFY(!frmSplash::Instance());
+        QVERIFY(gDatabase && gDatabase->IsOpen());
+        QCOMPARE(gDatabase->Name(), mFixture->DatabasePath());
+        QCOMPARE(gTCRLink, kTCRLink);
+        QCOMPARE(App::HelpFile(), mFixture->ProgramDir() + "vantry.hlp");
+        QVERIFY(gAppStarted);
+        QVERIFY(!startedWhenLoaded);
+        QCOMPARE(main->ActiveFormName(), QString("frmSwitchboard"));
+        QVERIFY(IsFormLoaded("frmSwitchboard"));
+        QCOMPARE(QDir::currentPath() + "/", mFixture->ProgramDir());
+        QVERIFY(mFixture->Desktop().boxes.isEmpty());
+        QVERIFY(!QFile::exists(mFixture->LogPath()));
+        QCOMPARE(mEnded, 0);
+    }
+
+    void restoresFromReserve() {
+        QVERIFY(QFile::remove(mFixture->DatabasePath()));
+        QVERIFY(Main());
+        QVERIFY(frmMDI::Instance());
+        QCOMPARE(ReadFile(mFixture->DatabasePath()), ReadFile(mFixture->ReservePath()));
+        QCOMPARE(gDatabase->Name(), mFixture->DatabasePath());
+        QVERIFY(mFixture->Desktop().boxes.isEmpty());
+    }
+
+    void refusedStart_data() {
+        QTest::addColumn<bool>("corrupt"); // else both database files are missing
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("prompt");
+        QTest::newRow("both files missing") << false << "Missing File" << kMissingFile;
+        QTest::newRow("corrupt database") << true << "Corrupt Database File" << CorruptText();
+    }
+
+    void refusedStart() {
+        QFETCH(bool, corrupt);
+        QFETCH(QString, title);
+        QFETCH(QString, prompt);
+        const QByteArray garbage = QByteArray("This is not a database at all.\n").repeated(200);
+        if (corrupt) {
+            QFile file(mFixture->DatabasePath());
+            QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+            file.write(garbage);
+        } else {
+            QVERIFY(QFile::remove(mFixture->DatabasePath()));
+            QVERIFY(QFile::remove(mFixture->ReservePath()));
+        }
+        bool splashShown = true;
+        mFixture->Desktop().OnNextBox(
+            [&splashShown](const ScriptedDesktop::Box&) { splashShown = frmSplash::Instance(); });
+        QVERIFY(!Main());
+        if (!corrupt)
+            QVERIFY(!splashShown);
+        QCOMPARE(mFixture->Desktop().Shown(), QStringList{title + " | 16 | " + prompt});
+        QCOMPARE(QFile::exists(mFixture->DatabasePath()), corrupt);
+        QCOMPARE(ReadFile(mFixture->DatabasePath()), corrupt ? garbage : QByteArray());
+        QVERIFY(!frmMDI::Instance());
+        QVERIFY(!frmSplash::Instance());
+        QVERIFY(!gAppStarted);
+    }
+
+    void folderRefusesTheCopy() {
+        // A directory in the way as well, since permissions don't bind every user.
+        QVERIFY(QFile::remove(mFixture->DatabasePath()));
+        QVERIFY(QDir().mkdir(mFixture->DatabasePath()));
+        const QString folder = mFixture->ProgramDir();
+        const auto permissions = QFile::permissions(folder);
+        QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
+
+        const bool started = Main();
+        QFile::setPermissions(folder, permissions);
+        QVERIFY(!started);
+        const auto& boxes = mFixture->Desktop().boxes;
+        QCOMPARE(boxes.size(), 2);
+        QCOMPARE(boxes[0].title, QString("Error Renaming Vantry.rdb"));
+        QCOMPARE(boxes[0].style, 48);
+        QVERIFY(!boxes[0].prompt.isEmpty());
+        QCOMPARE(boxes[1].title, QString("Missing File"));
+        QCOMPARE(boxes[1].prompt, kMissingFile);
+        QVERIFY(QFile::exists(mFixture->ReservePath()));
+        QVERIFY(!frmMDI::Instance());
+    }
+
+    void splashWait_data() {
+        QTest::addColumn<bool>("click");
+        QTest::addColumn<int>("atLeast");
+        QTest::addColumn<int>("atMost");
+        QTest::newRow("click on the picture") << true << 0 << 2500;
+        QTest::newRow("no click: 3 to 4 seconds") << false << 2900 << 6000;
+    }
+
+    void splashWait() {
+        QFETCH(bool, click);
+        QFETCH(int, atLeast);
+        QFETCH(int, atMost);
+        Startup::SetSplashSeconds(4);
+        QString version;
+        bool mainLoadedDuringSplash = false;
+        QTimer watch;
+        watch.setInterval(20);
+        connect(&watch, &QTimer::timeout, this, [&] {
+            frmSplash* splash = frmSplash::Instance();
+            if (!splash || !frmMDI::Instance())
+                return;
+            version = splash->lblVersion->text();
+            mainLoadedDuringSplash = !frmMDI::Instance()->isVisible();
+            if (click)
+                QTest::mouseClick(splash->imgSplash, Qt::LeftButton);
+        });
+        watch.start();
+        QElapsedTimer clock;
+        clock.start();
+        QVERIFY(Main());
+        const qint64 waited = clock.elapsed();
+        watch.stop();
+        QVERIFY2(waited >= atLeast && waited <= atMost, qPrintable(QString::number(waited)));
+        QCOMPARE(version, QString("Version 1.0.0"));
+        QVERIFY(mainLoadedDuringSplash);
+        QVERIFY(!frmSplash::Instance());
+        QVERIFY(frmMDI::Instance()->isVisible());
+    }
+
+    void secondCopyActivatesFirst() {
+        const QString name = PrevInstance::ServerName();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_QPA_PLATFORM", "offscreen");
+        environment.insert("VANTRY_PROGRAM_DIR", mFixture->ProgramDir());
+        environment.insert("XDG_CONFIG_HOME", mFixture->ProgramDir() + "config");
+        environment.insert("VANTRY_QUIT_AFTER", "60");
+        QProcess first;
+        first.setProcessEnvironment(environment);
+        first.start(VANTRY_EXECUTABLE, {});
+        QVERIFY(first.waitForStarted());
+        QTRY_VERIFY_WITH_TIMEOUT(Listening(name), 15000);
+        const QDateTime databaseTime = QFileInfo(mFixture->DatabasePath()).lastModified();
+
+        QProcess second;
+        second.setProcessEnvironment(environment);
+        QElapsedTimer clock;
+        clock.start();
+        second.start(VANTRY_EXECUTABLE, {});
+        QVERIFY(second.waitForFinished(10000));
+        QVERIFY2(clock.elapsed() < 3000, qPrintable(QString::number(clock.elapsed())));
+        QCOMPARE(second.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(second.exitCode(), 0);
+        QCOMPARE(first.state(), QProcess::Running);
+        QVERIFY(!QFile::exists(mFixture->LogPath()));
+        QCOMPARE(QFileInfo(mFixture->DatabasePath()).lastModified(), databaseTime);
+
+        first.terminate();
+        if (!first.waitForFinished(5000))
+            first.kill();
+        first.waitForFinished(5000);
+        QLocalServer::removeServer(name);
+    }
+
+    void activateWindowByTitle() {
+        QMainWindow window;
+        window.setWindowTitle("Vantry! Vantry! - [Switchboard]");
+        window.showMinimized();
+        QTRY_VERIFY(window.isMinimized());
+        QCOMPARE(FindWindowByTitlePrefix("vantry! VANTRY!"), &window);
+        QVERIFY(!FindWindowByTitlePrefix("Vantry! Vantry! Help"));
+        QVERIFY(!FindWindowByTitlePrefix(QString()));
+        QCOMPARE(ActivatePrevInstance("Vantry! Vantry!"), &window);
+        QTRY_VERIFY(!window.isMinimized());
+        QVERIFY(!ActivatePrevInstance("Nothing like it"));
+    }
+
+    void escapedErrorsAreLogged() {
+        QVERIFY(qobject_cast<VantryApplication*>(qApp));
+        FailingWidget widget;
+        widget.setObjectName("picFailing");
+        widget.show();
+        QTest::keyClick(&widget, Qt::Key_A);
+        QTest::keyClick(&widget, Qt::Key_B);
+        QTest::keyClick(&widget, Qt::Key_C);
+        QTest::keyClick(&widget, Qt::Key_D);
+        QCOMPARE(widget.keys, 1); // still running, still handling input
+        const auto& boxes = mFixture->Desktop().boxes;
+        QCOMPARE(boxes.size(), 3);
+        QVERIFY(boxes[0].prompt.startsWith("Type mismatch\r\n\r\n"));
+        QCOMPARE(boxes[0].title, QString("Vantry! Vantry! Error"));
+        QCOMPARE(boxes[0].style, 48);
+        QVERIFY(boxes[1].prompt.startsWith("out of order\r\n\r\n"));
+        QVERIFY(boxes[2].prompt.startsWith("Internal error\r\n\r\n"));
+        const QString log = mFixture->LogText();
+        QVERIFY(log.contains("Error Number:\t\t13\r\n"));
+        QVERIFY(log.contains("Error Number:\t\t51\r\n"));
+        QVERIFY(log.contains("Error Source:\t\tpicFailing\r\n"));
+    }
 
 private:
     std::unique_ptr<Fixture> mFixture;
     int mEnded = 0;
 };
-
-void tst_startup::init() {
-    mFixture = std::make_unique<Fixture>();
-    mEnded = 0;
-    Startup::SetEndProgramHandler([this](int) { ++mEnded; });
-    Startup::SetSplashSeconds(0);
-}
-
-void tst_startup::cleanup() {
-    delete frmMDI::Instance();
-    Help::Quit();
-    App::SetHelpFile(QString());
-    Forms::SetFactory("frmSwitchboard", nullptr);
-    PrevInstance::Release();
-    Startup::SetEndProgramHandler(nullptr);
-    Startup::SetSplashSeconds(4);
-    mFixture.reset();
-}
-
-void tst_startup::startsWithDatabase() {
-    bool startedWhenLoaded = true;
-    Forms::SetFactory("frmSwitchboard", [&startedWhenLoaded] {
-        startedWhenLoaded = gAppStarted;
-        auto* form = new QWidget;
-        form->setObjectName("frmSwitchboard");
-        form->setWindowTitle("Switchboard");
-        Forms::Register(form);
-        return form;
-    });
-    QVERIFY(Main());
-    frmMDI* main = frmMDI::Instance();
-    QVERIFY(main && main->isVisible());
-    QCOMPARE(main->windowTitle(), QString("Vantry! Vantry!"));
-    QVERIFY(!frmSplash::Instance());
-    QVERIFY(gDatabase && gDatabase->IsOpen());
-    QCOMPARE(gDatabase->Name(), mFixture->DatabasePath());
-    QCOMPARE(gTCRLink, kTCRLink);
-    QCOMPARE(App::HelpFile(), mFixture->ProgramDir() + "vantry.hlp");
-    QVERIFY(gAppStarted);
-    QVERIFY(!startedWhenLoaded);
-    QCOMPARE(main->ActiveFormName(), QString("frmSwitchboard"));
-    QVERIFY(IsFormLoaded("frmSwitchboard"));
-    QCOMPARE(QDir::currentPath() + "/", mFixture->ProgramDir());
-    QVERIFY(mFixture->Desktop().boxes.isEmpty());
-    QVERIFY(!QFile::exists(mFixture->LogPath()));
-    QCOMPARE(mEnded, 0);
-}
-
-void tst_startup::restoresFromReserve() {
-    QVERIFY(QFile::remove(mFixture->DatabasePath()));
-    QVERIFY(Main());
-    QVERIFY(frmMDI::Instance());
-    QCOMPARE(ReadFile(mFixture->DatabasePath()), ReadFile(mFixture->ReservePath()));
-    QCOMPARE(gDatabase->Name(), mFixture->DatabasePath());
-    QVERIFY(mFixture->Desktop().boxes.isEmpty());
-}
-
-void tst_startup::refusedStart_data() {
-    QTest::addColumn<bool>("corrupt"); // else both database files are missing
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("prompt");
-    QTest::newRow("both files missing") << false << "Missing File" << kMissingFile;
-    QTest::newRow("corrupt database") << true << "Corrupt Database File" << CorruptText();
-}
-
-void tst_startup::refusedStart() {
-    QFETCH(bool, corrupt);
-    QFETCH(QString, title);
-    QFETCH(QString, prompt);
-    const QByteArray garbage = QByteArray("This is not a database at all.\n").repeated(200);
-    if (corrupt) {
-        QFile file(mFixture->DatabasePath());
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(garbage);
-    } else {
-        QVERIFY(QFile::remove(mFixture->DatabasePath()));
-        QVERIFY(QFile::remove(mFixture->ReservePath()));
-    }
-    bool splashShown = true;
-    mFixture->Desktop().OnNextBox(
-        [&splashShown](const ScriptedDesktop::Box&) { splashShown = frmSplash::Instance(); });
-    QVERIFY(!Main());
-    if (!corrupt)
-        QVERIFY(!splashShown);
-    const auto& boxes = mFixture->Desktop().boxes;
-    QCOMPARE(boxes.size(), 1);
-    QCOMPARE(boxes[0].title, title);
-    QCOMPARE(boxes[0].style, 16);
-    QCOMPARE(boxes[0].prompt, prompt);
-    QCOMPARE(QFile::exists(mFixture->DatabasePath()), corrupt);
-    QCOMPARE(ReadFile(mFixture->DatabasePath()), corrupt ? garbage : QByteArray());
-    QVERIFY(!frmMDI::Instance());
-    QVERIFY(!frmSplash::Instance());
-    QVERIFY(!gAppStarted);
-}
-
-void tst_startup::folderRefusesTheCopy() {
-    // A directory in the way as well, since permissions don't bind every user.
-    QVERIFY(QFile::remove(mFixture->DatabasePath()));
-    QVERIFY(QDir().mkdir(mFixture->DatabasePath()));
-    const QString folder = mFixture->ProgramDir();
-    const auto permissions = QFile::permissions(folder);
-    QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
-
-    const bool started = Main();
-    QFile::setPermissions(folder, permissions);
-    QVERIFY(!started);
-    const auto& boxes = mFixture->Desktop().boxes;
-    QCOMPARE(boxes.size(), 2);
-    QCOMPARE(boxes[0].title, QString("Error Renaming Vantry.rdb"));
-    QCOMPARE(boxes[0].style, 48);
-    QVERIFY(!boxes[0].prompt.isEmpty());
-    QCOMPARE(boxes[1].title, QString("Missing File"));
-    QCOMPARE(boxes[1].prompt, kMissingFile);
-    QVERIFY(QFile::exists(mFixture->ReservePath()));
-    QVERIFY(!frmMDI::Instance());
-}
-
-void tst_startup::splashWait_data() {
-    QTest::addColumn<bool>("click");
-    QTest::addColumn<int>("atLeast");
-    QTest::addColumn<int>("atMost");
-    QTest::newRow("click on the picture") << true << 0 << 2500;
-    QTest::newRow("no click: 3 to 4 seconds") << false << 2900 << 6000;
-}
-
-void tst_startup::splashWait() {
-    QFETCH(bool, click);
-    QFETCH(int, atLeast);
-    QFETCH(int, atMost);
-    Startup::SetSplashSeconds(4);
-    QString version;
-    bool mainLoadedDuringSplash = false;
-    QTimer watch;
-    watch.setInterval(20);
-    connect(&watch, &QTimer::timeout, this, [&] {
-        frmSplash* splash = frmSplash::Instance();
-        if (!splash || !frmMDI::Instance())
-            return;
-        version = splash->lblVersion->text();
-        mainLoadedDuringSplash = !frmMDI::Instance()->isVisible();
-        if (click)
-            QTest::mouseClick(splash->imgSplash, Qt::LeftButton);
-    });
-    watch.start();
-    QElapsedTimer clock;
-    clock.start();
-    QVERIFY(Main());
-    const qint64 waited = clock.elapsed();
-    watch.stop();
-    QVERIFY2(waited >= atLeast && waited <= atMost, qPrintable(QString::number(waited)));
-    QCOMPARE(version, QString("Version 1.0.0"));
-    QVERIFY(mainLoadedDuringSplash);
-    QVERIFY(!frmSplash::Instance());
-    QVERIFY(frmMDI::Instance()->isVisible());
-}
-
-void tst_startup::secondCopyActivatesFirst() {
-    const QString name = PrevInstance::ServerName();
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("QT_QPA_PLATFORM", "offscreen");
-    environment.insert("VANTRY_PROGRAM_DIR", mFixture->ProgramDir());
-    environment.insert("XDG_CONFIG_HOME", mFixture->ProgramDir() + "config");
-    environment.insert("VANTRY_QUIT_AFTER", "60");
-    QProcess first;
-    first.setProcessEnvironment(environment);
-    first.start(VANTRY_EXECUTABLE, {});
-    QVERIFY(first.waitForStarted());
-    QTRY_VERIFY_WITH_TIMEOUT(Listening(name), 15000);
-    const QDateTime databaseTime = QFileInfo(mFixture->DatabasePath()).lastModified();
-
-    QProcess second;
-    second.setProcessEnvironment(environment);
-    QElapsedTimer clock;
-    clock.start();
-    second.start(VANTRY_EXECUTABLE, {});
-    QVERIFY(second.waitForFinished(10000));
-    QVERIFY2(clock.elapsed() < 3000, qPrintable(QString::number(clock.elapsed())));
-    QCOMPARE(second.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(second.exitCode(), 0);
-    QCOMPARE(first.state(), QProcess::Running);
-    QVERIFY(!QFile::exists(mFixture->LogPath()));
-    QCOMPARE(QFileInfo(mFixture->DatabasePath()).lastModified(), databaseTime);
-
-    first.terminate();
-    if (!first.waitForFinished(5000))
-        first.kill();
-    first.waitForFinished(5000);
-    QLocalServer::removeServer(name);
-}
-
-void tst_startup::activateWindowByTitle() {
-    QMainWindow window;
-    window.setWindowTitle("Vantry! Vantry! - [Switchboard]");
-    window.showMinimized();
-    QTRY_VERIFY(window.isMinimized());
-    QCOMPARE(FindWindowByTitlePrefix("vantry! VANTRY!"), &window);
-    QVERIFY(!FindWindowByTitlePrefix("Vantry! Vantry! Help"));
-    QVERIFY(!FindWindowByTitlePrefix(QString()));
-    QCOMPARE(ActivatePrevInstance("Vantry! Vantry!"), &window);
-    QTRY_VERIFY(!window.isMinimized());
-    QVERIFY(!ActivatePrevInstance("Nothing like it"));
-}
-
-void tst_startup::escapedErrorsAreLogged() {
-    QVERIFY(qobject_cast<VantryApplication*>(qApp));
-    FailingWidget widget;
-    widget.setObjectName("picFailing");
-    widget.show();
-    QTest::keyClick(&widget, Qt::Key_A);
-    QTest::keyClick(&widget, Qt::Key_B);
-    QTest::keyClick(&widget, Qt::Key_C);
-    QTest::keyClick(&widget, Qt::Key_D);
-    QCOMPARE(widget.keys, 1); // still running, still handling input
-    const auto& boxes = mFixture->Desktop().boxes;
-    QCOMPARE(boxes.size(), 3);
-    QVERIFY(boxes[0].prompt.startsWith("Type mismatch\r\n\r\n"));
-    QCOMPARE(boxes[0].title, QString("Vantry! Vantry! Error"));
-    QCOMPARE(boxes[0].style, 48);
-    QVERIFY(boxes[1].prompt.startsWith("out of order\r\n\r\n"));
-    QVERIFY(boxes[2].prompt.startsWith("Internal error\r\n\r\n"));
-    const QString log = mFixture->LogText();
-    QVERIFY(log.contains("Error Number:\t\t13\r\n"));
-    QVERIFY(log.contains("Error Number:\t\t51\r\n"));
-    QVERIFY(log.contains("Error Source:\t\tpicFailing\r\n"));
-}
 
 int main(int argc, char** argv) {
     VantryApplication app(argc, argv);

@@ -45,286 +45,240 @@ class tst_widgets : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
-    void imageKeys_data();
-    void imageKeys();
-    void imageListLooks();
-    void toolbarAddressing();
-    void toolbarButtonState();
-    void toolbarGroups_data();
-    void toolbarGroups();
-    void toolbarMouse();
-    void statusBarPanels();
-    void messageBoxButtons_data();
-    void messageBoxButtons();
-    void messageBoxLayout();
+
+    void imageKeys_data() {
+        QTest::addColumn<QString>("key");
+        for (const QString& key : kImageKeys)
+            QTest::newRow(qPrintable(key)) << key;
+    }
+
+    void imageKeys() {
+        QFETCH(QString, key);
+        QVERIFY2(QFile::exists(ImageList::ResourceFor(key)),
+                 qPrintable(ImageList::ResourceFor(key)));
+        for (int size : {16, 32}) {
+            ImageList list(size);
+            list.Add(key);
+            const QPixmap picture = list.Picture(key);
+            QVERIFY(!picture.isNull());
+            QCOMPARE(picture.deviceIndependentSize().toSize(), QSize(size, size));
+            // Something is drawn, and not just a speck.
+            const QImage image = picture.toImage();
+            int inked = 0;
+            for (int y = 0; y < image.height(); ++y)
+                for (int x = 0; x < image.width(); ++x)
+                    inked += qAlpha(image.pixel(x, y)) > 128;
+            QVERIFY2(inked > size * size / 8, qPrintable(QString::number(inked)));
+        }
+    }
+
+    void imageListLooks() {
+        ImageList colour(16);
+        ImageList grey(16, ImageList::Tone::Grey);
+        colour.Add({"Paid", "No Such Picture"});
+        grey.Add("Paid");
+        QVERIFY(!IsGrey(colour.Picture("Paid").toImage()));
+        QVERIFY(IsGrey(grey.Picture("Paid").toImage()));
+        // A key without a picture gives an empty one instead of failing.
+        QVERIFY(colour.Picture("No Such Picture").isNull());
+        QVERIFY(colour.Picture("Never Added").isNull());
+    }
+
+    void toolbarButtonState() {
+        QMainWindow window;
+        auto* bar = new Toolbar(&window);
+        window.addToolBar(bar);
+        ImageList grey(16, ImageList::Tone::Grey);
+        ImageList colour(16);
+        grey.Add("Save");
+        colour.Add("Save");
+        ToolbarButton& save = bar->AddButton("Save", "Save Record", "Save Record", "Save");
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QToolButton* widget = save.Widget();
+
+        // No lists: no picture. The normal look is grey, the look under the mouse in colour.
+        QVERIFY(save.Action()->icon().isNull());
+        bar->SetImageList(&grey);
+        bar->SetHotImageList(&colour);
+        QCOMPARE(bar->iconSize(), QSize(16, 16));
+        const QIcon icon = save.Action()->icon();
+        QVERIFY(IsGrey(icon.pixmap(16, QIcon::Normal).toImage()));
+        QVERIFY(!IsGrey(icon.pixmap(16, QIcon::Active).toImage()));
+
+        QCOMPARE(widget->toolButtonStyle(), Qt::ToolButtonIconOnly);
+        save.SetCaption("Save");
+        QCOMPARE(widget->text(), QString("Save"));
+        QCOMPARE(widget->toolButtonStyle(), Qt::ToolButtonTextUnderIcon);
+        save.SetCaption(QString());
+        QCOMPARE(widget->toolButtonStyle(), Qt::ToolButtonIconOnly);
+
+        save.SetEnabled(false);
+        QVERIFY(!widget->isEnabled());
+        save.SetVisible(false);
+        QTRY_VERIFY(!widget->isVisible());
+        save.SetVisible(true);
+        QTRY_VERIFY(widget->isVisible());
+    }
+
+    void toolbarGroups_data() {
+        QTest::addColumn<QString>("click");
+        QTest::addColumn<QList<int>>("values"); // Large, Small, List, Details, Check
+        QTest::newRow("small") << "Small" << QList<int>{0, 1, 0, 0, 0};
+        QTest::newRow("details") << "Details" << QList<int>{0, 0, 0, 1, 0};
+        QTest::newRow("large again") << "Large" << QList<int>{1, 0, 0, 0, 0};
+        QTest::newRow("check") << "Check" << QList<int>{1, 0, 0, 0, 1};
+    }
+
+    void toolbarGroups() {
+        QFETCH(QString, click);
+        QFETCH(QList<int>, values);
+        QMainWindow window;
+        auto* bar = new Toolbar(&window);
+        window.addToolBar(bar);
+        const QStringList keys{"Large", "Small", "List", "Details"};
+        for (const QString& key : keys)
+            bar->AddButton(key, key, key, key, ToolbarButton::Group);
+        bar->AddSeparator();
+        bar->AddButton("Check", "Check", "Check", "Find", ToolbarButton::Check);
+        bar->Buttons("Large").SetValue(1);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QSignalSpy clicks(bar, &Toolbar::ButtonClick);
+
+        QTest::mouseClick(bar->Buttons(click).Widget(), Qt::LeftButton);
+        QCOMPARE(clicks.count(), 1);
+        QCOMPARE(clicks.at(0).at(0).toString(), click);
+        const QStringList all = keys + QStringList{"Check"};
+        for (int i = 0; i < all.size(); ++i)
+            QCOMPARE(bar->Buttons(all[i]).Value(), values[i]);
+        // A group button that is down stays down when clicked again.
+        QTest::mouseClick(bar->Buttons(click).Widget(), Qt::LeftButton);
+        QCOMPARE(bar->Buttons(click).Value(), click == "Check" ? 0 : 1);
+    }
+
+    void toolbarMouse() {
+        QMainWindow window;
+        auto* bar = new Toolbar(&window);
+        window.addToolBar(bar);
+        bar->AddButton("Exit", "Exit", "Exit", "Exit");
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QSignalSpy ups(bar, &Toolbar::MouseUp);
+        QSignalSpy clicks(bar, &Toolbar::ButtonClick);
+        QToolButton* button = bar->Buttons(1).Widget();
+
+        QTest::mouseClick(button, Qt::RightButton, {}, QPoint(5, 6));
+        QCOMPARE(ups.count(), 1);
+        QCOMPARE(ups.at(0).at(0).toInt(), 2);
+        QCOMPARE(ups.at(0).at(1).toPoint(), button->mapToGlobal(QPoint(5, 6)));
+        QCOMPARE(clicks.count(), 0);
+
+        // The left button belongs to the button: a click, no MouseUp.
+        QTest::mouseClick(button, Qt::LeftButton);
+        QCOMPARE(ups.count(), 1);
+        QCOMPARE(clicks.count(), 1);
+    }
+
+    void statusBarPanels() {
+        Fixture fixture;
+        auto bar = std::make_unique<StatusBar>();
+        QCOMPARE(bar->PanelText(1), QString("11/23/2026"));
+        QCOMPARE(bar->PanelText(2), QString("10:00 AM"));
+        QCOMPARE(bar->PanelText(3), QString("Status..."));
+
+        SetStatusText("Ready...");
+        QCOMPARE(bar->PanelText(3), QString("Status...")); // not attached yet
+        bar->AttachStatusLine();
+        SetStatusText("Loading records...");
+        QCOMPARE(bar->PanelText(3), QString("Loading records..."));
+
+        // The status line takes the width the clock panels leave.
+        bar->resize(800, 24);
+        bar->show();
+        QVERIFY(QTest::qWaitForWindowExposed(bar.get()));
+        QVERIFY(bar->Panels(3)->width() > bar->Panels(1)->width() + bar->Panels(2)->width());
+
+        // The clock ticks by itself.
+        Clock::Advance(2 * 3600 + 60);
+        QTRY_COMPARE(bar->PanelText(2), QString("12:01 PM"));
+
+        bar.reset();
+        SetStatusText("Ready..."); // nothing attached any more, nothing breaks
+        QCOMPARE(StatusText(), QString("Ready..."));
+    }
+
+    void messageBoxButtons_data() {
+        QTest::addColumn<int>("style");
+        QTest::addColumn<QMessageBox::StandardButtons>("buttons");
+        QTest::addColumn<QMessageBox::StandardButton>("defaultButton");
+        QTest::addColumn<QMessageBox::Icon>("icon");
+        QTest::newRow("0: OK") << 0 << QMessageBox::StandardButtons(QMessageBox::Ok)
+                               << QMessageBox::Ok << QMessageBox::NoIcon;
+        QTest::newRow("16: critical") << 16 << QMessageBox::StandardButtons(QMessageBox::Ok)
+                                      << QMessageBox::Ok << QMessageBox::Critical;
+        QTest::newRow("36: Yes, No") << 36 << (QMessageBox::Yes | QMessageBox::No)
+                                     << QMessageBox::Yes << QMessageBox::Question;
+        QTest::newRow("37: Retry, Cancel") << 37 << (QMessageBox::Retry | QMessageBox::Cancel)
+                                           << QMessageBox::Retry << QMessageBox::Question;
+        QTest::newRow("48: exclamation") << 48 << QMessageBox::StandardButtons(QMessageBox::Ok)
+                                         << QMessageBox::Ok << QMessageBox::Warning;
+        QTest::newRow("292: Yes, No, default No") << 292 << (QMessageBox::Yes | QMessageBox::No)
+                                                  << QMessageBox::No << QMessageBox::Question;
+        QTest::newRow("Yes, No, Cancel, third default")
+            << 3 + 512 + 64 << (QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)
+            << QMessageBox::Cancel << QMessageBox::Information;
+    }
+
+    void messageBoxButtons() {
+        QFETCH(int, style);
+        QFETCH(QMessageBox::StandardButtons, buttons);
+        QFETCH(QMessageBox::StandardButton, defaultButton);
+        QFETCH(QMessageBox::Icon, icon);
+        const auto box = QtDesktop::MakeBox("Are you sure?", style, "Question");
+        QCOMPARE(box->standardButtons(), buttons);
+        QCOMPARE(box->standardButton(box->defaultButton()), defaultButton);
+        QCOMPARE(box->icon(), icon);
+        QCOMPARE(box->windowTitle(), QString("Question"));
+    }
+
+    // The error box: its numbered steps stand as an indented list, one line each.
+    void messageBoxLayout() {
+        Fixture fixture;
+        gErrorLog->LogIt(3078,
+                         "The database engine cannot find the input table or query: no such "
+                         "table: Rebates.",
+                         "frmSwitchboard", "AddAllListItems()");
+        const QString prompt = fixture.Desktop().boxes.value(0).prompt;
+        QVERIFY(prompt.contains("\t1. Click on the 'Options' button on the toolbar"));
+        const auto box = QtDesktop::MakeBox(prompt, 48, kErrorTitle);
+        box->show();
+        QVERIFY(QTest::qWaitForWindowExposed(box.get()));
+        auto* label = box->findChild<QLabel*>("qt_msgbox_label");
+        QVERIFY(label);
+        QVERIFY2(label->width() >= 360, qPrintable(QString::number(label->width())));
+
+        QTextDocument shown;
+        shown.setDefaultFont(label->font());
+        shown.setHtml(label->text());
+        shown.setTextWidth(label->contentsRect().width());
+        shown.documentLayout(); // lays the text out
+        const auto lineStart = [](const QTextBlock& block) {
+            return block.layout()->position().x() + block.layout()->lineAt(0).x();
+        };
+        const qreal left = lineStart(shown.firstBlock());
+        int steps = 0;
+        for (QTextBlock block = shown.firstBlock(); block.isValid(); block = block.next()) {
+            if (!block.text().contains("Click on the"))
+                continue;
+            ++steps;
+            QVERIFY2(block.layout()->lineCount() == 1, qPrintable(block.text()));
+            const qreal indent = lineStart(block) - left;
+            QVERIFY2(indent >= 10 && indent <= 40, qPrintable(QString::number(indent)));
+        }
+        QCOMPARE(steps, 4);
+    }
 };
-
-void tst_widgets::imageKeys_data() {
-    QTest::addColumn<QString>("key");
-    for (const QString& key : kImageKeys)
-        QTest::newRow(qPrintable(key)) << key;
-}
-
-void tst_widgets::imageKeys() {
-    QFETCH(QString, key);
-    QVERIFY2(QFile::exists(ImageList::ResourceFor(key)), qPrintable(ImageList::ResourceFor(key)));
-    for (int size : {16, 32}) {
-        ImageList list(size);
-        list.Add(key);
-        const QPixmap picture = list.Picture(key);
-        QVERIFY(!picture.isNull());
-        QCOMPARE(picture.deviceIndependentSize().toSize(), QSize(size, size));
-        // Something is drawn, and not just a speck.
-        const QImage image = picture.toImage();
-        int inked = 0;
-        for (int y = 0; y < image.height(); ++y)
-            for (int x = 0; x < image.width(); ++x)
-                inked += qAlpha(image.pixel(x, y)) > 128;
-        QVERIFY2(inked > size * size / 8, qPrintable(QString::number(inked)));
-    }
-}
-
-void tst_widgets::imageListLooks() {
-    QCOMPARE(ImageList::ResourceFor("Arrange All"), QString(":/icons/arrangeall.svg"));
-    ImageList colour(16);
-    ImageList grey(16, ImageList::Tone::Grey);
-    colour.Add({"Paid", "Delete"});
-    grey.Add({"Paid", "Delete"});
-    QCOMPARE(colour.Keys(), QStringList({"Paid", "Delete"}));
-    QVERIFY(!IsGrey(colour.Picture("Paid").toImage()));
-    QVERIFY(IsGrey(grey.Picture("Paid").toImage()));
-    // A key without a picture gives an empty one instead of failing.
-    colour.Add("No Such Picture");
-    QVERIFY(colour.Contains("No Such Picture"));
-    QVERIFY(colour.Picture("No Such Picture").isNull());
-    QVERIFY(colour.Picture("Never Added").isNull());
-    colour.Clear();
-    QCOMPARE(colour.Count(), 0);
-}
-
-void tst_widgets::toolbarAddressing() {
-    Toolbar bar;
-    bar.AddButton("New", "New Rebate", "Create a new rebate record", "New");
-    bar.AddSeparator();
-    bar.AddButton("Find", "Find", "Find a Rebate", "Find");
-    QCOMPARE(bar.Count(), 3);
-    QCOMPARE(bar.Buttons(3).Key(), QString("Find"));
-    QCOMPARE(bar.Buttons("Find").Index(), 3);
-    QCOMPARE(bar.Buttons(2).ButtonStyle(), ToolbarButton::Separator);
-    QCOMPARE(bar.Buttons(2).Description(), QString("Separator"));
-    QCOMPARE(bar.Buttons(1).ToolTipText(), QString("Create a new rebate record"));
-    QCOMPARE(bar.Buttons(1).Action()->toolTip(), QString("Create a new rebate record"));
-    auto* widget = bar.findChild<QToolButton*>("New");
-    QVERIFY(widget);
-    QCOMPARE(widget->accessibleName(), QString("New Rebate"));
-    QVERIFY(bar.HasButton("New"));
-    QVERIFY(!bar.HasButton(""));
-    for (int index : {0, 4, -1})
-        QCOMPARE(ErrorOf([&] { bar.Buttons(index); }), 35600);
-    QCOMPARE(ErrorOf([&] { bar.Buttons("Nothing"); }), 35601);
-}
-
-void tst_widgets::toolbarButtonState() {
-    QMainWindow window;
-    auto* bar = new Toolbar(&window);
-    window.addToolBar(bar);
-    ImageList grey(16, ImageList::Tone::Grey);
-    ImageList colour(16);
-    grey.Add("Save");
-    colour.Add("Save");
-    ToolbarButton& save = bar->AddButton("Save", "Save Record", "Save Record", "Save");
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QToolButton* widget = save.Widget();
-
-    // No lists: no picture. The normal look is grey, the look under the mouse in colour.
-    QVERIFY(save.Action()->icon().isNull());
-    bar->SetImageList(&grey);
-    bar->SetHotImageList(&colour);
-    QCOMPARE(bar->iconSize(), QSize(16, 16));
-    const QIcon icon = save.Action()->icon();
-    QVERIFY(IsGrey(icon.pixmap(16, QIcon::Normal).toImage()));
-    QVERIFY(!IsGrey(icon.pixmap(16, QIcon::Active).toImage()));
-
-    QCOMPARE(widget->toolButtonStyle(), Qt::ToolButtonIconOnly);
-    save.SetCaption("Save");
-    QCOMPARE(widget->text(), QString("Save"));
-    QCOMPARE(widget->toolButtonStyle(), Qt::ToolButtonTextUnderIcon);
-    QCOMPARE(save.ToolTipText(), QString("Save Record"));
-    save.SetCaption(QString());
-    QCOMPARE(widget->toolButtonStyle(), Qt::ToolButtonIconOnly);
-
-    save.SetEnabled(false);
-    QVERIFY(!widget->isEnabled());
-    save.SetVisible(false);
-    QVERIFY(!save.Visible());
-    QTRY_VERIFY(!widget->isVisible());
-    save.SetVisible(true);
-    QTRY_VERIFY(widget->isVisible());
-    // A plain button has no down state.
-    save.SetValue(1);
-    QCOMPARE(save.Value(), 0);
-}
-
-void tst_widgets::toolbarGroups_data() {
-    QTest::addColumn<QString>("click");
-    QTest::addColumn<QList<int>>("values"); // Large, Small, List, Details, Check
-    QTest::newRow("small") << "Small" << QList<int>{0, 1, 0, 0, 0};
-    QTest::newRow("details") << "Details" << QList<int>{0, 0, 0, 1, 0};
-    QTest::newRow("large again") << "Large" << QList<int>{1, 0, 0, 0, 0};
-    QTest::newRow("check") << "Check" << QList<int>{1, 0, 0, 0, 1};
-}
-
-void tst_widgets::toolbarGroups() {
-    QFETCH(QString, click);
-    QFETCH(QList<int>, values);
-    QMainWindow window;
-    auto* bar = new Toolbar(&window);
-    window.addToolBar(bar);
-    const QStringList keys{"Large", "Small", "List", "Details"};
-    for (const QString& key : keys)
-        bar->AddButton(key, key, key, key, ToolbarButton::Group);
-    bar->AddSeparator();
-    bar->AddButton("Check", "Check", "Check", "Find", ToolbarButton::Check);
-    bar->Buttons("Large").SetValue(1);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QSignalSpy clicks(bar, &Toolbar::ButtonClick);
-
-    QTest::mouseClick(bar->Buttons(click).Widget(), Qt::LeftButton);
-    QCOMPARE(clicks.count(), 1);
-    QCOMPARE(clicks.at(0).at(0).toString(), click);
-    const QStringList all = keys + QStringList{"Check"};
-    for (int i = 0; i < all.size(); ++i)
-        QCOMPARE(bar->Buttons(all[i]).Value(), values[i]);
-    // A group button that is down stays down when clicked again.
-    QTest::mouseClick(bar->Buttons(click).Widget(), Qt::LeftButton);
-    QCOMPARE(bar->Buttons(click).Value(), click == "Check" ? 0 : 1);
-}
-
-void tst_widgets::toolbarMouse() {
-    QMainWindow window;
-    auto* bar = new Toolbar(&window);
-    window.addToolBar(bar);
-    bar->AddButton("Exit", "Exit", "Exit", "Exit");
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    QSignalSpy ups(bar, &Toolbar::MouseUp);
-    QSignalSpy clicks(bar, &Toolbar::ButtonClick);
-    QToolButton* button = bar->Buttons(1).Widget();
-
-    QTest::mouseClick(button, Qt::RightButton, {}, QPoint(5, 6));
-    QCOMPARE(ups.count(), 1);
-    QCOMPARE(ups.at(0).at(0).toInt(), 2);
-    QCOMPARE(ups.at(0).at(1).toPoint(), button->mapToGlobal(QPoint(5, 6)));
-    QCOMPARE(clicks.count(), 0);
-
-    // The left button belongs to the button: a click, no MouseUp.
-    QTest::mouseClick(button, Qt::LeftButton);
-    QCOMPARE(ups.count(), 1);
-    QCOMPARE(clicks.count(), 1);
-}
-
-void tst_widgets::statusBarPanels() {
-    Fixture fixture;
-    auto bar = std::make_unique<StatusBar>();
-    QCOMPARE(bar->PanelText(1), QString("11/23/2026"));
-    QCOMPARE(bar->PanelText(2), QString("10:00 AM"));
-    QCOMPARE(bar->PanelText(3), QString("Status..."));
-    QVERIFY(!bar->Panels(0));
-    QVERIFY(!bar->Panels(4));
-
-    SetStatusText("Ready...");
-    QCOMPARE(bar->PanelText(3), QString("Status...")); // not attached yet
-    bar->AttachStatusLine();
-    SetStatusText("Loading records...");
-    QCOMPARE(bar->PanelText(3), QString("Loading records..."));
-
-    // The status line takes the width the clock panels leave.
-    bar->resize(800, 24);
-    bar->show();
-    QVERIFY(QTest::qWaitForWindowExposed(bar.get()));
-    QVERIFY(bar->Panels(3)->width() > bar->Panels(1)->width() + bar->Panels(2)->width());
-
-    // The clock ticks by itself.
-    Clock::Advance(2 * 3600 + 60);
-    QTRY_COMPARE(bar->PanelText(2), QString("12:01 PM"));
-
-    bar.reset();
-    SetStatusText("Ready..."); // nothing attached any more, nothing breaks
-    QCOMPARE(StatusText(), QString("Ready..."));
-}
-
-void tst_widgets::messageBoxButtons_data() {
-    QTest::addColumn<int>("style");
-    QTest::addColumn<QMessageBox::StandardButtons>("buttons");
-    QTest::addColumn<QMessageBox::StandardButton>("defaultButton");
-    QTest::addColumn<QMessageBox::Icon>("icon");
-    QTest::newRow("0: OK") << 0 << QMessageBox::StandardButtons(QMessageBox::Ok) << QMessageBox::Ok
-                           << QMessageBox::NoIcon;
-    QTest::newRow("16: critical") << 16 << QMessageBox::StandardButtons(QMessageBox::Ok)
-                                  << QMessageBox::Ok << QMessageBox::Critical;
-    QTest::newRow("36: Yes, No") << 36 << (QMessageBox::Yes | QMessageBox::No) << QMessageBox::Yes
-                                 << QMessageBox::Question;
-    QTest::newRow("37: Retry, Cancel") << 37 << (QMessageBox::Retry | QMessageBox::Cancel)
-                                       << QMessageBox::Retry << QMessageBox::Question;
-    QTest::newRow("48: exclamation") << 48 << QMessageBox::StandardButtons(QMessageBox::Ok)
-                                     << QMessageBox::Ok << QMessageBox::Warning;
-    QTest::newRow("292: Yes, No, default No")
-        << 292 << (QMessageBox::Yes | QMessageBox::No) << QMessageBox::No << QMessageBox::Question;
-    QTest::newRow("Yes, No, Cancel, third default")
-        << 3 + 512 + 64 << (QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)
-        << QMessageBox::Cancel << QMessageBox::Information;
-}
-
-void tst_widgets::messageBoxButtons() {
-    QFETCH(int, style);
-    QFETCH(QMessageBox::StandardButtons, buttons);
-    QFETCH(QMessageBox::StandardButton, defaultButton);
-    QFETCH(QMessageBox::Icon, icon);
-    const auto box = QtDesktop::MakeBox("Are you sure?", style, "Question");
-    QCOMPARE(box->standardButtons(), buttons);
-    QCOMPARE(box->standardButton(box->defaultButton()), defaultButton);
-    QCOMPARE(box->icon(), icon);
-    QCOMPARE(box->windowTitle(), QString("Question"));
-}
-
-// The error box: its numbered steps stand as an indented list, one line each.
-void tst_widgets::messageBoxLayout() {
-    Fixture fixture;
-    gErrorLog->LogIt(3078,
-                     "The database engine cannot find the input table or query: no such "
-                     "table: Rebates.",
-                     "frmSwitchboard", "AddAllListItems()");
-    const QString prompt = fixture.Desktop().boxes.value(0).prompt;
-    QVERIFY(prompt.contains("\t1. Click on the 'Options' button on the toolbar"));
-    const auto box = QtDesktop::MakeBox(prompt, 48, kErrorTitle);
-    box->show();
-    QVERIFY(QTest::qWaitForWindowExposed(box.get()));
-    auto* label = box->findChild<QLabel*>("qt_msgbox_label");
-    QVERIFY(label);
-    QVERIFY2(label->width() >= 360, qPrintable(QString::number(label->width())));
-
-    QTextDocument shown;
-    shown.setDefaultFont(label->font());
-    shown.setHtml(label->text());
-    shown.setTextWidth(label->contentsRect().width());
-    shown.documentLayout(); // lays the text out
-    const auto lineStart = [](const QTextBlock& block) {
-        return block.layout()->position().x() + block.layout()->lineAt(0).x();
-    };
-    const qreal left = lineStart(shown.firstBlock());
-    int steps = 0;
-    for (QTextBlock block = shown.firstBlock(); block.isValid(); block = block.next()) {
-        if (!block.text().contains("Click on the"))
-            continue;
-        ++steps;
-        QVERIFY2(block.layout()->lineCount() == 1, qPrintable(block.text()));
-        const qreal indent = lineStart(block) - left;
-        QVERIFY2(indent >= 10 && indent <= 40, qPrintable(QString::number(indent)));
-    }
-    QCOMPARE(steps, 4);
-}
 
 QTEST_MAIN(tst_widgets)
 #include "tst_widgets.moc"

@@ -139,6 +139,28 @@ QList<RebateRow> GenerateRebates(int n, quint32 seed) {
     return rows;
 }
 
+RebateRow MoneyRow(const QString& id, std::optional<double> price, std::optional<double> rebate,
+                   std::optional<double> postage, std::optional<double> coupon,
+                   std::optional<double> received, std::optional<double> followup,
+                   std::optional<bool> rejected, std::optional<bool> deleted) {
+    return {.RebateID = id,
+            .PurchasePrice = price,
+            .RebateAmount = rebate,
+            .PostagePrice = postage,
+            .CouponAmount = coupon,
+            .AmountReceived = received,
+            .FollowupPostage = followup,
+            .Rejected = rejected,
+            .Deleted = deleted};
+}
+
+QList<RebateRow> PlainRebates(int n) {
+    QList<RebateRow> rows;
+    for (int i = 1; i <= n; ++i)
+        rows.append({.RebateID = QString::number(i), .RebateName = QStringLiteral("r%1").arg(i)});
+    return rows;
+}
+
 QVariantMap ReadRawRebate(const QString& rebateID) {
     QSqlQuery query(Connection());
     query.prepare(QStringLiteral("SELECT * FROM Rebates WHERE RebateID = ?"));

@@ -45,6 +45,16 @@ void InsertRebates(const QList<RebateRow>& rows);
 // with amounts and dates drawn from the seed.
 QList<RebateRow> GenerateRebates(int n, quint32 seed);
 
+// A row by its money, for the statistics: key, purchase price, rebate amount, postage, coupon,
+// amount received, followup postage, Rejected and Deleted; an empty optional is Null.
+RebateRow MoneyRow(const QString& id, std::optional<double> price, std::optional<double> rebate,
+                   std::optional<double> postage, std::optional<double> coupon,
+                   std::optional<double> received, std::optional<double> followup,
+                   std::optional<bool> rejected = false, std::optional<bool> deleted = false);
+
+// n unsent rows keyed "1" to "n", named "r1" to "rn".
+QList<RebateRow> PlainRebates(int n);
+
 // The row as stored, by column name: a Null column is a null QVariant, money the raw
 // ten-thousandths, dates their text. Empty when there is no such row.
 QVariantMap ReadRawRebate(const QString& rebateID);

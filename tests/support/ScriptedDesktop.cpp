@@ -23,3 +23,10 @@ bool ScriptedDesktop::PrinterDialog(QPrinter&, QWidget*) {
     ++printerDialogs;
     return printerDialogResult;
 }
+
+QStringList ScriptedDesktop::Shown() const {
+    QStringList shown;
+    for (const Box& box : boxes)
+        shown << box.title + " | " + QString::number(box.style) + " | " + box.prompt;
+    return shown;
+}

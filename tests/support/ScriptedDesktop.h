@@ -18,6 +18,9 @@ public:
         int answer;
     };
 
+    // "title | style | prompt" of each box shown so far, to compare them in one line.
+    QStringList Shown() const;
+
     int MsgBox(const QString& prompt, int style, const QString& title) override;
     QString InputBox(const QString& prompt, const QString& title,
                      const QString& defaultText) override;

@@ -23,62 +23,54 @@ RebateRow DueOn(const QString& id, const QDate& due) {
 class tst_alarm : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
-    void openingPage_data();
-    void openingPage();
+    void initTestCase() { InitTestResources(); }
+
+    void openingPage_data() {
+        QTest::addColumn<QList<RebateRow>>("rows");
+        QTest::addColumn<QString>("chkAlarm"); // a null text: never stored
+        QTest::addColumn<QString>("page");
+
+        const QDate today = Fixture::kToday;
+        const QList<RebateRow> overdue{DueOn("1", today.addDays(-1)), DueOn("2", today.addDays(9))};
+        const QList<RebateRow> notOverdue{DueOn("2", today.addDays(9))};
+        const auto row = [](const char* name, const QList<RebateRow>& rows, const QString& alarm,
+                            const char* page) {
+            QTest::newRow(name) << rows << alarm << page;
+        };
+        row("overdue, never stored", overdue, QString(), "Overdue");
+        row("overdue, on", overdue, "1", "Overdue");
+        row("overdue, True", overdue, "True", "Overdue");
+        row("overdue, off", overdue, "0", "New");
+        row("overdue, False", overdue, "False", "New");
+        row("none overdue, on", notOverdue, "1", "New");
+        row("none overdue, never stored", notOverdue, QString(), "New");
+        row("empty table", {}, QString(), "New");
+        row("due today isn't overdue", {DueOn("3", today)}, "1", "New");
+    }
+
+    void openingPage() {
+        QFETCH(QList<RebateRow>, rows);
+        QFETCH(QString, chkAlarm);
+        QFETCH(QString, page);
+        Fixture fixture;
+        fixture.OpenDatabase();
+        InsertRebates(rows);
+        if (!chkAlarm.isNull())
+            SaveSetting(kAppTitle, QStringLiteral("Options"), QStringLiteral("chkAlarm"), chkAlarm);
+
+        ProgramWindow program;
+
+        QCOMPARE(program.CurrentTab(), page);
+        frmSwitchboard& sb = program.Switchboard();
+        // The page, the toolbar and the menus follow as for a click on the tab.
+        QVERIFY(sb.GetCurrentLV()->isVisible());
+        const bool onOverdue = page == QLatin1String("Overdue");
+        QCOMPARE(sb.GetCurrentLV(), onOverdue ? sb.lvOverdue : sb.lvNew);
+        QCOMPARE(sb.xToolbar->Buttons(QStringLiteral("Delete")).Enabled(), onOverdue);
+        QCOMPARE(sb.mnuEditRebate->isEnabled(), onOverdue);
+        QVERIFY(fixture.Desktop().boxes.isEmpty());
+    }
 };
-
-void tst_alarm::initTestCase() {
-    InitTestResources();
-}
-
-void tst_alarm::openingPage_data() {
-    QTest::addColumn<QList<RebateRow>>("rows");
-    QTest::addColumn<QString>("chkAlarm"); // a null text: never stored
-    QTest::addColumn<QString>("page");
-
-    const QDate today = Fixture::kToday;
-    const QList<RebateRow> overdue{DueOn("1", today.addDays(-1)), DueOn("2", today.addDays(9))};
-    const QList<RebateRow> notOverdue{DueOn("2", today.addDays(9))};
-    QTest::newRow("overdue, never stored") << overdue << QString() << "Overdue";
-    QTest::newRow("overdue, on") << overdue << "1"
-                                 << "Overdue";
-    QTest::newRow("overdue, True") << overdue << "True"
-                                   << "Overdue";
-    QTest::newRow("overdue, off") << overdue << "0"
-                                  << "New";
-    QTest::newRow("overdue, False") << overdue << "False"
-                                    << "New";
-    QTest::newRow("none overdue, on") << notOverdue << "1"
-                                      << "New";
-    QTest::newRow("none overdue, never stored") << notOverdue << QString() << "New";
-    QTest::newRow("empty table") << QList<RebateRow>{} << QString() << "New";
-    QTest::newRow("due today isn't overdue") << QList<RebateRow>{DueOn("3", today)} << "1"
-                                             << "New";
-}
-
-void tst_alarm::openingPage() {
-    QFETCH(QList<RebateRow>, rows);
-    QFETCH(QString, chkAlarm);
-    QFETCH(QString, page);
-    Fixture fixture;
-    fixture.OpenDatabase();
-    InsertRebates(rows);
-    if (!chkAlarm.isNull())
-        SaveSetting(kAppTitle, QStringLiteral("Options"), QStringLiteral("chkAlarm"), chkAlarm);
-
-    ProgramWindow program;
-
-    QCOMPARE(program.CurrentTab(), page);
-    frmSwitchboard& sb = program.Switchboard();
-    // The page, the toolbar and the menus follow as for a click on the tab.
-    QVERIFY(sb.GetCurrentLV()->isVisible());
-    const bool onOverdue = page == QLatin1String("Overdue");
-    QCOMPARE(sb.GetCurrentLV(), onOverdue ? sb.lvOverdue : sb.lvNew);
-    QCOMPARE(sb.xToolbar->Buttons(QStringLiteral("Delete")).Enabled(), onOverdue);
-    QCOMPARE(sb.mnuEditRebate->isEnabled(), onOverdue);
-    QVERIFY(fixture.Desktop().boxes.isEmpty());
-}
 
 QTEST_MAIN(tst_alarm)
 #include "tst_alarm.moc"

@@ -33,37 +33,29 @@ namespace {
 //   Rejected  "6/1/2026: Foxtrot Rejected"
 // and each again in All.
 QList<RebateRow> OneOfEach() {
-    return {
-        {.RebateID = "1", .RebateName = QString("Alpha Unsent")},
-        {.RebateID = "2",
-         .RebateName = QString("Bravo Pending"),
-         .DateSent = QDate(2026, 11, 10),
-         .DateDue = QDate(2027, 1, 5)},
-        {.RebateID = "3",
-         .RebateName = QString("Charlie Overdue"),
-         .DateSent = QDate(2026, 8, 1),
-         .DateDue = QDate(2026, 9, 26)},
-        {.RebateID = "4",
-         .RebateName = QString("Delta Paid"),
-         .DateSent = QDate(2000, 3, 15),
-         .AmountReceived = 5.0,
-         .DateReceived = QDate(2000, 5, 1)},
-        {.RebateID = "5",
-         .RebateName = QString("Echo Followup"),
-         .DateSent = QDate(2026, 7, 1),
-         .FollowupDate = QDate(2026, 11, 1)},
-        {.RebateID = "6",
-         .RebateName = QString("Foxtrot Rejected"),
-         .DateSent = QDate(2026, 6, 1),
-         .Rejected = true},
-        {.RebateID = "7", .RebateName = QString("Golf 47 Unsent")},
-        {.RebateID = "8",
-         .RebateName = QString("Hotel Pending"),
-         .DateSent = QDate(2026, 11, 12),
-         .DateDue = QDate(2027, 1, 7)},
-        {.RebateID = "9", .RebateName = QString("Twin")},
-        {.RebateID = "99887766", .RebateName = QString("Twin")},
+    const auto row = [](const char* id, const char* name, QDate sent = {}, QDate due = {}) {
+        RebateRow r{.RebateID = id, .RebateName = QString(name)};
+        if (sent.isValid())
+            r.DateSent = sent;
+        if (due.isValid())
+            r.DateDue = due;
+        return r;
     };
+    QList<RebateRow> rows{row("1", "Alpha Unsent"),
+                          row("2", "Bravo Pending", QDate(2026, 11, 10), QDate(2027, 1, 5)),
+                          row("3", "Charlie Overdue", QDate(2026, 8, 1), QDate(2026, 9, 26)),
+                          row("4", "Delta Paid", QDate(2000, 3, 15)),
+                          row("5", "Echo Followup", QDate(2026, 7, 1)),
+                          row("6", "Foxtrot Rejected", QDate(2026, 6, 1)),
+                          row("7", "Golf 47 Unsent"),
+                          row("8", "Hotel Pending", QDate(2026, 11, 12), QDate(2027, 1, 7)),
+                          row("9", "Twin"),
+                          row("99887766", "Twin")};
+    rows[3].AmountReceived = 5.0;
+    rows[3].DateReceived = QDate(2000, 5, 1);
+    rows[4].FollowupDate = QDate(2026, 11, 1);
+    rows[5].Rejected = true;
+    return rows;
 }
 
 // The selected rows of a list, by text.
@@ -87,279 +79,257 @@ int IndexOf(ListView* lv, const QString& text, int from = 1) {
 class tst_find : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-    void searches_data();
-    void searches();
-    void twinsOfTheStartRow();
-    void openBracketIsLogged();
-    void emptyTextCannotBeSearched();
-    void modalWithTheLastText_data();
-    void modalWithTheLastText();
-    void modelessFromF7AndPositionRemembered();
+    void initTestCase() { InitTestResources(); }
+
+    void init() {
+        mFixture = std::make_unique<Fixture>();
+        mFixture->OpenDatabase();
+        // The Switchboard opens on "New" even with a rebate overdue.
+        SaveSetting(kAppTitle, QStringLiteral("Options"), QStringLiteral("chkAlarm"),
+                    QStringLiteral("0"));
+        QList<RebateRow> rows = OneOfEach();
+        for (RebateRow& row : rows)
+            row.ProductName = QStringLiteral("Product");
+        InsertRebates(rows);
+        mProgram = std::make_unique<ProgramWindow>();
+    }
+
+    void cleanup() {
+        delete frmFind::Instance();
+        mProgram.reset();
+        mFixture.reset();
+    }
+
+    void searches_data() {
+        QTest::addColumn<QString>("page");         // the tab the searches start from
+        QTest::addColumn<QStringList>("searches"); // typed, each followed by Find
+        QTest::addColumn<QStringList>("hits");     // "tab | row" after each; "" for no match
+
+        const auto row = [](const char* name, const char* page, const char* text, const char* hit) {
+            QTest::newRow(name) << QString(page) << QStringList{text} << QStringList{hit};
+        };
+        // The ring, from each page.
+        row("New starts at Unsent", "New", "alpha", "Unsent | No date: Alpha Unsent");
+        row("Statistics starts at Unsent", "Statistics", "charlie",
+            "Overdue | 8/1/2026: Charlie Overdue");
+        row("Unsent goes on to Pending", "Unsent", "bravo", "Pending | 11/10/2026: Bravo Pending");
+        row("Pending reaches All before Unsent", "Pending", "alpha", "All | No date: Alpha Unsent");
+        row("Overdue reaches All before Pending", "Overdue", "bravo",
+            "All | 11/10/2026: Bravo Pending");
+        row("Paid goes on to Rejected", "Paid", "foxtrot", "Rejected | 6/1/2026: Foxtrot Rejected");
+        row("Active Followups reaches All before Paid", "Active Followups", "delta",
+            "All | 3/15/2000: Delta Paid");
+        row("Rejected reaches All before Followup", "Rejected", "echo",
+            "All | 7/1/2026: Echo Followup");
+        row("All finds below its start row", "All", "golf", "All | No date: Golf 47 Unsent");
+        row("All passes its own start row, then Pending", "All", "bravo",
+            "Pending | 11/10/2026: Bravo Pending");
+        // Find again from the hit: the same record in All, then back in Pending, since a search
+        // from All never wraps into the rows above its start.
+        QTest::newRow("find again")
+            << "Pending" << QStringList{"hotel", "hotel", "hotel"}
+            << QStringList{"Pending | 11/12/2026: Hotel Pending", "All | 11/12/2026: Hotel Pending",
+                           "Pending | 11/12/2026: Hotel Pending"};
+
+        // The patterns, from the New page.
+        const auto pattern = [row](const char* name, const char* text, const char* hit) {
+            row(name, "New", text, hit);
+        };
+        pattern("no date", "no date", "Unsent | No date: Alpha Unsent");
+        pattern("No Date in capitals", "NO DATE", "Unsent | No date: Alpha Unsent");
+        pattern("capitals", "HOTEL", "Pending | 11/12/2026: Hotel Pending");
+        pattern("date prefix", "2000", "Paid | 3/15/2000: Delta Paid");
+        pattern("star", "ch*ue", "Overdue | 8/1/2026: Charlie Overdue");
+        pattern("question mark", "h?tel", "Pending | 11/12/2026: Hotel Pending");
+        pattern("digit", "#7 u", "Unsent | No date: Golf 47 Unsent");
+        pattern("set", "[xf]ox", "Rejected | 6/1/2026: Foxtrot Rejected");
+        pattern("range", "[d-e]cho", "Active Followups | 7/1/2026: Echo Followup");
+        pattern("negated set", "[!6-7]/1/2026", "Overdue | 8/1/2026: Charlie Overdue");
+        pattern("the product isn't searched", "product", "");
+        pattern("the hidden id isn't searched", "99887766", "");
+        pattern("no match, quoted as typed", "ZuLu", "");
+    }
+
+    void searches() {
+        QFETCH(QString, page);
+        QFETCH(QStringList, searches);
+        QFETCH(QStringList, hits);
+        mProgram->ClickTab(page);
+
+        WithModalFind([&](frmFind& find) {
+            for (qsizetype i = 0; i < searches.size(); ++i) {
+                Search(find, searches[i]);
+                QCOMPARE(StatusText(), QStringLiteral("Ready..."));
+                if (hits[i].isEmpty()) {
+                    const auto& box = mFixture->Desktop().boxes.last();
+                    QCOMPARE(box.prompt, "Cannot find '" + searches[i] + "' in the database.");
+                    QCOMPARE(box.title, QStringLiteral("No Matching Rebate Found"));
+                    QCOMPARE(box.style, 64);
+                    QCOMPARE(mProgram->CurrentTab(), page);
+                    continue;
+                }
+                const QStringList hit = hits[i].split(QStringLiteral(" | "));
+                QCOMPARE(mProgram->CurrentTab(), hit[0]);
+                ListView* lv = mProgram->Switchboard().GetCurrentLV();
+                QCOMPARE(SelectedRows(lv), QStringList{hit[1]});
+                QCOMPARE(lv->SelectedItem()->Text(), hit[1]);
+            }
+        });
+        QCOMPARE(mFixture->Desktop().boxes.size(), hits.count(QString()));
+    }
+
+    // Two rows with the start row's text: the first seen is passed over, and a hit must stand
+    // below the start.
+    void twinsOfTheStartRow() {
+        mProgram->ClickTab(QStringLiteral("Unsent"));
+        ListView* lvUnsent = mProgram->Switchboard().lvUnsent;
+        const int firstTwin = IndexOf(lvUnsent, "No date: Twin");
+        const int secondTwin = IndexOf(lvUnsent, "No date: Twin", firstTwin + 1);
+        QVERIFY(firstTwin > 0 && secondTwin > firstTwin);
+
+        ProgramWindow::ClickRow(lvUnsent, firstTwin);
+        WithModalFind([&](frmFind& find) {
+            Search(find, QStringLiteral("twin"));
+            QCOMPARE(mProgram->CurrentTab(), QStringLiteral("Unsent"));
+            QCOMPARE(lvUnsent->SelectedItem()->Index(), secondTwin);
+            QTest::mouseClick(find.cmdFind, Qt::LeftButton);
+            QCOMPARE(mProgram->CurrentTab(), QStringLiteral("All"));
+            QCOMPARE(mProgram->Switchboard().lvAll->SelectedItem()->Text(),
+                     QStringLiteral("No date: Twin"));
+        });
+    }
+
+    void openBracketIsLogged() {
+        WithModalFind([&](frmFind& find) {
+            Search(find, QStringLiteral("[ab"));
+            QCOMPARE(StatusText(), QStringLiteral("Ready..."));
+            Search(find, QStringLiteral("alpha")); // the dialog still works
+            QCOMPARE(mProgram->CurrentTab(), QStringLiteral("Unsent"));
+        });
+        const auto& boxes = mFixture->Desktop().boxes;
+        QCOMPARE(boxes.size(), 1);
+        QCOMPARE(boxes.first().title, QStringLiteral("Vantry! Vantry! Error"));
+        const QString entry = mFixture->LogText();
+        QVERIFY2(entry.contains(QStringLiteral("cmdFind_Click")) && entry.contains("93"),
+                 qPrintable(entry));
+    }
+
+    void emptyTextCannotBeSearched() {
+        WithModalFind([&](frmFind& find) {
+            QVERIFY(!find.cmdFind->isEnabled());
+            QTest::keyClick(find.Text1, Qt::Key_Return);
+            QVERIFY(find.isVisible());
+            QTest::keyClicks(find.Text1, QStringLiteral("a"));
+            QVERIFY(find.cmdFind->isEnabled());
+            QTest::keyClick(find.Text1, Qt::Key_Backspace);
+            QVERIFY(!find.cmdFind->isEnabled());
+        });
+        QCOMPARE(mProgram->CurrentTab(), QStringLiteral("New"));
+        QVERIFY(gFindWhat.isEmpty());
+        QVERIFY(mFixture->Desktop().boxes.isEmpty());
+    }
+
+    void modalWithTheLastText_data() {
+        QTest::addColumn<QString>("command");
+        QTest::newRow("Edit menu") << "menu";
+        QTest::newRow("popup menu") << "popup";
+        QTest::newRow("Ctrl+F") << "keys";
+        QTest::newRow("toolbar") << "toolbar";
+    }
+
+    void modalWithTheLastText() {
+        QFETCH(QString, command);
+        frmSwitchboard& sb = mProgram->Switchboard();
+        mProgram->ClickTab(QStringLiteral("All"));
+        gFindWhat = QStringLiteral("Echo");
+
+        bool ran = false;
+        QTimer::singleShot(0, this, [&] {
+            frmFind* find = frmFind::Instance();
+            QVERIFY(find);
+            const auto closeAtEnd = qScopeGuard([find] { find->reject(); });
+            QCOMPARE(QApplication::activeModalWidget(), find);
+            QCOMPARE(QAccessible::queryAccessibleInterface(find->Text1)->text(QAccessible::Name),
+                     QStringLiteral("Find What:"));
+            QCOMPARE(find->Text1->selectedText(), QStringLiteral("Echo"));
+            QTest::keyClick(find->Text1, Qt::Key_Return); // Find is the default button
+            QCOMPARE(SelectedRows(sb.lvAll), QStringList{"7/1/2026: Echo Followup"});
+            QTest::keyClick(find->Text1, Qt::Key_Escape);
+            ran = true;
+        });
+        if (command == QLatin1String("keys")) {
+            sb.lvAll->ActiveView()->setFocus();
+            QTest::keyClick(sb.lvAll->ActiveView(), Qt::Key_F, Qt::ControlModifier);
+        } else if (command == QLatin1String("toolbar")) {
+            QTest::mouseClick(sb.xToolbar->Buttons(QStringLiteral("Find")).Widget(),
+                              Qt::LeftButton);
+        } else {
+            (command == QLatin1String("menu") ? sb.mnuFind : sb.mnuPopupFind)->trigger();
+        }
+        QTRY_VERIFY(ran);
+        QTRY_VERIFY(!frmFind::Instance());
+    }
+
+    void modelessFromF7AndPositionRemembered() {
+        frmSwitchboard& sb = mProgram->Switchboard();
+        gFindWhat = QStringLiteral("remembered");
+        sb.lvNew->ActiveView()->setFocus();
+        QTest::keyClick(sb.lvNew->ActiveView(), Qt::Key_F7);
+
+        frmFind* find = frmFind::Instance();
+        QVERIFY(find && find->isVisible());
+        QVERIFY(!QApplication::activeModalWidget());
+        QCOMPARE(find->Text1->text(), QStringLiteral("remembered")); // it loaded with it
+
+        // The page may change between two searches; each takes the current list anew.
+        Search(*find, QStringLiteral("delta"));
+        QCOMPARE(mProgram->CurrentTab(), QStringLiteral("Paid"));
+        mProgram->ClickTab(QStringLiteral("Rejected"));
+        QTest::mouseClick(find->cmdFind, Qt::LeftButton);
+        QCOMPARE(mProgram->CurrentTab(), QStringLiteral("All"));
+
+        // The Find command while it is open keeps it modeless and hands it the last text.
+        gFindWhat = QStringLiteral("other");
+        sb.mnuFind->trigger();
+        QCOMPARE(frmFind::Instance(), find);
+        QCOMPARE(find->Text1->text(), QStringLiteral("other"));
+
+        find->move(150, 90);
+        QTest::mouseClick(find->cmdCancel, Qt::LeftButton);
+        QTRY_VERIFY(!frmFind::Instance());
+        QCOMPARE(GetSetting(kAppTitle, "Settings", "FindLeft"), QStringLiteral("2250"));
+        QCOMPARE(GetSetting(kAppTitle, "Settings", "FindTop"), QStringLiteral("1350"));
+        QCOMPARE(frmFind::Load(&mProgram->Mdi()).pos(), QPoint(150, 90));
+    }
 
 private:
     // Opens Find from the Edit menu (modal), runs `whileOpen` in it, then closes it.
-    void WithModalFind(const std::function<void(frmFind&)>& whileOpen);
+    void WithModalFind(const std::function<void(frmFind&)>& whileOpen) {
+        bool ran = false;
+        QTimer::singleShot(0, this, [&] {
+            frmFind* find = frmFind::Instance();
+            QVERIFY(find);
+            // A failed check inside still closes the dialog, so the test goes on to report it.
+            const auto closeAtEnd = qScopeGuard([find] { find->reject(); });
+            QCOMPARE(QApplication::activeModalWidget(), find);
+            whileOpen(*find);
+            ran = !QTest::currentTestFailed();
+        });
+        QVERIFY(mProgram->Switchboard().mnuFind->isEnabled());
+        mProgram->Switchboard().mnuFind->trigger();
+        QVERIFY(ran);
+        QVERIFY(!frmFind::Instance());
+    }
     // Types the text into the dialog and clicks Find.
-    static void Search(frmFind& find, const QString& text);
+    static void Search(frmFind& find, const QString& text) {
+        find.Text1->clear();
+        QTest::keyClicks(find.Text1, text);
+        QTest::mouseClick(find.cmdFind, Qt::LeftButton);
+    }
 
     std::unique_ptr<Fixture> mFixture;
     std::unique_ptr<ProgramWindow> mProgram;
 };
-
-void tst_find::initTestCase() {
-    InitTestResources();
-}
-
-void tst_find::init() {
-    mFixture = std::make_unique<Fixture>();
-    mFixture->OpenDatabase();
-    // The Switchboard opens on "New" even with a rebate overdue.
-    SaveSetting(kAppTitle, QStringLiteral("Options"), QStringLiteral("chkAlarm"),
-                QStringLiteral("0"));
-    QList<RebateRow> rows = OneOfEach();
-    for (RebateRow& row : rows)
-        row.ProductName = QStringLiteral("Product");
-    InsertRebates(rows);
-    mProgram = std::make_unique<ProgramWindow>();
-}
-
-void tst_find::cleanup() {
-    delete frmFind::Instance();
-    mProgram.reset();
-    mFixture.reset();
-}
-
-void tst_find::Search(frmFind& find, const QString& text) {
-    find.Text1->clear();
-    QTest::keyClicks(find.Text1, text);
-    QTest::mouseClick(find.cmdFind, Qt::LeftButton);
-}
-
-void tst_find::WithModalFind(const std::function<void(frmFind&)>& whileOpen) {
-    bool ran = false;
-    QTimer::singleShot(0, this, [&] {
-        frmFind* find = frmFind::Instance();
-        QVERIFY(find);
-        // A failed check inside still closes the dialog, so the test goes on to report it.
-        const auto closeAtEnd = qScopeGuard([find] { find->reject(); });
-        QCOMPARE(QApplication::activeModalWidget(), find);
-        whileOpen(*find);
-        ran = !QTest::currentTestFailed();
-    });
-    QVERIFY(mProgram->Switchboard().mnuFind->isEnabled());
-    mProgram->Switchboard().mnuFind->trigger();
-    QVERIFY(ran);
-    QVERIFY(!frmFind::Instance());
-}
-
-void tst_find::searches_data() {
-    QTest::addColumn<QString>("page");         // the tab the searches start from
-    QTest::addColumn<QStringList>("searches"); // typed, each followed by Find
-    QTest::addColumn<QStringList>("hits");     // "tab | row" after each; "" for no match
-
-    // The ring, from each page.
-    QTest::newRow("New starts at Unsent")
-        << "New" << QStringList{"alpha"} << QStringList{"Unsent | No date: Alpha Unsent"};
-    QTest::newRow("Statistics starts at Unsent")
-        << "Statistics" << QStringList{"charlie"}
-        << QStringList{"Overdue | 8/1/2026: Charlie Overdue"};
-    QTest::newRow("Unsent goes on to Pending")
-        << "Unsent" << QStringList{"bravo"} << QStringList{"Pending | 11/10/2026: Bravo Pending"};
-    QTest::newRow("Pending reaches All before Unsent")
-        << "Pending" << QStringList{"alpha"} << QStringList{"All | No date: Alpha Unsent"};
-    QTest::newRow("Overdue reaches All before Pending")
-        << "Overdue" << QStringList{"bravo"} << QStringList{"All | 11/10/2026: Bravo Pending"};
-    QTest::newRow("Paid goes on to Rejected")
-        << "Paid" << QStringList{"foxtrot"} << QStringList{"Rejected | 6/1/2026: Foxtrot Rejected"};
-    QTest::newRow("Active Followups reaches All before Paid")
-        << "Active Followups" << QStringList{"delta"} << QStringList{"All | 3/15/2000: Delta Paid"};
-    QTest::newRow("Rejected reaches All before Followup")
-        << "Rejected" << QStringList{"echo"} << QStringList{"All | 7/1/2026: Echo Followup"};
-    QTest::newRow("All finds below its start row")
-        << "All" << QStringList{"golf"} << QStringList{"All | No date: Golf 47 Unsent"};
-    QTest::newRow("All passes its own start row, then Pending")
-        << "All" << QStringList{"bravo"} << QStringList{"Pending | 11/10/2026: Bravo Pending"};
-    // Find again from the hit: the same record in All, then back in Pending, since a search
-    // from All never wraps into the rows above its start.
-    QTest::newRow("find again") << "Pending" << QStringList{"hotel", "hotel", "hotel"}
-                                << QStringList{"Pending | 11/12/2026: Hotel Pending",
-                                               "All | 11/12/2026: Hotel Pending",
-                                               "Pending | 11/12/2026: Hotel Pending"};
-
-    // The patterns, from the New page.
-    const auto pattern = [](const char* name, const char* text, const char* hit) {
-        QTest::newRow(name) << "New" << QStringList{text} << QStringList{hit};
-    };
-    pattern("no date", "no date", "Unsent | No date: Alpha Unsent");
-    pattern("No Date in capitals", "NO DATE", "Unsent | No date: Alpha Unsent");
-    pattern("capitals", "HOTEL", "Pending | 11/12/2026: Hotel Pending");
-    pattern("date prefix", "2000", "Paid | 3/15/2000: Delta Paid");
-    pattern("star", "ch*ue", "Overdue | 8/1/2026: Charlie Overdue");
-    pattern("question mark", "h?tel", "Pending | 11/12/2026: Hotel Pending");
-    pattern("digit", "#7 u", "Unsent | No date: Golf 47 Unsent");
-    pattern("set", "[xf]ox", "Rejected | 6/1/2026: Foxtrot Rejected");
-    pattern("range", "[d-e]cho", "Active Followups | 7/1/2026: Echo Followup");
-    pattern("negated set", "[!6-7]/1/2026", "Overdue | 8/1/2026: Charlie Overdue");
-    pattern("the product isn't searched", "product", "");
-    pattern("the hidden id isn't searched", "99887766", "");
-    pattern("no match, quoted as typed", "ZuLu", "");
-}
-
-void tst_find::searches() {
-    QFETCH(QString, page);
-    QFETCH(QStringList, searches);
-    QFETCH(QStringList, hits);
-    mProgram->ClickTab(page);
-
-    WithModalFind([&](frmFind& find) {
-        for (qsizetype i = 0; i < searches.size(); ++i) {
-            Search(find, searches[i]);
-            QCOMPARE(StatusText(), QStringLiteral("Ready..."));
-            if (hits[i].isEmpty()) {
-                const auto& box = mFixture->Desktop().boxes.last();
-                QCOMPARE(box.prompt, "Cannot find '" + searches[i] + "' in the database.");
-                QCOMPARE(box.title, QStringLiteral("No Matching Rebate Found"));
-                QCOMPARE(box.style, 64);
-                QCOMPARE(mProgram->CurrentTab(), page);
-                continue;
-            }
-            const QStringList hit = hits[i].split(QStringLiteral(" | "));
-            QCOMPARE(mProgram->CurrentTab(), hit[0]);
-            ListView* lv = mProgram->Switchboard().GetCurrentLV();
-            QCOMPARE(SelectedRows(lv), QStringList{hit[1]});
-            QCOMPARE(lv->SelectedItem()->Text(), hit[1]);
-        }
-    });
-    QCOMPARE(mFixture->Desktop().boxes.size(), hits.count(QString()));
-}
-
-// Two rows with the start row's text: the first seen is passed over, and a hit must stand
-// below the start.
-void tst_find::twinsOfTheStartRow() {
-    mProgram->ClickTab(QStringLiteral("Unsent"));
-    ListView* lvUnsent = mProgram->Switchboard().lvUnsent;
-    const int firstTwin = IndexOf(lvUnsent, "No date: Twin");
-    const int secondTwin = IndexOf(lvUnsent, "No date: Twin", firstTwin + 1);
-    QVERIFY(firstTwin > 0 && secondTwin > firstTwin);
-
-    ProgramWindow::ClickRow(lvUnsent, firstTwin);
-    WithModalFind([&](frmFind& find) {
-        Search(find, QStringLiteral("twin"));
-        QCOMPARE(mProgram->CurrentTab(), QStringLiteral("Unsent"));
-        QCOMPARE(lvUnsent->SelectedItem()->Index(), secondTwin);
-        QTest::mouseClick(find.cmdFind, Qt::LeftButton);
-        QCOMPARE(mProgram->CurrentTab(), QStringLiteral("All"));
-        QCOMPARE(mProgram->Switchboard().lvAll->SelectedItem()->Text(),
-                 QStringLiteral("No date: Twin"));
-    });
-}
-
-void tst_find::openBracketIsLogged() {
-    WithModalFind([&](frmFind& find) {
-        Search(find, QStringLiteral("[ab"));
-        QCOMPARE(StatusText(), QStringLiteral("Ready..."));
-        Search(find, QStringLiteral("alpha")); // the dialog still works
-        QCOMPARE(mProgram->CurrentTab(), QStringLiteral("Unsent"));
-    });
-    const auto& boxes = mFixture->Desktop().boxes;
-    QCOMPARE(boxes.size(), 1);
-    QCOMPARE(boxes.first().title, QStringLiteral("Vantry! Vantry! Error"));
-    QFile log(mFixture->LogPath());
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    const QString entry = QString::fromUtf8(log.readAll());
-    QVERIFY2(entry.contains(QStringLiteral("cmdFind_Click")) && entry.contains("93"),
-             qPrintable(entry));
-}
-
-void tst_find::emptyTextCannotBeSearched() {
-    WithModalFind([&](frmFind& find) {
-        QVERIFY(!find.cmdFind->isEnabled());
-        QTest::keyClick(find.Text1, Qt::Key_Return);
-        QVERIFY(find.isVisible());
-        QTest::keyClicks(find.Text1, QStringLiteral("a"));
-        QVERIFY(find.cmdFind->isEnabled());
-        QTest::keyClick(find.Text1, Qt::Key_Backspace);
-        QVERIFY(!find.cmdFind->isEnabled());
-    });
-    QCOMPARE(mProgram->CurrentTab(), QStringLiteral("New"));
-    QVERIFY(gFindWhat.isEmpty());
-    QVERIFY(mFixture->Desktop().boxes.isEmpty());
-}
-
-void tst_find::modalWithTheLastText_data() {
-    QTest::addColumn<QString>("command");
-    QTest::newRow("Edit menu") << "menu";
-    QTest::newRow("popup menu") << "popup";
-    QTest::newRow("Ctrl+F") << "keys";
-    QTest::newRow("toolbar") << "toolbar";
-}
-
-void tst_find::modalWithTheLastText() {
-    QFETCH(QString, command);
-    frmSwitchboard& sb = mProgram->Switchboard();
-    mProgram->ClickTab(QStringLiteral("All"));
-    gFindWhat = QStringLiteral("Echo");
-
-    bool ran = false;
-    QTimer::singleShot(0, this, [&] {
-        frmFind* find = frmFind::Instance();
-        QVERIFY(find);
-        const auto closeAtEnd = qScopeGuard([find] { find->reject(); });
-        QCOMPARE(QApplication::activeModalWidget(), find);
-        QCOMPARE(QAccessible::queryAccessibleInterface(find->Text1)->text(QAccessible::Name),
-                 QStringLiteral("Find What:"));
-        QCOMPARE(find->Text1->selectedText(), QStringLiteral("Echo"));
-        QTest::keyClick(find->Text1, Qt::Key_Return); // Find is the default button
-        QCOMPARE(SelectedRows(sb.lvAll), QStringList{"7/1/2026: Echo Followup"});
-        QTest::keyClick(find->Text1, Qt::Key_Escape);
-        ran = true;
-    });
-    if (command == QLatin1String("keys")) {
-        sb.lvAll->ActiveView()->setFocus();
-        QTest::keyClick(sb.lvAll->ActiveView(), Qt::Key_F, Qt::ControlModifier);
-    } else if (command == QLatin1String("toolbar")) {
-        QTest::mouseClick(sb.xToolbar->Buttons(QStringLiteral("Find")).Widget(), Qt::LeftButton);
-    } else {
-        (command == QLatin1String("menu") ? sb.mnuFind : sb.mnuPopupFind)->trigger();
-    }
-    QTRY_VERIFY(ran);
-    QTRY_VERIFY(!frmFind::Instance());
-}
-
-void tst_find::modelessFromF7AndPositionRemembered() {
-    frmSwitchboard& sb = mProgram->Switchboard();
-    gFindWhat = QStringLiteral("remembered");
-    sb.lvNew->ActiveView()->setFocus();
-    QTest::keyClick(sb.lvNew->ActiveView(), Qt::Key_F7);
-
-    frmFind* find = frmFind::Instance();
-    QVERIFY(find && find->isVisible());
-    QVERIFY(!QApplication::activeModalWidget());
-    QCOMPARE(find->Text1->text(), QStringLiteral("remembered")); // it loaded with it
-
-    // The page may change between two searches; each takes the current list anew.
-    Search(*find, QStringLiteral("delta"));
-    QCOMPARE(mProgram->CurrentTab(), QStringLiteral("Paid"));
-    mProgram->ClickTab(QStringLiteral("Rejected"));
-    QTest::mouseClick(find->cmdFind, Qt::LeftButton);
-    QCOMPARE(mProgram->CurrentTab(), QStringLiteral("All"));
-
-    // The Find command while it is open keeps it modeless and hands it the last text.
-    gFindWhat = QStringLiteral("other");
-    sb.mnuFind->trigger();
-    QCOMPARE(frmFind::Instance(), find);
-    QCOMPARE(find->Text1->text(), QStringLiteral("other"));
-
-    find->move(150, 90);
-    QTest::mouseClick(find->cmdCancel, Qt::LeftButton);
-    QTRY_VERIFY(!frmFind::Instance());
-    QCOMPARE(GetSetting(kAppTitle, "Settings", "FindLeft"), QStringLiteral("2250"));
-    QCOMPARE(GetSetting(kAppTitle, "Settings", "FindTop"), QStringLiteral("1350"));
-    QCOMPARE(frmFind::Load(&mProgram->Mdi()).pos(), QPoint(150, 90));
-}
 
 QTEST_MAIN(tst_find)
 #include "tst_find.moc"

@@ -20,67 +20,29 @@ namespace {
 // Every rule of the statistics, worked out by hand in the comments. Money that doesn't round
 // to the cent shows that the totals add the figures as shown.
 QList<RebateRow> EveryRuleRows() {
-    return {
-        // Paid in full.
-        {.RebateID = "1",
-         .PurchasePrice = 19.99,
-         .RebateAmount = 10.0,
-         .PostagePrice = 0.37,
-         .CouponAmount = 2.0,
-         .DateSent = QDate(2026, 9, 1),
-         .AmountReceived = 10.0,
-         .DateReceived = QDate(2026, 10, 1)},
-        // Unpaid: pending and outstanding.
-        {.RebateID = "2", .PurchasePrice = 49.95, .RebateAmount = 15.0, .PostagePrice = 0.41},
-        // Rejected, nothing came, followed up.
-        {.RebateID = "3",
-         .PurchasePrice = 100.0,
-         .RebateAmount = 25.0,
-         .PostagePrice = 0.39,
-         .CouponAmount = 5.5,
-         .FollowupPostage = 0.37,
-         .Rejected = true},
-        // Rejected, and yet money came.
-        {.RebateID = "4",
-         .PurchasePrice = 30.0,
-         .RebateAmount = 7.0,
-         .PostagePrice = 0.37,
-         .AmountReceived = 3.0,
-         .Rejected = true},
+    const auto null = std::nullopt;
+    // Key, spent, expected, postage, coupon, received, followup postage, rejected, deleted.
+    QList<RebateRow> rows{
+        MoneyRow("1", 19.99, 10.0, 0.37, 2.0, 10.0, 0.0),       // paid in full
+        MoneyRow("2", 49.95, 15.0, 0.41, 0.0, 0.0, 0.0),        // unpaid: pending and outstanding
+        MoneyRow("3", 100.0, 25.0, 0.39, 5.5, 0.0, 0.37, true), // rejected, none came, followed up
+        MoneyRow("4", 30.0, 7.0, 0.37, 0.0, 3.0, 0.0, true),    // rejected, and yet money came
         // Null in every money column and in Rejected: counted as a purchase only.
-        {.RebateID = "5",
-         .PurchasePrice = std::nullopt,
-         .RebateAmount = std::nullopt,
-         .PostagePrice = std::nullopt,
-         .CouponAmount = std::nullopt,
-         .AmountReceived = std::nullopt,
-         .FollowupPostage = std::nullopt,
-         .Rejected = std::nullopt},
+        MoneyRow("5", null, null, null, null, null, null, null),
         // Unpaid with no expected amount: pending, adds nothing outstanding.
-        {.RebateID = "6", .PurchasePrice = 5.0, .RebateAmount = std::nullopt},
-        // Paid less than expected, followed up.
-        {.RebateID = "7",
-         .PurchasePrice = 59.99,
-         .RebateAmount = 20.0,
-         .PostagePrice = 0.37,
-         .AmountReceived = 12.5,
-         .FollowupPostage = 0.60},
+        MoneyRow("6", 5.0, null, 0.0, 0.0, 0.0, 0.0),
+        MoneyRow("7", 59.99, 20.0, 0.37, 0.0, 12.5, 0.60), // paid less than expected, followed up
         // Deleted, and Deleted Null: counted nowhere.
-        {.RebateID = "8", .PurchasePrice = 1000.0, .RebateAmount = 100.0, .Deleted = true},
-        {.RebateID = "9",
-         .PurchasePrice = 500.0,
-         .RebateAmount = 50.0,
-         .AmountReceived = 50.0,
-         .Deleted = std::nullopt},
+        MoneyRow("8", 1000.0, 100.0, 0.0, 0.0, 0.0, 0.0, false, true),
+        MoneyRow("9", 500.0, 50.0, 0.0, 0.0, 50.0, 0.0, false, null),
         // Rejected Null with nothing received: pending, but not outstanding.
-        {.RebateID = "10", .PurchasePrice = 8.0, .RebateAmount = 4.0, .Rejected = std::nullopt},
+        MoneyRow("10", 8.0, 4.0, 0.0, 0.0, 0.0, 0.0, null),
         // Sub-cent money: each figure it touches rounds down on the page.
-        {.RebateID = "11",
-         .PurchasePrice = 1.0049,
-         .RebateAmount = 1.0,
-         .PostagePrice = 0.0049,
-         .FollowupPostage = 0.0049},
+        MoneyRow("11", 1.0049, 1.0, 0.0049, 0.0, 0.0, 0.0049),
     };
+    rows[0].DateSent = QDate(2026, 9, 1);
+    rows[0].DateReceived = QDate(2026, 10, 1);
+    return rows;
 }
 
 } // namespace
@@ -88,165 +50,141 @@ QList<RebateRow> EveryRuleRows() {
 class tst_statistics : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-    void figures_data();
-    void figures();
-    void engineFailureIsLoggedAndPageShowsWhatItHas();
-    void commandsOnTheStatisticsPage();
-    void scrollBarFollowsTheWindow_data();
-    void scrollBarFollowsTheWindow();
-    void scrollRuleIsStrictlyGreater_data();
-    void scrollRuleIsStrictlyGreater();
+    void initTestCase() { InitTestResources(); }
+
+    void init() {
+        mFixture = std::make_unique<Fixture>();
+        mFixture->OpenDatabase();
+    }
+
+    void cleanup() { mFixture.reset(); }
+
+    void figures_data() {
+        QTest::addColumn<QList<RebateRow>>("rows");
+        QTest::addColumn<QStringList>("expected"); // lblStatFigures(0) to (14)
+
+        // Spent 19.99 + 49.95 + 100 + 30 + 5 + 59.99 + 8 + 1.0049 = 273.9349; postage 1.9149;
+        // followup postage 0.9749. Total Expenditures adds the shown 0.97 + 1.91 + 273.93 =
+        // 276.81, where the unrounded sum would show 276.82.
+        QTest::newRow("every rule")
+            << EveryRuleRows() << QStringList{"$273.93", "$7.50",  "$1.91",   "$0.97",  "$25.50",
+                                              "9",       "3",      "4",       "3",      "2",
+                                              "$32.00",  "$16.00", "$276.81", "$41.50", "$49.00"};
+        QTest::newRow("empty table")
+            << QList<RebateRow>{}
+            << QStringList{"$0.00", "$0.00", "$0.00", "$0.00", "$0.00", "0",     "0",    "0",
+                           "0",     "0",     "$0.00", "$0.00", "$0.00", "$0.00", "$0.00"};
+    }
+
+    void figures() {
+        QFETCH(QList<RebateRow>, rows);
+        QFETCH(QStringList, expected);
+        InsertRebates(rows);
+        ProgramWindow program;
+        StatisticsPage* page = program.Switchboard().Statistics();
+        QCOMPARE(page->lblStatFigures(12)->text(), QStringLiteral("Label1"));
+
+        program.ClickTab(QStringLiteral("Statistics"));
+
+        QVERIFY(page->isVisible());
+        QStringList shown;
+        for (int i = 0; i < StatisticsPage::kFigureCount; ++i)
+            shown << page->lblStatFigures(i)->text();
+        QCOMPARE(shown, expected);
+        // A screen reader names each figure after its caption.
+        QCOMPARE(page->lblStatFigures(12)->accessibleName(), QStringLiteral("Total Expenditures"));
+        QCOMPARE(page->lblStatFigures(14)->accessibleName(),
+                 QStringLiteral("Total savings from all"));
+        QCOMPARE(StatusText(), QStringLiteral("Ready..."));
+        QVERIFY(CurrentMousePointer() == MousePointer::Default);
+        QVERIFY(mFixture->Desktop().boxes.isEmpty());
+    }
+
+    void engineFailureIsLoggedAndPageShowsWhatItHas() {
+        InsertRebates({{.RebateID = "1", .PurchasePrice = 10.0}});
+        ProgramWindow program;
+        gDatabase->Execute(QStringLiteral("DROP TABLE Rebates"));
+
+        program.ClickTab(QStringLiteral("Statistics"));
+
+        const auto& boxes = mFixture->Desktop().boxes;
+        QCOMPARE(boxes.size(), 1);
+        QCOMPARE(boxes.first().title, QStringLiteral("Error Compiling Stats"));
+        QCOMPARE(program.CurrentTab(), QStringLiteral("Statistics"));
+        StatisticsPage* page = program.Switchboard().Statistics();
+        QCOMPARE(page->lblStatFigures(0)->text(), QStringLiteral("$0.00"));
+        QCOMPARE(page->lblStatFigures(5)->text(), QStringLiteral("0"));
+        QCOMPARE(page->lblStatFigures(14)->text(), QStringLiteral("$0.00"));
+        QCOMPARE(StatusText(), QStringLiteral("Ready..."));
+        QVERIFY(CurrentMousePointer() == MousePointer::Default);
+    }
+
+    void printButtonOnTheStatisticsPage() {
+        InsertRebates({{.RebateID = "1"}});
+        ProgramWindow program;
+        ToolbarButton& print = program.Mdi().tbToolBar->Buttons(QStringLiteral("Print"));
+
+        program.ClickTab(QStringLiteral("Statistics"));
+        QVERIFY(print.Enabled());
+        QCOMPARE(print.ToolTipText(), QStringLiteral("Print statistics"));
+        program.ClickTab(QStringLiteral("All"));
+        QCOMPARE(print.ToolTipText(), QStringLiteral("Print selected record(s)"));
+    }
+
+    void scrollBarFollowsTheWindow_data() {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<bool>("scrollBar");
+        QTest::newRow("smallest") << QSize(100, 100) << true;
+        QTest::newRow("large") << QSize(900, 700) << false;
+    }
+
+    void scrollBarFollowsTheWindow() {
+        QFETCH(QSize, size);
+        QFETCH(bool, scrollBar);
+        ProgramWindow program;
+        StatisticsPage* page = program.Switchboard().Statistics();
+        program.ClickTab(QStringLiteral("Statistics"));
+
+        program.ResizeSwitchboard(size);
+
+        // The window keeps its minimum size of 8000 x 5000 twips, 15 to the pixel.
+        QVERIFY(program.Frame().width() >= 533 && program.Frame().height() >= 333);
+        QTRY_COMPARE(page->VScroll1()->isVisible(), scrollBar);
+        // The sheet leaves room for the bar whether it shows or not.
+        QCOMPARE(page->Sheet()->width(), page->width() - page->VScroll1()->width());
+        if (scrollBar) {
+            // At its end the bar has brought the lowest row into view.
+            page->VScroll1()->triggerAction(QAbstractSlider::SliderToMaximum);
+            const QLabel* lowest = page->lblStats(10);
+            const QPoint bottom = lowest->mapTo(page, QPoint(0, lowest->height()));
+            QVERIFY2(bottom.y() <= page->height(), "the lowest row stays out of reach");
+            QVERIFY(page->Sheet()->y() < 0);
+        }
+    }
+
+    void scrollRuleIsStrictlyGreater_data() {
+        QTest::addColumn<int>("beyondLowestRow"); // the page's height less the lowest row's bottom
+        QTest::addColumn<bool>("scrollBar");
+        QTest::newRow("one pixel short") << -1 << true;
+        QTest::newRow("exactly tall enough") << 0 << false;
+        QTest::newRow("taller") << 40 << false;
+    }
+
+    void scrollRuleIsStrictlyGreater() {
+        QFETCH(int, beyondLowestRow);
+        QFETCH(bool, scrollBar);
+        StatisticsPage page;
+        const QLabel* lowest = page.lblStats(10);
+        const int rowBottom = lowest->mapTo(page.Sheet(), QPoint(0, lowest->height())).y();
+        page.resize(600, rowBottom + beyondLowestRow);
+        page.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&page));
+        QCOMPARE(page.VScroll1()->isVisible(), scrollBar);
+    }
 
 private:
     std::unique_ptr<Fixture> mFixture;
 };
-
-void tst_statistics::initTestCase() {
-    InitTestResources();
-}
-
-void tst_statistics::init() {
-    mFixture = std::make_unique<Fixture>();
-    mFixture->OpenDatabase();
-}
-
-void tst_statistics::cleanup() {
-    mFixture.reset();
-}
-
-void tst_statistics::figures_data() {
-    QTest::addColumn<QList<RebateRow>>("rows");
-    QTest::addColumn<QStringList>("expected"); // lblStatFigures(0) to (14)
-
-    // Spent 19.99 + 49.95 + 100 + 30 + 5 + 59.99 + 8 + 1.0049 = 273.9349; postage 1.9149;
-    // followup postage 0.9749. Total Expenditures adds the shown 0.97 + 1.91 + 273.93 =
-    // 276.81, where the unrounded sum would show 276.82.
-    QTest::newRow("every rule") << EveryRuleRows()
-                                << QStringList{"$273.93", "$7.50",  "$1.91",   "$0.97",  "$25.50",
-                                               "9",       "3",      "4",       "3",      "2",
-                                               "$32.00",  "$16.00", "$276.81", "$41.50", "$49.00"};
-    QTest::newRow("empty table") << QList<RebateRow>{}
-                                 << QStringList{"$0.00", "$0.00", "$0.00", "$0.00", "$0.00",
-                                                "0",     "0",     "0",     "0",     "0",
-                                                "$0.00", "$0.00", "$0.00", "$0.00", "$0.00"};
-}
-
-void tst_statistics::figures() {
-    QFETCH(QList<RebateRow>, rows);
-    QFETCH(QStringList, expected);
-    InsertRebates(rows);
-    ProgramWindow program;
-    StatisticsPage* page = program.Switchboard().Statistics();
-    QCOMPARE(page->lblStatFigures(12)->text(), QStringLiteral("Label1"));
-
-    program.ClickTab(QStringLiteral("Statistics"));
-
-    QVERIFY(page->isVisible());
-    QStringList shown;
-    for (int i = 0; i < StatisticsPage::kFigureCount; ++i)
-        shown << page->lblStatFigures(i)->text();
-    QCOMPARE(shown, expected);
-    // A screen reader names each figure after its caption.
-    QCOMPARE(page->lblStatFigures(12)->accessibleName(), QStringLiteral("Total Expenditures"));
-    QCOMPARE(page->lblStatFigures(14)->accessibleName(), QStringLiteral("Total savings from all"));
-    QCOMPARE(StatusText(), QStringLiteral("Ready..."));
-    QVERIFY(CurrentMousePointer() == MousePointer::Default);
-    QVERIFY(mFixture->Desktop().boxes.isEmpty());
-}
-
-void tst_statistics::engineFailureIsLoggedAndPageShowsWhatItHas() {
-    InsertRebates({{.RebateID = "1", .PurchasePrice = 10.0}});
-    ProgramWindow program;
-    gDatabase->Execute(QStringLiteral("DROP TABLE Rebates"));
-
-    program.ClickTab(QStringLiteral("Statistics"));
-
-    const auto& boxes = mFixture->Desktop().boxes;
-    QCOMPARE(boxes.size(), 1);
-    QCOMPARE(boxes.first().title, QStringLiteral("Error Compiling Stats"));
-    QCOMPARE(program.CurrentTab(), QStringLiteral("Statistics"));
-    StatisticsPage* page = program.Switchboard().Statistics();
-    QCOMPARE(page->lblStatFigures(0)->text(), QStringLiteral("$0.00"));
-    QCOMPARE(page->lblStatFigures(5)->text(), QStringLiteral("0"));
-    QCOMPARE(page->lblStatFigures(14)->text(), QStringLiteral("$0.00"));
-    QCOMPARE(StatusText(), QStringLiteral("Ready..."));
-    QVERIFY(CurrentMousePointer() == MousePointer::Default);
-}
-
-void tst_statistics::commandsOnTheStatisticsPage() {
-    InsertRebates({{.RebateID = "1"}});
-    ProgramWindow program;
-    frmSwitchboard& sb = program.Switchboard();
-    ToolbarButton& print = program.Mdi().tbToolBar->Buttons(QStringLiteral("Print"));
-
-    program.ClickTab(QStringLiteral("Statistics"));
-    for (const char* key :
-         {"New", "Delete", "Large", "Small", "List", "Details", "AZ", "ZA", "Find", "Arrange All"})
-        QVERIFY2(!sb.xToolbar->Buttons(QString::fromLatin1(key)).Enabled(), key);
-    QVERIFY(!sb.mnuRefresh->isEnabled());
-    QVERIFY(!sb.mnuSelectAll->isEnabled());
-    QVERIFY(print.Enabled());
-    QCOMPARE(print.ToolTipText(), QStringLiteral("Print statistics"));
-
-    program.ClickTab(QStringLiteral("All"));
-    QVERIFY(sb.xToolbar->Buttons(QStringLiteral("Find")).Enabled());
-    QVERIFY(sb.mnuRefresh->isEnabled());
-    QCOMPARE(print.ToolTipText(), QStringLiteral("Print selected record(s)"));
-}
-
-void tst_statistics::scrollBarFollowsTheWindow_data() {
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<bool>("scrollBar");
-    QTest::newRow("smallest") << QSize(100, 100) << true;
-    QTest::newRow("large") << QSize(900, 700) << false;
-}
-
-void tst_statistics::scrollBarFollowsTheWindow() {
-    QFETCH(QSize, size);
-    QFETCH(bool, scrollBar);
-    ProgramWindow program;
-    StatisticsPage* page = program.Switchboard().Statistics();
-    program.ClickTab(QStringLiteral("Statistics"));
-
-    program.ResizeSwitchboard(size);
-
-    // The window keeps its minimum size of 8000 x 5000 twips, 15 to the pixel.
-    QVERIFY(program.Frame().width() >= 533 && program.Frame().height() >= 333);
-    QTRY_COMPARE(page->VScroll1()->isVisible(), scrollBar);
-    // The sheet leaves room for the bar whether it shows or not.
-    QCOMPARE(page->Sheet()->width(), page->width() - page->VScroll1()->width());
-    if (scrollBar) {
-        // At its end the bar has brought the lowest row into view.
-        page->VScroll1()->triggerAction(QAbstractSlider::SliderToMaximum);
-        const QLabel* lowest = page->lblStats(10);
-        const QPoint bottom = lowest->mapTo(page, QPoint(0, lowest->height()));
-        QVERIFY2(bottom.y() <= page->height(), "the lowest row stays out of reach");
-        QVERIFY(page->Sheet()->y() < 0);
-    }
-}
-
-void tst_statistics::scrollRuleIsStrictlyGreater_data() {
-    QTest::addColumn<int>("beyondLowestRow"); // the page's height less the lowest row's bottom
-    QTest::addColumn<bool>("scrollBar");
-    QTest::newRow("one pixel short") << -1 << true;
-    QTest::newRow("exactly tall enough") << 0 << false;
-    QTest::newRow("taller") << 40 << false;
-}
-
-void tst_statistics::scrollRuleIsStrictlyGreater() {
-    QFETCH(int, beyondLowestRow);
-    QFETCH(bool, scrollBar);
-    StatisticsPage page;
-    const QLabel* lowest = page.lblStats(10);
-    const int rowBottom = lowest->mapTo(page.Sheet(), QPoint(0, lowest->height())).y();
-    page.resize(600, rowBottom + beyondLowestRow);
-    page.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&page));
-    QCOMPARE(page.VScroll1()->isVisible(), scrollBar);
-}
 
 QTEST_MAIN(tst_statistics)
 #include "tst_statistics.moc"
