@@ -6,7 +6,7 @@
 #include "common/core/Regional.h"
 #include "common/core/VbError.h"
 #include "common/core/modUtilities.h"
-#include "data/Database.h"
+#include "data/RebateQueries.h"
 #include "data/Recordset.h"
 
 namespace {
@@ -19,12 +19,6 @@ std::function<QString()>& SelectedRebateIDSource() {
 std::function<std::optional<QString>()>& RebateFormSource() {
     static std::function<std::optional<QString>()> source;
     return source;
-}
-
-Database& TheDatabase() {
-    if (!gDatabase)
-        throw VbError(VbError::ObjectNotSet);
-    return *gDatabase;
 }
 
 // Members are read through NZ: text and dates with "", money and Booleans with "0".
@@ -62,8 +56,7 @@ void clsRebate::SetRebateFormSource(std::function<std::optional<QString>()> sour
 
 clsRebate::clsRebate() {
     if (gbNewRecord) {
-        mRS = TheDatabase().OpenRecordset(
-            QStringLiteral("Select * from Rebates Where RebateID = 'Match None'"), dbOpenDynaset);
+        mRS = RebateQueries::OpenNoRebate();
         return;
     }
     if (!SelectedRebateIDSource())
@@ -78,9 +71,8 @@ clsRebate::~clsRebate() {
 }
 
 void clsRebate::OpenKey(const QString& rebateID) {
-    mRS = TheDatabase().OpenRecordset(QStringLiteral("Select * from Rebates Where RebateID = '") +
-                                          rebateID + QLatin1Char('\''),
-                                      dbOpenDynaset);
+    mRS = RebateQueries::OpenRebateByID(rebateID);
+    mKey = rebateID;
 }
 
 void clsRebate::ReadMembers() {
@@ -168,6 +160,8 @@ void clsRebate::Requery() {
 void clsRebate::Update() {
     Recordset& rs = *mRS;
     if (!rs.IsEOF()) {
+        // An edit writes the one record it was opened on, or nothing.
+        RebateQueries::RequireOneRebate(rs, mKey);
         rs.MoveFirst();
         rs.Edit();
     } else {
@@ -197,5 +191,11 @@ void clsRebate::Update() {
     rs.SetField(QStringLiteral("ReasonRejected"), NullIfBlank(msReasonRejected));
     rs.SetField(QStringLiteral("Deleted"), mbDeleted);
     rs.SetField(QStringLiteral("Remarks"), NullIfBlank(msRemarks));
-    rs.Update();
+    try {
+        rs.Update();
+    } catch (const VbError& e) {
+        if (e.Number() == dbError::RecordDeleted)
+            throw RebateQueries::RebateNotFound(mKey);
+        throw;
+    }
 }

@@ -14,6 +14,8 @@ class Recordset;
 // Creating one reads gbNewRecord: when set, it opens an empty recordset for a new record;
 // otherwise it opens the row whose RebateID the selected row of the Switchboard's current
 // list holds, and reads it. A missing row raises the engine's error (3021) to the creator.
+// Update of an opened record writes that one row or nothing: when its key no longer names
+// exactly one row it raises 3021 or 3022 and leaves the table as it was.
 class clsRebate {
 public:
     clsRebate();  // Class_Initialize
@@ -94,6 +96,7 @@ private:
     void ReadMembers();
 
     std::unique_ptr<Recordset> mRS;
+    QString mKey; // the RebateID the recordset was opened on
 
     QString msRebateID;
     QString msRebateName;

@@ -3,7 +3,7 @@
 #include "app/cLogErr.h"
 #include "common/core/Regional.h"
 #include "common/core/VbError.h"
-#include "data/Database.h"
+#include "data/RebateQueries.h"
 #include "data/Recordset.h"
 
 #include <limits>
@@ -78,11 +78,7 @@ bool clsRebateStats::GetStatistics() {
     bool result = false;
     std::unique_ptr<Recordset> rs; // closed and released when it goes out of scope
     try {
-        if (!gDatabase)
-            throw VbError(VbError::ObjectNotSet);
-        rs = gDatabase->OpenRecordset(
-            QStringLiteral("SELECT * FROM Rebates WHERE (((Rebates.Deleted)=False))"),
-            dbOpenSnapshot);
+        rs = RebateQueries::OpenStatisticsRows();
         if (rs->IsEOF() && rs->IsBOF())
             return false;
         // A recordset that is not at both ends holds a row: RecordCount is above 0 from here.

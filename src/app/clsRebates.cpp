@@ -1,15 +1,11 @@
 #include "app/clsRebates.h"
 
 #include "common/core/Desktop.h"
-#include "common/core/VbError.h"
-#include "data/Database.h"
+#include "data/RebateQueries.h"
 #include "data/Recordset.h"
 
 clsRebates::clsRebates() {
-    if (!gDatabase)
-        throw VbError(VbError::ObjectNotSet);
-    mRS = gDatabase->OpenRecordset(QStringLiteral("Select * from Rebates ") +
-                                   QStringLiteral("WHERE NOT (([Deleted])=True Order by DateSent"));
+    mRS = RebateQueries::OpenUndeletedByDateSent();
 }
 
 clsRebates::~clsRebates() {

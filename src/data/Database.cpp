@@ -36,14 +36,21 @@ const TableInfo* Connection::Table(const QString& name) {
     TableInfo info;
     info.name = query.value(0).toString();
     query.finish();
-    QString quoted = info.name;
-    quoted.replace(QLatin1Char('"'), QLatin1String("\"\""));
-    if (!query.exec(QStringLiteral("PRAGMA table_info(\"%1\")").arg(quoted)))
+    query.prepare(QStringLiteral("SELECT name, type, pk FROM pragma_table_info(?)"));
+    query.addBindValue(info.name);
+    if (!query.exec())
         throw SqlFailure(query.lastError(), dbError::QueryError);
+    int keyParts = 0;
     while (query.next()) {
-        info.columns.append(query.value(1).toString());
-        info.kinds.append(KindOfDeclaredType(query.value(2).toString()));
+        if (query.value(2).toInt() > 0) {
+            ++keyParts;
+            info.key = query.value(0).toString();
+        }
+        info.columns.append(query.value(0).toString());
+        info.kinds.append(KindOfDeclaredType(query.value(1).toString()));
     }
+    if (keyParts != 1)
+        info.key.clear();
     return &tables.insert(key, info).value();
 }
 
@@ -161,21 +168,28 @@ Database::~Database() {
     Close();
 }
 
-std::unique_ptr<Recordset> Database::OpenRecordset(const QString& sql, int type) {
+std::unique_ptr<Recordset> Database::OpenRecordset(const QString& sql, int type,
+                                                   const QVariantList& params) {
     if (type != dbOpenDynaset && type != dbOpenSnapshot)
         throw VbError(dbError::InvalidArgument, QStringLiteral("Invalid argument."));
     mConnection->Checked();
-    return std::unique_ptr<Recordset>(new Recordset(mConnection, sql, type == dbOpenSnapshot));
+    return std::unique_ptr<Recordset>(
+        new Recordset(mConnection, sql, type == dbOpenSnapshot, params));
 }
 
-int Database::Execute(const QString& sql) {
+int Database::Execute(const QString& sql, const QVariantList& params) {
     QSqlQuery query(mConnection->Checked());
-    if (!query.exec(sql))
+    if (!query.prepare(sql))
+        throw store::SqlFailure(query.lastError(), dbError::QueryError);
+    for (const QVariant& value : params)
+        query.addBindValue(value);
+    if (!query.exec())
         throw store::SqlFailure(query.lastError(), dbError::QueryError);
     return query.numRowsAffected();
 }
 
 void Database::SetBusyTimeout(int milliseconds) {
+    // A pragma takes no bound value; the number is formatted from an int, never from text.
     Execute(QStringLiteral("PRAGMA busy_timeout = %1").arg(milliseconds));
 }
 

@@ -3,6 +3,7 @@
 #include "data/Recordset.h"
 
 #include <QString>
+#include <QVariantList>
 #include <memory>
 
 class QSqlDatabase;
@@ -33,9 +34,9 @@ enum : int {
 };
 }
 
-// One open database file: a SQLite connection of its own. The program's SQL text runs as
-// written. Recordsets keep working on their rows after the database is closed; anything
-// that needs the file then raises 3420.
+// One open database file: a SQLite connection of its own. The program's statements live in
+// RebateQueries, each with its values bound to ? placeholders. Recordsets keep working on their
+// rows after the database is closed; anything that needs the file then raises 3420.
 class Database {
 public:
     // Opens an existing SQLite file for reading and writing (read-only when the file is
@@ -50,12 +51,15 @@ public:
     // Runs the SELECT once and holds its rows. A statement SQLite rejects raises 3075 (3078
     // for a missing table) with SQLite's message in the description. Type is dbOpenDynaset
     // (updatable when the statement is "select * from <one table> ...") or dbOpenSnapshot
-    // (read-only).
-    std::unique_ptr<Recordset> OpenRecordset(const QString& sql, int type = dbOpenDynaset);
+    // (read-only). The statement's ? placeholders take `params` in order; a Requery binds
+    // them again. Values are never written into the SQL text.
+    std::unique_ptr<Recordset> OpenRecordset(const QString& sql, int type = dbOpenDynaset,
+                                             const QVariantList& params = {});
 
-    // Runs one statement that returns no rows (VACUUM INTO, DELETE ...); returns the number
-    // of rows it changed. Refusals raise as Recordset::Update does.
-    int Execute(const QString& sql);
+    // Runs one statement that returns no rows (VACUUM INTO, DELETE ...), its ? placeholders
+    // bound to `params`; returns the number of rows it changed. Refusals raise as
+    // Recordset::Update does.
+    int Execute(const QString& sql, const QVariantList& params = {});
 
     // How long a write waits for a lock held by another connection before it raises 3260.
     void SetBusyTimeout(int milliseconds);

@@ -25,6 +25,12 @@ VbError NoCurrentRecord() {
     return VbError(VbError::NoCurrentRecord);
 }
 
+VbError RowGone() {
+    return VbError(dbError::RecordDeleted,
+                   QStringLiteral("The record is no longer in the database: it has been deleted "
+                                  "or changed since it was read. Nothing was changed."));
+}
+
 // A QString that is empty but not null, so that it is written as '' and not as NULL.
 QString NonNull(const QString& text) {
     static const QString empty = QStringLiteral("");
@@ -211,8 +217,8 @@ const QRegularExpression& SingleTableSelect() {
 } // namespace
 
 Recordset::Recordset(std::shared_ptr<store::Connection> connection, const QString& sql,
-                     bool snapshot)
-    : mConnection(std::move(connection)), mQuery(sql) {
+                     bool snapshot, const QVariantList& params)
+    : mConnection(std::move(connection)), mQuery(sql), mParams(params) {
     const QRegularExpressionMatch match = SingleTableSelect().match(sql);
     if (match.hasMatch()) {
         if (const store::TableInfo* table = mConnection->Table(match.captured(1))) {
@@ -234,7 +240,11 @@ Recordset::~Recordset() = default;
 void Recordset::Load() {
     QSqlQuery query(mConnection->Checked());
     query.setForwardOnly(true);
-    if (!query.exec(mQuery))
+    if (!query.prepare(mQuery))
+        throw store::SqlFailure(query.lastError(), dbError::QueryError);
+    for (const QVariant& value : mParams)
+        query.addBindValue(value);
+    if (!query.exec())
         throw store::SqlFailure(query.lastError(), dbError::QueryError);
 
     // Built aside, so that a failed Requery leaves the rows held before.
@@ -243,6 +253,7 @@ void Recordset::Load() {
     const int first = mUpdatable ? 1 : 0;
     std::vector<Column> columns;
     QHash<QString, int> indexByName;
+    int keyColumn = -1;
     for (int i = first; i < record.count(); ++i) {
         Column column;
         column.name = record.fieldName(i);
@@ -256,6 +267,8 @@ void Recordset::Load() {
             }
         }
         column.mixed = column.kind == Kind::Other;
+        if (table && table->key.compare(column.name, Qt::CaseInsensitive) == 0)
+            keyColumn = static_cast<int>(columns.size());
         indexByName.insert(column.name, static_cast<int>(columns.size()));
         columns.push_back(std::move(column));
     }
@@ -271,6 +284,7 @@ void Recordset::Load() {
 
     mColumns = std::move(columns);
     mIndexByName = std::move(indexByName);
+    mKeyColumn = keyColumn;
     mRowIds = std::move(rowIds);
     mGone.assign(mRowIds.size(), 0);
     mLive = static_cast<int>(mRowIds.size());
@@ -380,6 +394,16 @@ void Recordset::ClearEdit() {
     mEditMode = dbEditNone;
     mPending.clear();
     mDirty.clear();
+}
+
+QString Recordset::RowCondition(std::size_t row, QVariantList& values) const {
+    values.append(QVariant(static_cast<qlonglong>(mRowIds[row])));
+    if (mKeyColumn < 0)
+        return QStringLiteral("rowid = ?");
+    // A rowid freed by a deleted row may have gone to another record since it was read.
+    const Column& key = mColumns[mKeyColumn];
+    values.append(SqlFromTyped(key.kind, Stored(key, row)));
+    return QStringLiteral("rowid = ? AND %1 IS ?").arg(Quoted(key.name));
 }
 
 bool Recordset::IsEOF() const {
@@ -530,9 +554,9 @@ void Recordset::Update() {
                                          QStringList(names.size(), QStringLiteral("?"))
                                              .join(QStringLiteral(", ")));
     } else {
-        sql = QStringLiteral("UPDATE %1 SET %2 = ? WHERE rowid = ?")
-                  .arg(Quoted(mTable), names.join(QStringLiteral(" = ?, ")));
-        values.append(QVariant(static_cast<qlonglong>(mRowIds[CurrentRow()])));
+        const QString where = RowCondition(CurrentRow(), values);
+        sql = QStringLiteral("UPDATE %1 SET %2 = ? WHERE %3")
+                  .arg(Quoted(mTable), names.join(QStringLiteral(" = ?, ")), where);
     }
     QSqlQuery query(mConnection->Checked());
     if (!query.prepare(sql))
@@ -544,7 +568,7 @@ void Recordset::Update() {
 
     if (mEditMode == dbEditInProgress) {
         if (query.numRowsAffected() == 0)
-            throw VbError(dbError::RecordDeleted, QStringLiteral("Record is deleted."));
+            throw RowGone();
         const std::size_t row = CurrentRow();
         for (std::size_t c = 0; c < mColumns.size(); ++c) {
             if (mDirty[c])
@@ -563,11 +587,17 @@ void Recordset::Delete() {
     CheckOpen();
     CheckUpdatable();
     const std::size_t row = CurrentRow();
+    QVariantList values;
+    const QString where = RowCondition(row, values);
     QSqlQuery query(mConnection->Checked());
-    query.prepare(QStringLiteral("DELETE FROM %1 WHERE rowid = ?").arg(Quoted(mTable)));
-    query.addBindValue(QVariant(static_cast<qlonglong>(mRowIds[row])));
+    if (!query.prepare(QStringLiteral("DELETE FROM %1 WHERE %2").arg(Quoted(mTable), where)))
+        throw store::SqlFailure(query.lastError(), dbError::QueryError);
+    for (const QVariant& value : values)
+        query.addBindValue(value);
     if (!query.exec())
         throw store::SqlFailure(query.lastError(), dbError::DiskError);
+    if (query.numRowsAffected() == 0)
+        throw RowGone();
     ClearEdit();
     mGone[row] = 1;
     --mLive;

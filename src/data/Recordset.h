@@ -21,7 +21,9 @@ enum EditModeEnum { dbEditNone = 0, dbEditInProgress = 1, dbEditAdd = 2 };
 // as QDate, Booleans as bool, text as QString, Null as a null QVariant.
 //
 // Writes go through AddNew or Edit, SetField and Update; Update writes the one row at once.
-// A row added with AddNew is written to the table but does not join this recordset.
+// A row added with AddNew is written to the table but does not join this recordset. An edit
+// or delete reaches the row it was read from and nothing else: by its rowid and, where the
+// table has a one-column primary key, by the key it was read with.
 class Recordset {
 public:
     ~Recordset();
@@ -57,13 +59,15 @@ public:
     void AddNew(); // starts a new row with every column Null; replaces a pending one
     void Edit();   // starts editing the current row
     // Writes the pending row (INSERT for AddNew, UPDATE for Edit). On any refusal (locked or
-    // read-only file, full disk, duplicate key 3022) raises, leaves the table unchanged and
-    // keeps the edit pending so that the caller may try again.
+    // read-only file, full disk, duplicate key 3022, 3167 for a row no longer in the table)
+    // raises, leaves the table unchanged and keeps the edit pending so that the caller may
+    // try again.
     void Update();
     void CancelUpdate(); // drops a pending AddNew or Edit; nothing pending is no error
-    void Delete();       // removes the current row from the table for good
-    void Requery();      // runs the query again and goes to its first row
-    void Close();        // later calls raise 3420
+    // Removes the current row from the table for good; 3167 when it is no longer there.
+    void Delete();
+    void Requery(); // runs the query again and goes to its first row
+    void Close();   // later calls raise 3420
 
     int EditMode() const { return mEditMode; }
     bool Updatable() const { return mUpdatable; }
@@ -72,7 +76,8 @@ public:
 
 private:
     friend class Database;
-    Recordset(std::shared_ptr<store::Connection> connection, const QString& sql, bool snapshot);
+    Recordset(std::shared_ptr<store::Connection> connection, const QString& sql, bool snapshot,
+              const QVariantList& params);
 
     // Where a text lies in its column's characters; a length of kNullText is Null.
     struct TextSpan {
@@ -103,10 +108,15 @@ private:
     void CheckUpdatable() const;
     std::size_t CurrentRow() const; // raises 3021 / 3167
     void ClearEdit();
+    // "rowid = ?" and the key test that find the held row `row` in the table, with their
+    // values appended to `values`.
+    QString RowCondition(std::size_t row, QVariantList& values) const;
 
     std::shared_ptr<store::Connection> mConnection;
     QString mQuery; // as run (with the rowid when updatable)
-    QString mTable; // the table of a "select * from <table> ..." statement
+    QVariantList mParams;
+    QString mTable;      // the table of a "select * from <table> ..." statement
+    int mKeyColumn = -1; // the table's one-column primary key among the columns, if held
     bool mUpdatable = false;
     bool mClosed = false;
     std::uint64_t mSerial = 0;

@@ -26,6 +26,7 @@ struct TableInfo {
     QString name;
     QStringList columns;
     QList<Kind> kinds;
+    QString key; // the column of a one-column primary key, else empty
 };
 
 // The state behind one Database, shared with its recordsets so that a recordset outlives a

@@ -17,7 +17,7 @@
 #include "common/ui/ImageList.h"
 #include "common/ui/MainFrame.h"
 #include "common/ui/Toolbar.h"
-#include "data/Database.h"
+#include "data/RebateQueries.h"
 #include "rebateform/FieldEdit.h"
 #include "rebateform/FieldHelpers.h"
 #include "rebateform/RebateFields.h"
@@ -1270,16 +1270,10 @@ bool frmRebate::ValidateRecord() {
 // The moment of the first save is the record's key. RebateID is the table's primary key, so a
 // second that already holds a record gives way to the next free one.
 QString frmRebate::NewRebateID() const {
-    if (!gDatabase)
-        throw VbError(VbError::ObjectNotSet);
     const QString pattern = QStringLiteral("yyyymmddhhnnss");
     QDateTime moment = Now();
     QString id = Format(moment, pattern);
-    while (!gDatabase
-                ->OpenRecordset(QStringLiteral("Select * from Rebates Where RebateID = '") + id +
-                                    QLatin1Char('\''),
-                                dbOpenSnapshot)
-                ->IsEOF()) {
+    while (RebateQueries::RebateIDTaken(id)) {
         moment = moment.addSecs(1);
         id = Format(moment, pattern);
     }

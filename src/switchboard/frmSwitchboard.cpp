@@ -20,6 +20,7 @@
 #include "common/ui/Toolbar.h"
 #include "common/ui/modListUtilities.h"
 #include "data/Database.h"
+#include "data/RebateQueries.h"
 #include "data/RebateStatus.h"
 #include "data/Recordset.h"
 
@@ -692,10 +693,7 @@ void frmSwitchboard::AddAllListItems() {
     try {
         for (ListView* lv : RecordLists())
             lv->ListItems().Clear();
-        if (!gDatabase)
-            throw VbError(VbError::ObjectNotSet);
-        rs = gDatabase->OpenRecordset(
-            QStringLiteral("SELECT * FROM Rebates WHERE NOT (((Rebates.Deleted)=True))"));
+        rs = RebateQueries::OpenListRows();
         if (!(rs->IsEOF() && rs->IsBOF())) {
             const RebateColumns columns(*rs);
             const QDate today = Date();
@@ -720,14 +718,10 @@ void frmSwitchboard::AddAllListItems() {
 void frmSwitchboard::AddIcons(const QString& rebateID) {
     DoEvents();
     BusyState busy(QStringLiteral("Loading records..."));
-    const QString sql =
-        QStringLiteral("SELECT * FROM Rebates WHERE (([RebateID])= '") + rebateID + "');";
     SetStatusText(QStringLiteral("Getting rebate info..."));
     DoEvents();
     // No handler of its own: the caller hears of a failure, with the pointer restored.
-    if (!gDatabase)
-        throw VbError(VbError::ObjectNotSet);
-    const std::unique_ptr<Recordset> rs = gDatabase->OpenRecordset(sql);
+    const std::unique_ptr<Recordset> rs = RebateQueries::OpenListRow(rebateID);
     if (!rs->IsEOF()) {
         rs->MoveFirst();
         const QString status = GetRebateStatus(*rs);
@@ -976,19 +970,6 @@ bool frmSwitchboard::DeleteRebateRecord() {
         if (form && form->RebateID() == rebateID)
             form->Unload();
     };
-    const auto markDeleted = [](const QString& rebateID) {
-        if (!gDatabase)
-            throw VbError(VbError::ObjectNotSet);
-        auto rs = gDatabase->OpenRecordset(
-            QStringLiteral("Select * from Rebates Where RebateID = '") + rebateID + "'");
-        if (!rs->IsEOF()) {
-            rs->MoveFirst();
-            rs->Edit();
-            rs->SetField(QStringLiteral("Deleted"), true);
-            rs->Update();
-        }
-        rs->Close();
-    };
 
     const int selected = CountSelected(lv);
     QSet<QString> marked;
@@ -1006,7 +987,7 @@ bool frmSwitchboard::DeleteRebateRecord() {
                 throw VbError(VbError::ObjectNotSet);
             const QString rebateID = item->SubItems(3);
             closeFormShowing(rebateID);
-            markDeleted(rebateID);
+            RebateQueries::MarkRebateDeleted(rebateID);
             marked.insert(rebateID);
         } else {
             if (MsgBox(QStringLiteral("Are you sure you want to delete the selected rebates?"),
@@ -1026,7 +1007,7 @@ bool frmSwitchboard::DeleteRebateRecord() {
                     continue;
                 const QString rebateID = item->SubItems(3);
                 closeFormShowing(rebateID);
-                markDeleted(rebateID);
+                RebateQueries::MarkRebateDeleted(rebateID);
                 marked.insert(rebateID);
             }
             gDatabase->CommitTrans();

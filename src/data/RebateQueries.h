@@ -1,0 +1,50 @@
+#pragma once
+
+#include "common/core/VbError.h"
+#include "data/Database.h"
+
+#include <QString>
+#include <memory>
+
+class Recordset;
+
+// Every statement the program runs on Rebates, by name, through gDatabase. Values are bound,
+// never written into the SQL text, so a key holding a quote finds its own row and no other.
+// Each raises 91 when no database is open, and what the store raises otherwise.
+namespace RebateQueries {
+
+// An empty updatable set of Rebates: the recordset of a record not yet saved.
+std::unique_ptr<Recordset> OpenNoRebate();
+
+// The row with this RebateID (updatable as a dynaset).
+std::unique_ptr<Recordset> OpenRebateByID(const QString& rebateID, int type = dbOpenDynaset);
+
+// The rows the Switchboard's lists show: every row not marked deleted (Null counts as marked,
+// as the query has always read).
+std::unique_ptr<Recordset> OpenListRows();
+
+// One row for the Switchboard's lists, by RebateID, whatever its Deleted.
+std::unique_ptr<Recordset> OpenListRow(const QString& rebateID);
+
+// The rows the statistics count: those whose Deleted is False.
+std::unique_ptr<Recordset> OpenStatisticsRows();
+
+// The undeleted rows by DateSent, for the record walker. Its text has always been refused by
+// the engine (an unbalanced parenthesis): opening it raises 3075.
+std::unique_ptr<Recordset> OpenUndeletedByDateSent();
+
+// Whether a row has this RebateID.
+bool RebateIDTaken(const QString& rebateID);
+
+// Marks the one row with this RebateID as deleted. When no row or more than one has the key,
+// changes nothing and raises RebateNotFound or RebateKeyNotUnique.
+void MarkRebateDeleted(const QString& rebateID);
+
+// Raises unless `rs`, opened on this RebateID, holds exactly one row.
+void RequireOneRebate(const Recordset& rs, const QString& rebateID);
+
+// The errors of a key that doesn't name exactly one record, in words a user can act on.
+VbError RebateNotFound(const QString& rebateID);     // 3021
+VbError RebateKeyNotUnique(const QString& rebateID); // 3022
+
+} // namespace RebateQueries
