@@ -1,5 +1,7 @@
 #include "shell/frmMDI.h"
 
+#include "maintenance/Maintenance.h"
+
 #include "app/cLogErr.h"
 #include "common/core/Desktop.h"
 #include "common/core/Globals.h"
@@ -350,16 +352,15 @@ void frmMDI::mnuViewStatusBar_Click() {
 }
 
 void frmMDI::mnuViewOptions_Click() {
-    // The Options dialog joins the program with the maintenance commands; until then the
-    // entry and the "Options" button have nothing to show.
+    Maintenance::ShowOptions(this);
 }
 
 void frmMDI::mnuHelpAbout_Click() {
-    // The About box comes with the support forms.
+    Maintenance::ShowAbout(this);
 }
 
 void frmMDI::mnuTipOfTheDay_Click() {
-    // The Tip of the Day comes with the support forms.
+    Maintenance::ShowTipOfTheDay(this);
 }
 
 void frmMDI::mnuFileExit_Click() {

@@ -24,6 +24,10 @@ public:
     bool OpenDocument(const QString& target) override;
     bool PrinterDialog(QPrinter& printer, QWidget* parent) override;
     void Beep() override { ++beeps; }
+    bool SendMail(const QString& address, const QString& subject, const QString& body) override {
+        mails.append({address, subject, body});
+        return sendMailResult;
+    }
 
     // The answer of the next message box (vb::vbYes, vb::vbNo, ...).
     void SetNextAnswer(int answer) { answers.append(answer); }
@@ -31,7 +35,15 @@ public:
     void OnNextBox(std::function<void(const Box&)> action) { boxActions.append(std::move(action)); }
     void SetNextInput(const QString& text) { inputs.append(text); }
 
+    struct Mail {
+        QString address;
+        QString subject;
+        QString body;
+    };
+
     QList<Box> boxes;
+    QList<Mail> mails;
+    bool sendMailResult = true;
     QList<int> answers;
     QList<std::function<void(const Box&)>> boxActions;
     QStringList inputs;

@@ -16,6 +16,7 @@ public:
     bool OpenDocument(const QString&) override { return false; }
     bool PrinterDialog(QPrinter&, QWidget*) override { return false; }
     void Beep() override {}
+    bool SendMail(const QString&, const QString&, const QString&) override { return false; }
 };
 } // namespace
 

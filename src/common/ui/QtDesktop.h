@@ -16,6 +16,7 @@ public:
     bool OpenDocument(const QString& target) override;
     bool PrinterDialog(QPrinter& printer, QWidget* parent) override;
     void Beep() override;
+    bool SendMail(const QString& address, const QString& subject, const QString& body) override;
 
     // The box MsgBox shows: the style's icon, buttons and default button; each line of the
     // prompt a line of its own (CR LF, CR or LF), a leading tab a modest indent that wrapped
