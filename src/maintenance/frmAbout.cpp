@@ -1,4 +1,5 @@
 #include "maintenance/frmAbout.h"
+#include "maintenance/Maintenance.h"
 
 #include "common/core/Desktop.h"
 #include "common/core/Globals.h"
@@ -137,7 +138,7 @@ void frmAbout::cmdSysInfo_Click() {
 
 void frmAbout::imgAbout_Click() {
     frmCredits credits(this);
-    credits.exec();
+    Maintenance::RunModal(credits);
 }
 
 void StartSysInfo() {

@@ -1,4 +1,5 @@
 #include "maintenance/frmOptions.h"
+#include "maintenance/Maintenance.h"
 
 #include "app/AppSettings.h"
 #include "app/Compaction.h"
@@ -313,7 +314,7 @@ void frmOptions::cmdRecordMgr_Click() {
     if (std::exchange(mPostageRefused, false))
         return;
     frmPurge manager(this);
-    manager.exec();
+    Maintenance::RunModal(manager);
 }
 
 void frmOptions::cmdViewLog_Click() {
@@ -342,7 +343,7 @@ void frmOptions::cmdViewLog_Click() {
     viewer.ShowLog(QStringLiteral("Error Log for Vantry! Vantry!\r\n\r\n") + log);
     SetStatusText(QStringLiteral("Ready..."));
     SetMousePointer(0);
-    viewer.exec();
+    Maintenance::RunModal(viewer);
 }
 
 void frmOptions::tbsTabs_Click() {

@@ -3,8 +3,8 @@
 #include "app/AppSettings.h"
 #include "common/core/modUtilities.h"
 
-#include <QCoreApplication>
 #include <QAudioDevice>
+#include <QCoreApplication>
 #include <QMediaDevices>
 #include <QPointer>
 #include <QSoundEffect>

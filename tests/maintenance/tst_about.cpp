@@ -20,7 +20,7 @@ class tst_about : public QObject {
     std::unique_ptr<Fixture> mFixture;
     QStringList mPlayed;
 
-private slots:
+private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
     void init() {
         mFixture = std::make_unique<Fixture>();
@@ -109,7 +109,7 @@ private slots:
         WhenModal("frmAbout", [&](QWidget* dialog) {
             auto* about = static_cast<frmAbout*>(dialog);
             WhenModal("frmCredits", [&](QWidget* credits) {
-                creditsShown = credits->isActiveWindow();
+                creditsShown = QTest::qWaitForWindowActive(credits);
                 credits->close();
             });
             QTest::mouseClick(about->imgAbout, Qt::LeftButton);

@@ -46,7 +46,7 @@ class tst_compact : public QObject {
         return CompactRebateDatabase([this](const QString& text) { mStatus << text; });
     }
 
-private slots:
+private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
     void init() {
         mFixture = std::make_unique<Fixture>();

@@ -3,6 +3,7 @@
 #include "app/cLogErr.h"
 #include "common/core/Globals.h"
 #include "common/ui/Forms.h"
+#include "common/ui/TabStrip.h"
 #include "maintenance/frmLogViewer.h"
 #include "maintenance/frmOptions.h"
 
@@ -23,7 +24,7 @@ class tst_logviewer : public QObject {
     Q_OBJECT
     std::unique_ptr<Fixture> mFixture;
 
-private slots:
+private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
     void init() { mFixture = std::make_unique<Fixture>(); }
     void cleanup() { mFixture.reset(); }
@@ -53,7 +54,7 @@ private slots:
         WriteLog(mFixture->LogPath(), "Date:\t\t\tfirst block\r\n");
         frmOptions options;
         options.show();
-        options.tbsTabs_Click();
+        options.tbsTabs->Tabs().Item(2)->SetSelected(true);
         QVERIFY(QTest::qWaitForWindowActive(&options));
         options.cmdViewLog->setFocus();
         QString text;

@@ -28,7 +28,7 @@ class tst_options : public QObject {
     Q_OBJECT
     std::unique_ptr<Fixture> mFixture;
 
-private slots:
+private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
     void init() { mFixture = std::make_unique<Fixture>(); }
     void cleanup() { mFixture.reset(); }
@@ -151,7 +151,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&program.Mdi()));
         bool seen = false;
         WhenModal("frmOptions", [&seen](QWidget* dialog) {
-            seen = dialog->windowTitle() == "Options" && dialog->isActiveWindow();
+            seen = dialog->windowTitle() == "Options" && QTest::qWaitForWindowActive(dialog);
             QTest::keyClick(dialog, Qt::Key_Escape);
         });
         program.Mdi().mnuViewOptions_Click();

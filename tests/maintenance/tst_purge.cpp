@@ -43,7 +43,7 @@ class tst_purge : public QObject {
     Q_OBJECT
     std::unique_ptr<Fixture> mFixture;
 
-private slots:
+private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
     void init() { mFixture = std::make_unique<Fixture>(); }
     void cleanup() { mFixture.reset(); }
@@ -146,7 +146,7 @@ private slots:
         listed.sort();
         QCOMPARE(listed, left);
         QStringList rows;
-        for (const QString& id : {"1", "2", "3", "9"})
+        for (const char* id : {"1", "2", "3", "9"})
             if (!ReadRawRebate(id).isEmpty())
                 rows << id;
         QCOMPARE(rows, present);

@@ -18,7 +18,7 @@ class tst_tip : public QObject {
     Q_OBJECT
     std::unique_ptr<Fixture> mFixture;
 
-private slots:
+private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
     void init() { mFixture = std::make_unique<Fixture>(); }
     void cleanup() { mFixture.reset(); }
@@ -66,7 +66,8 @@ private slots:
         frmTip tip;
         QVERIFY(tip.Form_Load());
         tip.show();
-        QTest::mouseClick(tip.chkLoadTipsAtStartup, Qt::LeftButton);
+        tip.chkLoadTipsAtStartup->setFocus();
+        QTest::keyClick(tip.chkLoadTipsAtStartup, Qt::Key_Space);
         QCOMPARE(ReadSetting(Setting::Tips), QString("0"));
         tip.reject();
         QCOMPARE(ReadSetting(Setting::Tips), QString("0"));
