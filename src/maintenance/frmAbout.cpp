@@ -119,9 +119,9 @@ bool frmAbout::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void frmAbout::cmdEmailKVX_Click() {
-    SetMousePointer(11);
+    SetMousePointer(MousePointer::Hourglass);
     OpenDocument(QStringLiteral("mailto:") + kSupportMailbox);
-    SetMousePointer(0);
+    SetMousePointer(MousePointer::Default);
 }
 
 void frmAbout::cmdKVXWebPage_Click() {

@@ -168,7 +168,7 @@ frmOptions::frmOptions(QWidget* parent)
 }
 
 void frmOptions::LoadData() {
-    SetMousePointer(11);
+    SetMousePointer(MousePointer::Hourglass);
     SetStatusText(QStringLiteral("Loading data..."));
     Postage->setText(ReadSetting(Setting::Postage));
     const std::pair<QCheckBox*, const SettingSpec*> boxes[] = {
@@ -179,12 +179,12 @@ void frmOptions::LoadData() {
     for (const auto& [box, setting] : boxes)
         box->setChecked(ReadFlag(*setting));
     cmdApply->setEnabled(false);
-    SetMousePointer(0);
+    SetMousePointer(MousePointer::Default);
     SetStatusText(QStringLiteral("Ready..."));
 }
 
 void frmOptions::SaveData() {
-    SetMousePointer(11);
+    SetMousePointer(MousePointer::Hourglass);
     SetStatusText(QStringLiteral("Saving..."));
     try {
         WriteSetting(Setting::Postage, Postage->text());
@@ -197,11 +197,11 @@ void frmOptions::SaveData() {
         for (const auto& [box, setting] : boxes)
             WriteSetting(*setting, box->isChecked() ? QStringLiteral("1") : QStringLiteral("0"));
     } catch (const VbError& error) {
-        SetMousePointer(0);
+        SetMousePointer(MousePointer::Default);
         LogError(error, objectName(), QStringLiteral("SaveData()"),
                  QStringLiteral("Unable to Save Option Settings"));
     }
-    SetMousePointer(0);
+    SetMousePointer(MousePointer::Default);
     SetStatusText(QStringLiteral("Ready..."));
 }
 
@@ -295,9 +295,9 @@ void frmOptions::cmdRepair_Click() {
                vb::vbExclamation, QStringLiteral("Rebate Open"));
         return;
     }
-    SetMousePointer(11);
+    SetMousePointer(MousePointer::Hourglass);
     const bool result = CompactRebateDatabase(SetStatusText);
-    SetMousePointer(0);
+    SetMousePointer(MousePointer::Default);
     if (gDatabase && gDatabase->IsOpen())
         Q_EMIT Notifier::Instance().DatabaseReopened();
     Beep();
@@ -320,13 +320,13 @@ void frmOptions::cmdRecordMgr_Click() {
 void frmOptions::cmdViewLog_Click() {
     if (std::exchange(mPostageRefused, false))
         return;
-    SetMousePointer(11);
+    SetMousePointer(MousePointer::Hourglass);
     SetStatusText(QStringLiteral("Getting error log..."));
     QString log;
     try {
         log = gErrorLog ? gErrorLog->Display() : QString();
     } catch (const VbError& error) {
-        SetMousePointer(0);
+        SetMousePointer(MousePointer::Default);
         SetStatusText(QStringLiteral("Error..."));
         LogError(error, objectName(), QStringLiteral("cmdViewLog_Click"));
         SetStatusText(QStringLiteral("Ready..."));
@@ -334,7 +334,7 @@ void frmOptions::cmdViewLog_Click() {
     }
     if (log.isEmpty()) {
         SetStatusText(QStringLiteral("No error log found..."));
-        SetMousePointer(0);
+        SetMousePointer(MousePointer::Default);
         MsgBox(QStringLiteral("No logged errors found."), vb::vbInformation,
                QStringLiteral("No Results"));
         return;
@@ -342,7 +342,7 @@ void frmOptions::cmdViewLog_Click() {
     frmLogViewer viewer(this);
     viewer.ShowLog(QStringLiteral("Error Log for Vantry! Vantry!\r\n\r\n") + log);
     SetStatusText(QStringLiteral("Ready..."));
-    SetMousePointer(0);
+    SetMousePointer(MousePointer::Default);
     Maintenance::RunModal(viewer);
 }
 

@@ -110,7 +110,7 @@ void frmPurge::SetStatus(const QString& text) {
 }
 
 void frmPurge::AddDeletedRecords() {
-    SetMousePointer(11);
+    SetMousePointer(MousePointer::Hourglass);
     SetStatus(QStringLiteral("Loading records..."));
     lvwRecords->ListItems().Clear();
     try {
@@ -121,13 +121,13 @@ void frmPurge::AddDeletedRecords() {
             item->SetSubItems(3, row.RebateID);
         }
     } catch (const VbError& error) {
-        SetMousePointer(0);
+        SetMousePointer(MousePointer::Default);
         LogError(error, objectName(), QStringLiteral("AddDeletedRecords()"));
     }
     UpdatePurgeButtons();
     SizeListColumns(lvwRecords);
     SetStatus(QStringLiteral("Ready..."));
-    SetMousePointer(0);
+    SetMousePointer(MousePointer::Default);
 }
 
 void frmPurge::UpdatePurgeButtons() {
@@ -150,12 +150,12 @@ void frmPurge::ChangeSelected(const QString& title, const QString& question, con
                               int (*command)(const QStringList&)) {
     if (MsgBox(question, vb::vbYesNo | vb::vbQuestion | vb::vbDefaultButton2, title) != vb::vbYes)
         return;
-    SetMousePointer(11);
+    SetMousePointer(MousePointer::Hourglass);
     SetStatus(status);
     // A failure here is not reported: the list is rebuilt and the rows stay where they were.
     try {
         if (!AnyDeletedRecords()) {
-            SetMousePointer(0);
+            SetMousePointer(MousePointer::Default);
             MsgBox(QStringLiteral("No deleted records were found in the database. Vantry! "
                                   "Vantry! will now refresh the display."),
                    vb::vbInformation, QStringLiteral("No Deleted Records Found"));
@@ -174,7 +174,7 @@ void frmPurge::ChangeSelected(const QString& title, const QString& question, con
     }
     Q_EMIT Notifier::Instance().ListsStale();
     SetStatus(QStringLiteral("Ready..."));
-    SetMousePointer(0);
+    SetMousePointer(MousePointer::Default);
 }
 
 void frmPurge::cmdRecover_Click() {
