@@ -15,6 +15,7 @@
 #include "common/ui/StatusBar.h"
 #include "common/ui/Toolbar.h"
 #include "data/Database.h"
+#include "maintenance/Maintenance.h"
 #include "shell/modMain.h"
 #include "tools/frmAutoDial.h"
 #include "tools/frmCalculator.h"
@@ -344,16 +345,15 @@ void frmMDI::mnuViewStatusBar_Click() {
 }
 
 void frmMDI::mnuViewOptions_Click() {
-    // The Options dialog joins the program with the maintenance commands; until then the
-    // entry and the "Options" button have nothing to show.
+    Maintenance::ShowOptions(this);
 }
 
 void frmMDI::mnuHelpAbout_Click() {
-    // The About box comes with the support forms.
+    Maintenance::ShowAbout(this);
 }
 
 void frmMDI::mnuTipOfTheDay_Click() {
-    // The Tip of the Day comes with the support forms.
+    Maintenance::ShowTipOfTheDay(this);
 }
 
 void frmMDI::mnuFileExit_Click() {

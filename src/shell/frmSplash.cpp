@@ -3,6 +3,7 @@
 #include "common/core/modUtilities.h"
 #include "common/ui/Forms.h"
 #include "common/ui/Help.h"
+#include "maintenance/Maintenance.h"
 
 #include <QGuiApplication>
 #include <QLabel>
@@ -76,7 +77,7 @@ frmSplash* frmSplash::Instance() {
 void frmSplash::Form_Load() {
     App::SetHelpFile(AppPath() + QStringLiteral("vantry.hlp"));
     lblVersion->setText(QStringLiteral("Version ") + AppVersion());
-    // The start-up song joins with the sound support; nothing plays yet.
+    Maintenance::PlayThemeSong();
 }
 
 void frmSplash::imgSplash_Click() {

@@ -1,5 +1,6 @@
 #include "shell/modMain.h"
 
+#include "app/Compaction.h"
 #include "app/cLogErr.h"
 #include "common/core/Desktop.h"
 #include "common/core/Globals.h"
@@ -7,6 +8,7 @@
 #include "common/core/modUtilities.h"
 #include "common/ui/Forms.h"
 #include "data/Database.h"
+#include "maintenance/Maintenance.h"
 #include "shell/frmMDI.h"
 #include "shell/frmSplash.h"
 #include "shell/modPrevInstance.h"
@@ -16,6 +18,7 @@
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QPointer>
@@ -53,6 +56,15 @@ void CorruptDatabaseBox() {
                QStringLiteral(" to check for availability of a database repair utility.") +
                paragraph + QStringLiteral("This program will now terminate."),
            vb::vbCritical, QStringLiteral("Corrupt Database File"));
+}
+
+void RestoredFromCompactionBox(const QString& restored) {
+    MsgBox(QStringLiteral("Vantry! Vantry! did not find the file 'Vantry.mdb' in the application "
+                          "directory, because an earlier compaction of the database did not "
+                          "finish. Your records were put back from the file '%1', which stays "
+                          "in place as a copy.")
+               .arg(QFileInfo(restored).fileName()),
+           vb::vbInformation, QStringLiteral("Database Restored"));
 }
 
 QDateTime WholeSecondsNow() {
@@ -105,6 +117,10 @@ bool Main() {
         gTCRLink = kTCRLink;
         gErrorLog = std::make_unique<cLogErr>(); // Init with every argument left out
         const QString dbPath = AppPath() + AppExeName() + QStringLiteral(".mdb");
+        // A compaction that failed half-way may have left the user's data under its own
+        // names: that file comes back before the empty reserve copy is ever considered.
+        if (const QString restored = RestoreDatabaseFromCompaction(dbPath); !restored.isEmpty())
+            RestoredFromCompactionBox(restored);
         if (!FileExists(dbPath)) {
             if (!FileExists(AppPath() + AppExeName() + QStringLiteral(".rdb")) ||
                 !RestoreDatabaseFromRdb()) {
@@ -133,8 +149,13 @@ bool Main() {
         CorruptDatabaseBox();
         return false;
     }
-    // From here on a failure neither stops the start nor is reported. The Tip of the Day
-    // comes with the support forms.
+    // From here on a failure neither stops the start nor is reported.
+    try {
+        if (gMainForm)
+            Maintenance::ShowTipOfTheDay(gMainForm);
+    } catch (const std::exception&) {
+        // The tip is a courtesy: the start goes on without it.
+    }
     try {
         if (QWidget* switchboard = Forms::Load(QStringLiteral("frmSwitchboard")))
             if (gMainForm)

@@ -429,6 +429,14 @@ void frmSwitchboard::BuildMenus() {
     // New, Edit and Open belong to the rebate form; Find to the search window; Options,
     // About and the tip to their dialogs: each is connected where it is built.
     connect(mnuFile, &QMenu::aboutToShow, this, &frmSwitchboard::mnuFile_Click);
+    for (const auto& [entry, command] :
+         {std::pair{mnuOptions, MainFrame::Command::Options},
+          std::pair{mnuAbout, MainFrame::Command::About},
+          std::pair{mnuTipOfTheDay, MainFrame::Command::TipOfTheDay}})
+        connect(entry, &QAction::triggered, this, [command] {
+            if (MainFrame* main = MainFrame::Instance())
+                main->Run(command);
+        });
     connect(mnuEdit, &QMenu::aboutToShow, this, &frmSwitchboard::mnuEdit_Click);
     AttachWindowList(mnuWindow, [this] {
         auto* frame = qobject_cast<QMdiSubWindow*>(parentWidget());

@@ -1,4 +1,5 @@
 #include "Fixture.h"
+#include "app/AppSettings.h"
 #include "common/core/Globals.h"
 #include "common/core/VbError.h"
 #include "common/ui/Forms.h"
@@ -81,6 +82,8 @@ private Q_SLOTS:
         mEnded = 0;
         Startup::SetEndProgramHandler([this](int) { ++mEnded; });
         Startup::SetSplashSeconds(0);
+        // The Tip of the Day would wait modally in the middle of each start.
+        WriteSetting(Setting::Tips, QStringLiteral("0"));
     }
 
     void cleanup() {

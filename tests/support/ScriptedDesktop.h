@@ -31,6 +31,10 @@ public:
     // else 0.
     int Dial(const QString& number, const QString& appName, const QString& calledParty,
              const QString& comment) override;
+    bool SendMail(const QString& address, const QString& subject, const QString& body) override {
+        mails.append({address, subject, body});
+        return sendMailResult;
+    }
 
     // The answer of the next message box (vb::vbYes, vb::vbNo, ...).
     void SetNextAnswer(int answer) { answers.append(answer); }
@@ -39,7 +43,15 @@ public:
     void SetNextInput(const QString& text) { inputs.append(text); }
     void SetNextDialResult(int code) { dialResults.append(code); }
 
+    struct Mail {
+        QString address;
+        QString subject;
+        QString body;
+    };
+
     QList<Box> boxes;
+    QList<Mail> mails;
+    bool sendMailResult = true;
     QList<int> answers;
     QList<std::function<void(const Box&)>> boxActions;
     QStringList inputs;

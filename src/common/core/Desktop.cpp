@@ -19,6 +19,7 @@ public:
     int Dial(const QString&, const QString&, const QString&, const QString&) override {
         return DialNoRequestRecipient;
     }
+    bool SendMail(const QString&, const QString&, const QString&) override { return false; }
 };
 } // namespace
 

@@ -56,6 +56,9 @@ public:
     // The printer dialog; false when the user cancels.
     virtual bool PrinterDialog(QPrinter& printer, QWidget* parent) = 0;
     virtual void Beep() = 0;
+    // Opens a new mail to the address in the user's mail program, with the subject and the
+    // body filled in, for the user to edit and send; false when no mail program took it.
+    virtual bool SendMail(const QString& address, const QString& subject, const QString& body) = 0;
     // Asks the desktop to place a telephone call. Returns 0 when a dialing program took the
     // request, else one of the DialResult codes.
     virtual int Dial(const QString& number, const QString& appName, const QString& calledParty,

@@ -157,3 +157,18 @@ int QtDesktop::Dial(const QString& number, const QString&, const QString&, const
         return DialInvalidDestination;
     return QDesktopServices::openUrl(url) ? 0 : DialNoRequestRecipient;
 }
+
+bool QtDesktop::SendMail(const QString& address, const QString& subject, const QString& body) {
+    // Line ends as CR LF, which mail programs read as line breaks in the body.
+    QString text = body;
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    text.replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
+    QUrl url;
+    url.setScheme(QStringLiteral("mailto"));
+    url.setPath(address);
+    url.setQuery(QStringLiteral("subject=") +
+                     QString::fromLatin1(QUrl::toPercentEncoding(subject)) +
+                     QStringLiteral("&body=") + QString::fromLatin1(QUrl::toPercentEncoding(text)),
+                 QUrl::StrictMode);
+    return QDesktopServices::openUrl(url);
+}

@@ -20,6 +20,7 @@ public:
     // desktop has none. The other texts serve a dialing program that could show them.
     int Dial(const QString& number, const QString& appName, const QString& calledParty,
              const QString& comment) override;
+    bool SendMail(const QString& address, const QString& subject, const QString& body) override;
 
     // The box MsgBox shows: the style's icon, buttons and default button; each line of the
     // prompt a line of its own (CR LF, CR or LF), a leading tab a modest indent that wrapped

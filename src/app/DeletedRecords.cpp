@@ -1,0 +1,100 @@
+#include "app/DeletedRecords.h"
+
+#include "common/core/Clock.h"
+#include "common/core/Regional.h"
+#include "common/core/VbError.h"
+#include "common/core/modUtilities.h"
+#include "data/Database.h"
+
+#include <QSqlError>
+#include <QSqlQuery>
+
+namespace {
+const QString kDeletedRows =
+    QStringLiteral("SELECT * FROM Rebates WHERE (((Rebates.Deleted)=True))");
+
+// The manager's own icon rule, which differs from the lists' status rules.
+QString IconKeyOf(const Recordset& rs, const QDate& today) {
+    if (CDbl(NZ(rs.Fields(QStringLiteral("AmountReceived")), 0)) > 0)
+        return QStringLiteral("Paid");
+    if (NZ(rs.Fields(QStringLiteral("Rejected")), false).toBool())
+        return QStringLiteral("Rejected");
+    if (!CStr(NZ(rs.Fields(QStringLiteral("FollowupDate")))).isEmpty())
+        return QStringLiteral("Followup");
+    const QVariant due = rs.Fields(QStringLiteral("DateDue"));
+    if (CStr(NZ(rs.Fields(QStringLiteral("DateReceived")))).isEmpty() && !due.isNull() &&
+        CDate(due) < today)
+        return QStringLiteral("Overdue");
+    if (CStr(NZ(rs.Fields(QStringLiteral("DateSent")))).isEmpty())
+        return QStringLiteral("Unsent");
+    return QStringLiteral("Pending");
+}
+
+Database& Db() {
+    if (!gDatabase)
+        throw VbError(VbError::ObjectNotSet);
+    return *gDatabase;
+}
+
+int ChangeRows(const QStringList& rebateIDs, const QString& statement) {
+    Database& db = Db();
+    QSqlQuery query(db.Connection());
+    if (!query.prepare(statement))
+        throw VbError(dbError::QueryError, query.lastError().text());
+    int changed = 0;
+    db.BeginTrans();
+    try {
+        for (const QString& id : rebateIDs) {
+            query.bindValue(0, id);
+            if (!query.exec())
+                throw VbError(dbError::QueryError, query.lastError().text());
+            changed += query.numRowsAffected();
+        }
+        query.finish();
+        db.CommitTrans();
+    } catch (...) {
+        query.finish();
+        try {
+            db.Rollback();
+        } catch (const VbError&) {
+            // SQLite may have ended the transaction itself.
+        }
+        throw;
+    }
+    return changed;
+}
+} // namespace
+
+QList<DeletedRecord> ReadDeletedRecords() {
+    auto rs = Db().OpenRecordset(kDeletedRows, dbOpenSnapshot);
+    const QDate today = Date();
+    QList<DeletedRecord> rows;
+    rows.reserve(rs->RecordCount());
+    for (; !rs->IsEOF(); rs->MoveNext()) {
+        rows.append({CStr(NZ(rs->Fields(QStringLiteral("RebateName")))),
+                     CStr(NZ(rs->Fields(QStringLiteral("ProductName")))),
+                     CStr(NZ(rs->Fields(QStringLiteral("DateSent")))),
+                     CStr(NZ(rs->Fields(QStringLiteral("RebateID")))), IconKeyOf(*rs, today)});
+    }
+    rs->Close();
+    return rows;
+}
+
+bool AnyDeletedRecords() {
+    auto rs = Db().OpenRecordset(
+        QStringLiteral("SELECT RebateID FROM Rebates WHERE (((Rebates.Deleted)=True)) LIMIT 1"),
+        dbOpenSnapshot);
+    const bool any = !rs->IsEOF();
+    rs->Close();
+    return any;
+}
+
+int RecoverDeletedRecords(const QStringList& rebateIDs) {
+    return ChangeRows(rebateIDs, QStringLiteral("UPDATE Rebates SET Deleted = False WHERE "
+                                                "RebateID = ? AND Deleted = True"));
+}
+
+int PurgeDeletedRecords(const QStringList& rebateIDs) {
+    return ChangeRows(rebateIDs,
+                      QStringLiteral("DELETE FROM Rebates WHERE RebateID = ? AND Deleted = True"));
+}

@@ -1,0 +1,130 @@
+#include "Fixture.h"
+#include "Modal.h"
+#include "app/cLogErr.h"
+#include "common/core/Globals.h"
+#include "common/ui/Forms.h"
+#include "common/ui/TabStrip.h"
+#include "maintenance/frmLogViewer.h"
+#include "maintenance/frmOptions.h"
+
+#include <QFile>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTest>
+
+namespace {
+void WriteLog(const QString& path, const QByteArray& text) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(text);
+}
+} // namespace
+
+class tst_logviewer : public QObject {
+    Q_OBJECT
+    std::unique_ptr<Fixture> mFixture;
+
+private Q_SLOTS:
+    void initTestCase() { InitTestResources(); }
+    void init() { mFixture = std::make_unique<Fixture>(); }
+    void cleanup() { mFixture.reset(); }
+
+    void noLogSaysSo_data() {
+        QTest::addColumn<bool>("emptyFile");
+        QTest::newRow("missing") << false;
+        QTest::newRow("empty") << true;
+    }
+    void noLogSaysSo() {
+        QFETCH(bool, emptyFile);
+        if (emptyFile)
+            WriteLog(mFixture->LogPath(), {});
+        frmOptions options;
+        options.cmdViewLog_Click();
+        QCOMPARE(mFixture->Desktop().boxes.size(), 1);
+        QCOMPARE(mFixture->Desktop().boxes.first().title, QString("No Results"));
+        QCOMPARE(mFixture->Desktop().boxes.first().prompt, QString("No logged errors found."));
+        QCOMPARE(StatusText(), QString("No error log found..."));
+        QVERIFY(QFile::exists(mFixture->LogPath()));
+        QCOMPARE(QFileInfo(mFixture->LogPath()).size(), 0);
+    }
+
+    // The viewer runs modal over the Options dialog with the header above the log; OK gives
+    // the focus back to the button that opened it.
+    void viewsLogModally() {
+        WriteLog(mFixture->LogPath(), "Date:\t\t\tfirst block\r\n");
+        frmOptions options;
+        options.show();
+        options.tbsTabs->Tabs().Item(2)->SetSelected(true);
+        QVERIFY(QTest::qWaitForWindowActive(&options));
+        options.cmdViewLog->setFocus();
+        QString text;
+        bool buttons = false;
+        WhenModal("frmLogViewer", [&](QWidget* dialog) {
+            auto* viewer = static_cast<frmLogViewer*>(dialog);
+            text = viewer->txtLog->toPlainText();
+            buttons = viewer->cmdPurge->isVisible() && viewer->cmdEmailLog->isVisible() &&
+                      viewer->windowTitle() == "Error Log";
+            QTest::mouseClick(viewer->cmdOK, Qt::LeftButton);
+        });
+        options.cmdViewLog_Click();
+        QCOMPARE(text, QString("Error Log for Vantry! Vantry!\n\nDate:\t\t\tfirst block\n"));
+        QVERIFY(buttons);
+        QTRY_COMPARE(QApplication::activeWindow(), &options);
+        QCOMPARE(QApplication::focusWidget(), options.cmdViewLog);
+    }
+
+    void purgeAsksFirst_data() {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("gone");
+        QTest::newRow("yes") << int(vb::vbYes) << true;
+        QTest::newRow("no") << int(vb::vbNo) << false;
+    }
+    void purgeAsksFirst() {
+        QFETCH(int, answer);
+        QFETCH(bool, gone);
+        WriteLog(mFixture->LogPath(), "an entry\r\n");
+        frmLogViewer viewer;
+        viewer.ShowLog("an entry");
+        mFixture->Desktop().SetNextAnswer(answer);
+        QTest::mouseClick(viewer.cmdPurge, Qt::LeftButton);
+        QCOMPARE(mFixture->Desktop().boxes.first().title, QString("Preparing to Delete Error Log"));
+        QCOMPARE(QFile::exists(mFixture->LogPath()), !gone);
+        QCOMPARE(viewer.txtLog->toPlainText().isEmpty(), gone);
+    }
+
+    void mailsTheFileAsItIsNow_data() {
+        QTest::addColumn<bool>("mailProgram");
+        QTest::newRow("mail program") << true;
+        QTest::newRow("none") << false;
+    }
+    void mailsTheFileAsItIsNow() {
+        QFETCH(bool, mailProgram);
+        WriteLog(mFixture->LogPath(), "old text");
+        frmLogViewer viewer;
+        viewer.ShowLog("old text");
+        WriteLog(mFixture->LogPath(), "new text");
+        mFixture->Desktop().sendMailResult = mailProgram;
+        QTest::mouseClick(viewer.cmdEmailLog, Qt::LeftButton);
+        QCOMPARE(mFixture->Desktop().mails.size(), 1);
+        const auto& mail = mFixture->Desktop().mails.first();
+        QCOMPARE(mail.address, kSupportMailbox);
+        QCOMPARE(mail.subject, QString("Bug Report - Error Log for Vantry! Vantry!"));
+        QCOMPARE(mail.body, QString("Please review my error log. The problem I am having is: "
+                                    "[describe problem here!]\r\n\r\nError Log for Vantry! "
+                                    "Vantry!\r\n\r\nnew text"));
+        QCOMPARE(mFixture->Desktop().boxes.size(), mailProgram ? 0 : 1);
+        if (!mailProgram)
+            QCOMPARE(mFixture->Desktop().boxes.first().title, QString("Unable to Send Error Log"));
+        QCOMPARE(StatusText(), QString("Ready..."));
+    }
+
+    void mailWithoutLog() {
+        frmLogViewer viewer;
+        viewer.SendLog();
+        QVERIFY(mFixture->Desktop().mails.isEmpty());
+        QCOMPARE(mFixture->Desktop().boxes.first().title, QString("Error Log Not Found"));
+    }
+};
+
+QTEST_MAIN(tst_logviewer)
+#include "tst_logviewer.moc"

@@ -1,0 +1,164 @@
+#include "Fixture.h"
+#include "Modal.h"
+#include "ProgramWindow.h"
+#include "app/AppSettings.h"
+#include "common/core/Settings.h"
+#include "common/ui/TabStrip.h"
+#include "common/ui/Toolbar.h"
+#include "maintenance/frmOptions.h"
+#include "shell/frmMDI.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+namespace {
+// The stored text, "<none>" when the key is missing.
+QString Stored(const SettingSpec& setting) {
+    return GetSetting(kAppTitle, setting.section, setting.key, "<none>");
+}
+
+QString SelectedTab(frmOptions& options) {
+    return options.tbsTabs->SelectedItem()->Caption();
+}
+} // namespace
+
+class tst_options : public QObject {
+    Q_OBJECT
+    std::unique_ptr<Fixture> mFixture;
+
+private Q_SLOTS:
+    void initTestCase() { InitTestResources(); }
+    void init() { mFixture = std::make_unique<Fixture>(); }
+    void cleanup() { mFixture.reset(); }
+
+    void loadsDefaultsAndOkWritesAllFive() {
+        frmOptions options;
+        for (QCheckBox* box :
+             {options.chkSound, options.chkTips, options.chkAlarm, options.chkErrorLogging})
+            QVERIFY2(box->isChecked(), qPrintable(box->objectName()));
+        QCOMPARE(options.Postage->text(), QString(".32"));
+        QVERIFY(!options.cmdApply->isEnabled());
+        QCOMPARE(SelectedTab(options), QString("Startup"));
+        QCOMPARE(Stored(Setting::Sound), QString("<none>"));
+        options.cmdOK_Click();
+        QCOMPARE(options.result(), int(QDialog::Accepted));
+        for (const SettingSpec* setting :
+             {&Setting::Sound, &Setting::Tips, &Setting::Alarm, &Setting::ErrorLogging})
+            QCOMPARE(ReadSetting(*setting), QString("1"));
+        QCOMPARE(ReadSetting(Setting::Postage), QString("$0.32"));
+    }
+
+    void applyCancelSemantics_data() {
+        QTest::addColumn<bool>("apply");
+        QTest::addColumn<QString>("stored");
+        QTest::newRow("cancel without apply saves nothing") << false << "<none>";
+        QTest::newRow("applied values stay after cancel") << true << "0";
+    }
+    void applyCancelSemantics() {
+        QFETCH(bool, apply);
+        QFETCH(QString, stored);
+        frmOptions options;
+        options.show();
+        QTest::mouseClick(options.chkAlarm, Qt::LeftButton);
+        QVERIFY(options.cmdApply->isEnabled());
+        if (apply) {
+            QTest::mouseClick(options.cmdApply, Qt::LeftButton);
+            QVERIFY(!options.cmdApply->isEnabled());
+        }
+        QTest::mouseClick(options.cmdCancel, Qt::LeftButton);
+        QVERIFY(!options.isVisible());
+        QCOMPARE(Stored(Setting::Alarm), stored);
+        QCOMPARE(ReadFlag(Setting::Alarm), !apply);
+    }
+
+    void postageValidation_data() {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<bool>("refused");
+        QTest::addColumn<QString>("stored");
+        QTest::newRow("money") << "1.5"
+                               << "$1.50" << false << "$1.50";
+        QTest::newRow("dollar sign") << "$.37"
+                                     << "$0.37" << false << "$0.37";
+        QTest::newRow("empty passes") << ""
+                                      << "" << false << "";
+        QTest::newRow("two points") << "1.2.3"
+                                    << "1.2.3" << true << "$0.55";
+        QTest::newRow("letters are dropped as typed") << "4x5"
+                                                      << "$45.00" << false << "$45.00";
+    }
+    void postageValidation() {
+        QFETCH(QString, typed);
+        QFETCH(QString, shown);
+        QFETCH(bool, refused);
+        QFETCH(QString, stored);
+        WriteSetting(Setting::Postage, "$0.55");
+        frmOptions options;
+        options.show();
+        options.tbsTabs->Tabs().Item(2)->SetSelected(true);
+        QVERIFY(QTest::qWaitForWindowActive(&options));
+        options.Postage->setFocus();
+        options.Postage->selectAll();
+        QTest::keyClick(options.Postage, Qt::Key_Delete);
+        QTest::keyClicks(options.Postage, typed);
+        QTest::mouseClick(options.cmdOK, Qt::LeftButton);
+        QCOMPARE(options.Postage->text(), shown);
+        QCOMPARE(options.isVisible(), refused);
+        if (refused) {
+            QCOMPARE(mFixture->Desktop().boxes.size(), 1);
+            const auto& box = mFixture->Desktop().boxes.first();
+            QCOMPARE(box.title, QString("Invalid Amount"));
+            QCOMPARE(box.prompt, QString("Please enter a valid postage amount."));
+            QCOMPARE(box.style, 0);
+            QCOMPARE(options.focusWidget(), options.Postage);
+        } else {
+            QVERIFY(mFixture->Desktop().boxes.isEmpty());
+        }
+        QCOMPARE(ReadSetting(Setting::Postage), stored);
+    }
+
+    void ctrlTabTurnsPagesAround_data() {
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::addColumn<QStringList>("pages");
+        QTest::newRow("ctrl+tab") << Qt::KeyboardModifiers(Qt::ControlModifier)
+                                  << QStringList{"General", "Startup", "General"};
+        QTest::newRow("ctrl+shift+tab")
+            << Qt::KeyboardModifiers(Qt::ControlModifier | Qt::ShiftModifier)
+            << QStringList{"General", "Startup", "General"};
+    }
+    void ctrlTabTurnsPagesAround() {
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        QFETCH(QStringList, pages);
+        frmOptions options;
+        options.show();
+        QVERIFY(QTest::qWaitForWindowActive(&options));
+        options.chkSound->setFocus();
+        for (const QString& page : pages) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, modifiers);
+            QCOMPARE(SelectedTab(options), page);
+            QCOMPARE(options.picOptions[1]->isVisible(), page == "General");
+            QCOMPARE(options.picOptions[0]->isVisible(), page == "Startup");
+        }
+    }
+
+    // The toolbar's Options button opens the real modal dialog; the focus comes back to the
+    // main window when it closes.
+    void toolbarOpensModalAndFocusReturns() {
+        mFixture->OpenDatabase();
+        ProgramWindow program;
+        QVERIFY(QTest::qWaitForWindowActive(&program.Mdi()));
+        bool seen = false;
+        WhenModal("frmOptions", [&seen](QWidget* dialog) {
+            seen = dialog->windowTitle() == "Options" && QTest::qWaitForWindowActive(dialog);
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        program.Mdi().mnuViewOptions_Click();
+        QVERIFY(seen);
+        QTRY_COMPARE(QApplication::activeWindow(), &program.Mdi());
+    }
+};
+
+QTEST_MAIN(tst_options)
+#include "tst_options.moc"

@@ -1,0 +1,212 @@
+#include "Fixture.h"
+#include "Modal.h"
+#include "RebateRows.h"
+#include "app/Notifier.h"
+#include "common/ui/ListView.h"
+#include "common/ui/TabStrip.h"
+#include "data/Database.h"
+#include "maintenance/frmOptions.h"
+#include "maintenance/frmPurge.h"
+
+#include <QAction>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QStatusBar>
+#include <QTest>
+
+namespace {
+RebateRow Deleted(const QString& id, const QString& name) {
+    return {.RebateID = id, .RebateName = name, .ProductName = name + " product", .Deleted = true};
+}
+
+// Rows of the list as "name|product|date|id|icon".
+QStringList Rows(frmPurge& form) {
+    QStringList rows;
+    ListItemCollection& items = form.lvwRecords->ListItems();
+    for (int i = 1; i <= items.Count(); ++i) {
+        ListItem* item = items.Item(i);
+        rows << QStringList{item->Text(), item->SubItems(1), item->SubItems(2), item->SubItems(3),
+                            item->SmallIcon()}
+                    .join('|');
+    }
+    return rows;
+}
+
+void Select(frmPurge& form, const QStringList& ids) {
+    ListItemCollection& items = form.lvwRecords->ListItems();
+    for (int i = 1; i <= items.Count(); ++i)
+        items.Item(i)->SetSelected(ids.contains(items.Item(i)->SubItems(3)));
+}
+} // namespace
+
+class tst_purge : public QObject {
+    Q_OBJECT
+    std::unique_ptr<Fixture> mFixture;
+
+private Q_SLOTS:
+    void initTestCase() { InitTestResources(); }
+    void init() { mFixture = std::make_unique<Fixture>(); }
+    void cleanup() { mFixture.reset(); }
+
+    // The manager's own icon rule: the first that holds wins.
+    void listsDeletedRowsWithTheirIcons() {
+        mFixture->OpenDatabase({
+            {.RebateID = "1", .RebateName = "Kept"},
+            {.RebateID = "2",
+             .RebateName = "Paid",
+             .AmountReceived = 2.0,
+             .Rejected = true,
+             .Deleted = true},
+            {.RebateID = "3",
+             .RebateName = "Rej",
+             .FollowupDate = QDate(2026, 1, 1),
+             .Rejected = true,
+             .Deleted = true},
+            {.RebateID = "4",
+             .RebateName = "Fol",
+             .DateSent = QDate(2026, 1, 2),
+             .DateDue = QDate(2026, 2, 1),
+             .FollowupDate = QDate(2026, 1, 1),
+             .Deleted = true},
+            {.RebateID = "5",
+             .RebateName = "Ove",
+             .DateSent = QDate(2026, 1, 2),
+             .DateDue = QDate(2026, 11, 22),
+             .Deleted = true},
+            {.RebateID = "6", .RebateName = "Uns", .DateDue = QDate(2026, 11, 23), .Deleted = true},
+            {.RebateID = "7",
+             .RebateName = std::nullopt,
+             .ProductName = std::nullopt,
+             .DateSent = QDate(2026, 11, 1),
+             .DateDue = QDate(2026, 12, 1),
+             .Deleted = true},
+        });
+        frmPurge form;
+        QCOMPARE(form.windowTitle(), QString("Deleted Record Manager"));
+        QCOMPARE(Rows(form), (QStringList{"Paid|||2|Paid", "Rej|||3|Rejected",
+                                          "Fol||1/2/2026|4|Followup", "Ove||1/2/2026|5|Overdue",
+                                          "Uns|||6|Unsent", "||11/1/2026|7|Pending"}));
+        QCOMPARE(form.sbStatus->currentMessage(), QString("Ready..."));
+        // Nothing is selected yet: the buttons keep their state until a command refills the list.
+        QVERIFY(form.cmdPurge->isEnabled());
+    }
+
+    void emptyListDisablesButtons() {
+        mFixture->OpenDatabase({{.RebateID = "1", .RebateName = "Kept"}});
+        frmPurge form;
+        QCOMPARE(form.lvwRecords->ListItems().Count(), 0);
+        QVERIFY(!form.cmdPurge->isEnabled());
+        QVERIFY(!form.cmdRecover->isEnabled());
+        QVERIFY(mFixture->Desktop().boxes.isEmpty());
+    }
+
+    void commands_data() {
+        QTest::addColumn<bool>("purge");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<QStringList>("selected");
+        QTest::addColumn<QStringList>("left");    // still deleted
+        QTest::addColumn<QStringList>("present"); // rows of the table
+        const QStringList all{"1", "2", "3", "9"};
+        QTest::newRow("recover one")
+            << false << int(vb::vbYes) << QStringList{"2"} << QStringList{"1", "3"} << all;
+        QTest::newRow("recover many")
+            << false << int(vb::vbYes) << QStringList{"1", "3"} << QStringList{"2"} << all;
+        QTest::newRow("purge many") << true << int(vb::vbYes) << QStringList{"1", "2"}
+                                    << QStringList{"3"} << QStringList{"3", "9"};
+        QTest::newRow("purge all") << true << int(vb::vbYes) << QStringList{"1", "2", "3"}
+                                   << QStringList{} << QStringList{"9"};
+        QTest::newRow("no keeps all") << true << int(vb::vbNo) << QStringList{"1", "2", "3"}
+                                      << QStringList{"1", "2", "3"} << all;
+        QTest::newRow("nothing selected")
+            << true << int(vb::vbYes) << QStringList{} << QStringList{"1", "2", "3"} << all;
+    }
+    void commands() {
+        QFETCH(bool, purge);
+        QFETCH(int, answer);
+        QFETCH(QStringList, selected);
+        QFETCH(QStringList, left);
+        QFETCH(QStringList, present);
+        mFixture->OpenDatabase({Deleted("1", "A"),
+                                Deleted("2", "B"),
+                                Deleted("3", "C"),
+                                {.RebateID = "9", .RebateName = "Live"}});
+        frmPurge form;
+        form.show();
+        Select(form, selected);
+        QSignalSpy stale(&Notifier::Instance(), &Notifier::ListsStale);
+        mFixture->Desktop().SetNextAnswer(answer);
+        QTest::mouseClick(purge ? form.cmdPurge : form.cmdRecover, Qt::LeftButton);
+        const auto& box = mFixture->Desktop().boxes.first();
+        QCOMPARE(box.style, 292);
+        QCOMPARE(box.title, purge ? QString("Preparing to Permanently Delete Records")
+                                  : QString("Preparing to Recover Deleted Records"));
+        QStringList listed;
+        for (int i = 1; i <= form.lvwRecords->ListItems().Count(); ++i)
+            listed << form.lvwRecords->ListItems().Item(i)->SubItems(3);
+        listed.sort();
+        QCOMPARE(listed, left);
+        QStringList rows;
+        for (const char* id : {"1", "2", "3", "9"})
+            if (!ReadRawRebate(id).isEmpty())
+                rows << id;
+        QCOMPARE(rows, present);
+        QCOMPARE(stale.count(), answer == vb::vbYes ? 1 : 0);
+        QCOMPARE(form.sbStatus->currentMessage(), QString("Ready..."));
+    }
+
+    void rowsGoneBehindTheFormRefresh() {
+        mFixture->OpenDatabase({Deleted("1", "A")});
+        frmPurge form;
+        Select(form, {"1"});
+        gDatabase->Execute("DELETE FROM Rebates");
+        mFixture->Desktop().SetNextAnswer(vb::vbYes);
+        form.cmdRecover_Click();
+        QCOMPARE(mFixture->Desktop().boxes.size(), 2);
+        QCOMPARE(mFixture->Desktop().boxes.at(1).title, QString("No Deleted Records Found"));
+        QCOMPARE(form.lvwRecords->ListItems().Count(), 0);
+        QVERIFY(!form.cmdRecover->isEnabled());
+    }
+
+    void invertSelection_data() {
+        QTest::addColumn<QStringList>("selected");
+        QTest::addColumn<int>("selectedAfter");
+        QTest::newRow("some flip") << QStringList{"1"} << 2;
+        QTest::newRow("all selected keeps one") << QStringList{"1", "2", "3"} << 1;
+    }
+    void invertSelection() {
+        QFETCH(QStringList, selected);
+        QFETCH(int, selectedAfter);
+        mFixture->OpenDatabase({Deleted("1", "A"), Deleted("2", "B"), Deleted("3", "C")});
+        frmPurge form;
+        Select(form, selected);
+        form.mnuInvertSelection_Click();
+        int count = 0;
+        for (int i = 1; i <= 3; ++i)
+            count += form.lvwRecords->ListItems().Item(i)->Selected() ? 1 : 0;
+        QCOMPARE(count, selectedAfter);
+    }
+
+    // From the Options dialog's button, the real modal manager; Close gives the focus back to
+    // the button in the Options dialog.
+    void opensModalOverOptions() {
+        mFixture->OpenDatabase({Deleted("1", "A")});
+        frmOptions options;
+        options.show();
+        options.tbsTabs->Tabs().Item(2)->SetSelected(true);
+        QVERIFY(QTest::qWaitForWindowActive(&options));
+        options.cmdRecordMgr->setFocus();
+        int rows = -1;
+        WhenModal("frmPurge", [&rows](QWidget* dialog) {
+            auto* form = static_cast<frmPurge*>(dialog);
+            rows = form->lvwRecords->ListItems().Count();
+            QTest::keyClick(form, Qt::Key_C, Qt::AltModifier);
+        });
+        QTest::keyClick(options.cmdRecordMgr, Qt::Key_Space);
+        QCOMPARE(rows, 1);
+        QTRY_COMPARE(QApplication::activeWindow(), &options);
+        QCOMPARE(QApplication::focusWidget(), options.cmdRecordMgr);
+    }
+};
+
+QTEST_MAIN(tst_purge)
+#include "tst_purge.moc"
