@@ -12,6 +12,7 @@
 #include "common/core/modUtilities.h"
 #include "common/ui/Forms.h"
 #include "common/ui/MainFrame.h"
+#include "common/ui/ReportHooks.h"
 #include "common/ui/Toolbar.h"
 #include "data/Database.h"
 #include "rebateform/FieldEdit.h"
@@ -1339,8 +1340,13 @@ void frmRebate::mnuUndo_Click() {
     }
 }
 
-// The clipboard commands and printing join with the clipboard and report work.
+// The clipboard commands join with the clipboard work.
 void frmRebate::mnuCut_Click() {}
 void frmRebate::mnuCopy_Click() {}
 void frmRebate::mnuPaste_Click() {}
-void frmRebate::mnuPrint_Click() {}
+
+// Prints the record as the store holds it: edits not yet saved are not printed.
+void frmRebate::mnuPrint_Click() {
+    if (ReportHooks::Instance().PrintRecord)
+        ReportHooks::Instance().PrintRecord(RebateID());
+}

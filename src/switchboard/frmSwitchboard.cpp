@@ -444,6 +444,8 @@ void frmSwitchboard::BuildMenus() {
     };
     on(mnuPrintSelected, &frmSwitchboard::mnuPrintSelected_Click);
     on(mnuPrintStats, &frmSwitchboard::mnuPrintStats_Click);
+    on(mnuPrintPreview, &frmSwitchboard::mnuPrintPreview_Click);
+    on(mnuPrintPrevewStats, &frmSwitchboard::mnuPrintPrevewStats_Click);
     on(mnuExit, &frmSwitchboard::mnuExit_Click);
     on(mnuDeleteRebate, &frmSwitchboard::mnuDeleteRebate_Click);
     on(mnuSelectAll, &frmSwitchboard::mnuSelectAll_Click);
@@ -1384,10 +1386,6 @@ void frmSwitchboard::SubmitSuggestion() {
     OpenDocument(QStringLiteral("mailto:") + kSuggestionMailbox);
     SetMousePointer(0);
 }
-
-void frmSwitchboard::mnuPrintSelected_Click() {}
-
-void frmSwitchboard::mnuPrintStats_Click() {}
 
 void frmSwitchboard::Print() {
     SetStatusText(QStringLiteral("Preparing to print..."));
