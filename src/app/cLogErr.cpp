@@ -1,9 +1,9 @@
 #include "app/cLogErr.h"
 
+#include "app/AppSettings.h"
 #include "common/core/Clock.h"
 #include "common/core/Globals.h"
 #include "common/core/Regional.h"
-#include "common/core/Settings.h"
 #include "common/core/modUtilities.h"
 
 #include <QCoreApplication>
@@ -71,13 +71,7 @@ QString UserMessage(const QString& description) {
 // Logging is on unless the setting reads as False; a value that isn't a Boolean at all
 // keeps it on, so that no error goes unrecorded because of a damaged setting.
 bool ErrorLoggingOn() {
-    const QString setting = GetSetting(kAppTitle, QStringLiteral("Options"),
-                                       QStringLiteral("chkErrorLogging"), QStringLiteral("1"));
-    try {
-        return CBool(setting);
-    } catch (const VbError&) {
-        return true;
-    }
+    return ReadFlag(Setting::ErrorLogging);
 }
 
 QString ActiveControlName() {

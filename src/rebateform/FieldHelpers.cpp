@@ -1,8 +1,8 @@
 #include "rebateform/FieldHelpers.h"
 
+#include "app/AppSettings.h"
 #include "common/core/Clock.h"
 #include "common/core/Regional.h"
-#include "common/core/Settings.h"
 #include "common/core/VbError.h"
 #include "common/ui/Forms.h"
 #include "rebateform/FieldEdit.h"
@@ -49,8 +49,7 @@ QDate DateShortcut(int keyAscii, const QString& baseDate) {
 }
 
 Currency GetDefaultPostage() {
-    return CCur(GetSetting(kAppTitle, QStringLiteral("Options"), QStringLiteral("Postage"),
-                           QStringLiteral(".32")));
+    return ReadMoney(Setting::Postage);
 }
 
 bool IsAlpha(QChar letter) {

@@ -1,13 +1,15 @@
 #include "rebateform/frmRebate.h"
 
+#include "app/AppSettings.h"
 #include "app/Notifier.h"
 #include "app/cLogErr.h"
 #include "app/clsRebate.h"
 #include "common/core/Clock.h"
 #include "common/core/Desktop.h"
 #include "common/core/Globals.h"
+#include "common/core/KeyCodes.h"
 #include "common/core/Regional.h"
-#include "common/core/Settings.h"
+#include "common/core/Twips.h"
 #include "common/core/VbError.h"
 #include "common/core/modUtilities.h"
 #include "common/ui/Forms.h"
@@ -17,6 +19,7 @@
 #include "data/Database.h"
 #include "rebateform/FieldEdit.h"
 #include "rebateform/FieldHelpers.h"
+#include "rebateform/RebateFields.h"
 #include "rebateform/modUndo.h"
 
 #include <QApplication>
@@ -52,7 +55,6 @@ const QString kFollowupInfo = QStringLiteral("Followup Info");
 // The form's place when no position was saved, in twips (15 to a pixel).
 constexpr int kDesignLeft = 600;
 constexpr int kDesignTop = 450;
-constexpr int kTwipsPerPixel = 15;
 
 // The toolbar buttons of the main window that the form drives, by one-based position.
 constexpr int kToolbarSave = 3;
@@ -113,7 +115,7 @@ frmRebate* frmRebate::LoadAndShow() {
         });
     }
     // The first field of the first page takes the focus, as the first control in the tab order.
-    form->txtFields(14)->setFocus(Qt::OtherFocusReason);
+    form->txtFields(RebateField::ProductName)->setFocus(Qt::OtherFocusReason);
     form->Window()->show();
     form->ZOrder();
     return form;
@@ -152,7 +154,7 @@ QList<QMenu*> frmRebate::Menus() const {
 }
 
 QString frmRebate::RebateID() const {
-    return txtFields(18)->text();
+    return txtFields(RebateField::RebateID)->text();
 }
 
 FieldEdit* frmRebate::txtFields(int index) const {
@@ -161,6 +163,13 @@ FieldEdit* frmRebate::txtFields(int index) const {
 
 QCheckBox* frmRebate::chkFields(int index) const {
     return mChecks.value(index);
+}
+
+BusyState::StatusSetter frmRebate::StatusLabel() const {
+    return [label = QPointer<QLabel>(lblStatus)](const QString& text) {
+        if (label)
+            label->setText(text);
+    };
 }
 
 QWidget* frmRebate::Window() const {
@@ -337,15 +346,17 @@ QWidget* frmRebate::BuildProductPage() {
     intro->addWidget(lblProduct, 1);
 
     QFormLayout* form = NewFormLayout();
-    AddField(form, 14, QStringLiteral("ProductName"), QStringLiteral("Product &Name:"),
-             QStringLiteral("Name of product purchased..."));
-    AddField(form, 15, QStringLiteral("LocationPurchased"), QStringLiteral("&Location Purchased:"),
+    AddField(form, RebateField::ProductName, QStringLiteral("ProductName"),
+             QStringLiteral("Product &Name:"), QStringLiteral("Name of product purchased..."));
+    AddField(form, RebateField::LocationPurchased, QStringLiteral("LocationPurchased"),
+             QStringLiteral("&Location Purchased:"),
              QStringLiteral("Location where product purchased..."));
-    AddField(form, 1, QStringLiteral("DatePurchased"), QStringLiteral("Date P&urchased:"),
-             QStringLiteral("Date product was purchased..."));
-    AddField(form, 2, QStringLiteral("PurchasePrice"), QStringLiteral("Purc&hase Price:"),
-             QStringLiteral("Price you paid for product..."));
-    AddField(form, 3, QStringLiteral("CouponAmount"), QStringLiteral("Coupon A&mount:"),
+    AddField(form, RebateField::DatePurchased, QStringLiteral("DatePurchased"),
+             QStringLiteral("Date P&urchased:"), QStringLiteral("Date product was purchased..."));
+    AddField(form, RebateField::PurchasePrice, QStringLiteral("PurchasePrice"),
+             QStringLiteral("Purc&hase Price:"), QStringLiteral("Price you paid for product..."));
+    AddField(form, RebateField::CouponAmount, QStringLiteral("CouponAmount"),
+             QStringLiteral("Coupon A&mount:"),
              QStringLiteral("Amount of savings from coupons..."));
 
     auto* frameLayout = new QVBoxLayout(Frame2);
@@ -380,37 +391,39 @@ QWidget* frmRebate::BuildRebatePage() {
     cmdEditWeb = smallButton("cmdEditWeb", QStringLiteral("hyperlink"),
                              QStringLiteral("Edit the web site URL"));
 
-    AddField(contact, 20, QStringLiteral("RebateName"), QStringLiteral("&Rebate Name:"),
-             QStringLiteral("Name of rebate offer..."));
-    AddField(contact, 0, QStringLiteral("Address"), QStringLiteral("Addr&ess:"),
+    AddField(contact, RebateField::RebateName, QStringLiteral("RebateName"),
+             QStringLiteral("&Rebate Name:"), QStringLiteral("Name of rebate offer..."));
+    AddField(contact, RebateField::Address, QStringLiteral("Address"), QStringLiteral("Addr&ess:"),
              QStringLiteral("Address where rebate mailed..."));
-    AddField(contact, 13, QStringLiteral("PhoneNumber"), QStringLiteral("&Phone Number:"),
-             QStringLiteral("Rebate contact phone number..."), cmdDial);
-    AddField(contact, 7, QStringLiteral("Email"), QStringLiteral("&Email:"),
+    AddField(contact, RebateField::PhoneNumber, QStringLiteral("PhoneNumber"),
+             QStringLiteral("&Phone Number:"), QStringLiteral("Rebate contact phone number..."),
+             cmdDial);
+    AddField(contact, RebateField::Email, QStringLiteral("Email"), QStringLiteral("&Email:"),
              QStringLiteral("Contact email address..."), cmdEditEmail);
-    AddField(contact, 22, QStringLiteral("WebSite"), QStringLiteral("&Web Site:"),
+    AddField(contact, RebateField::WebSite, QStringLiteral("WebSite"), QStringLiteral("&Web Site:"),
              QStringLiteral("Rebate web site address..."), cmdEditWeb);
-    AddField(contact, 4, QStringLiteral("RebateAmount"), QStringLiteral("Rebate A&mount:"),
-             QStringLiteral("Rebate amount due..."));
-    AddField(contact, 19, QStringLiteral("ExpDate"), QStringLiteral("Expiration Date:"),
+    AddField(contact, RebateField::RebateAmount, QStringLiteral("RebateAmount"),
+             QStringLiteral("Rebate A&mount:"), QStringLiteral("Rebate amount due..."));
+    AddField(contact, RebateField::ExpDate, QStringLiteral("ExpDate"),
+             QStringLiteral("Expiration Date:"),
              QStringLiteral("Expiration date of rebate offer..."));
-    AddField(contact, 17, QStringLiteral("Remarks"), QStringLiteral("Remar&ks:"),
+    AddField(contact, RebateField::Remarks, QStringLiteral("Remarks"), QStringLiteral("Remar&ks:"),
              QStringLiteral("Remarks for this rebate offer..."));
     auto* contactLayout = new QVBoxLayout(Frame1);
     contactLayout->addLayout(contact);
 
     auto* Frame3 = Frame("Frame3", QStringLiteral("Submission Information"));
     QFormLayout* submission = NewFormLayout();
-    AddField(submission, 5, QStringLiteral("DateSent"), QStringLiteral("Date Se&nt:"),
-             QStringLiteral("Date rebate was mailed..."));
-    AddField(submission, 6, QStringLiteral("PostagePrice"), QStringLiteral("Po&stage Price:"),
-             QStringLiteral("Cost of mailing rebate..."));
-    AddField(submission, 9, QStringLiteral("DateDue"), QStringLiteral("Da&te Due:"),
-             QStringLiteral("Date rebate is due..."));
-    AddField(submission, 10, QStringLiteral("DateReceived"), QStringLiteral("Date Recei&ved:"),
-             QStringLiteral("Date rebate was received..."));
-    AddField(submission, 8, QStringLiteral("AmountReceived"), QStringLiteral("Amount Rec&'d:"),
-             QStringLiteral("Rebate amount received..."));
+    AddField(submission, RebateField::DateSent, QStringLiteral("DateSent"),
+             QStringLiteral("Date Se&nt:"), QStringLiteral("Date rebate was mailed..."));
+    AddField(submission, RebateField::PostagePrice, QStringLiteral("PostagePrice"),
+             QStringLiteral("Po&stage Price:"), QStringLiteral("Cost of mailing rebate..."));
+    AddField(submission, RebateField::DateDue, QStringLiteral("DateDue"),
+             QStringLiteral("Da&te Due:"), QStringLiteral("Date rebate is due..."));
+    AddField(submission, RebateField::DateReceived, QStringLiteral("DateReceived"),
+             QStringLiteral("Date Recei&ved:"), QStringLiteral("Date rebate was received..."));
+    AddField(submission, RebateField::AmountReceived, QStringLiteral("AmountReceived"),
+             QStringLiteral("Amount Rec&'d:"), QStringLiteral("Rebate amount received..."));
     auto* submissionLayout = new QVBoxLayout(Frame3);
     submissionLayout->addLayout(submission);
 
@@ -429,23 +442,25 @@ QWidget* frmRebate::BuildFollowupPage() {
 
     auto* Frame4 = Frame("Frame4", QStringLiteral("Followup Information"));
     QFormLayout* followup = NewFormLayout();
-    AddField(followup, 11, QStringLiteral("FollowupDate"), QStringLiteral("&Followup Date:"),
-             QStringLiteral("Date followup request mailed..."));
-    AddField(followup, 12, QStringLiteral("FollowupPostage"), QStringLiteral("Followup &Postage:"),
-             QStringLiteral("Cost of followup postage..."));
+    AddField(followup, RebateField::FollowupDate, QStringLiteral("FollowupDate"),
+             QStringLiteral("&Followup Date:"), QStringLiteral("Date followup request mailed..."));
+    AddField(followup, RebateField::FollowupPostage, QStringLiteral("FollowupPostage"),
+             QStringLiteral("Followup &Postage:"), QStringLiteral("Cost of followup postage..."));
     auto* followupLayout = new QHBoxLayout(Frame4);
     followupLayout->addWidget(PictureLabel("imgFollowup", QStringLiteral("followup")));
     followupLayout->addLayout(followup, 1);
 
     auto* fraRejected = Frame("fraRejected", QStringLiteral("Rejection Information"));
     QFormLayout* rejected = NewFormLayout();
-    rejected->addRow(QString(), AddCheck(21, QStringLiteral("Rebate &Rejected"),
+    rejected->addRow(QString(), AddCheck(RebateCheck::Rejected, QStringLiteral("Rebate &Rejected"),
                                          QStringLiteral("Rejection status...")));
-    AddField(rejected, 16, QStringLiteral("ReasonRejected"), QStringLiteral("R&eason Rejected:"),
+    AddField(rejected, RebateField::ReasonRejected, QStringLiteral("ReasonRejected"),
+             QStringLiteral("R&eason Rejected:"),
              QStringLiteral("Reason your request was rejected..."));
     // The Deleted box is never shown: it only carries the flag between loading, deleting and
     // saving.
-    QCheckBox* deleted = AddCheck(0, QStringLiteral("&Delete"), QStringLiteral("Deleted..."));
+    QCheckBox* deleted =
+        AddCheck(RebateCheck::Deleted, QStringLiteral("&Delete"), QStringLiteral("Deleted..."));
     deleted->setParent(fraRejected);
     deleted->setVisible(false);
     auto* rejectedLayout = new QHBoxLayout(fraRejected);
@@ -454,9 +469,11 @@ QWidget* frmRebate::BuildFollowupPage() {
 
     // The labels of the two frames line up.
     int labelWidth = 0;
-    for (int index : {11, 12, 16})
+    for (int index :
+         {RebateField::FollowupDate, RebateField::FollowupPostage, RebateField::ReasonRejected})
         labelWidth = qMax(labelWidth, mLabels.key(index)->sizeHint().width());
-    for (int index : {11, 12, 16})
+    for (int index :
+         {RebateField::FollowupDate, RebateField::FollowupPostage, RebateField::ReasonRejected})
         mLabels.key(index)->setMinimumWidth(labelWidth);
 
     auto* layout = new QVBoxLayout(page);
@@ -512,11 +529,12 @@ QWidget* frmRebate::BuildStatusStrip() {
     lblStatus->setMinimumWidth(120);
 
     // The key is made by the first save and never typed.
-    FieldEdit* id = AddField(nullptr, 18, QStringLiteral("RebateID"), QString(), QString());
+    FieldEdit* id =
+        AddField(nullptr, RebateField::RebateID, QStringLiteral("RebateID"), QString(), QString());
     id->setReadOnly(true);
     id->setFocusPolicy(Qt::ClickFocus);
     id->setFixedWidth(id->fontMetrics().horizontalAdvance(QStringLiteral("00000000000000")) + 16);
-    auto* label = mLabels.key(18);
+    auto* label = mLabels.key(RebateField::RebateID);
     label->setText(QStringLiteral("RebateID:"));
 
     auto* layout = new QHBoxLayout(picStatBox);
@@ -547,12 +565,34 @@ void frmRebate::BuildPages() {
     layout->addWidget(status);
 
     // Page by page, top to bottom, each button after the field it serves.
-    const QList<QWidget*> order = {
-        txtFields(14), txtFields(15), txtFields(1),  txtFields(2),  txtFields(3),  txtFields(20),
-        txtFields(0),  txtFields(13), cmdDial,       txtFields(7),  cmdEditEmail,  txtFields(22),
-        cmdEditWeb,    txtFields(4),  txtFields(19), txtFields(17), txtFields(5),  txtFields(6),
-        txtFields(9),  txtFields(10), txtFields(8),  txtFields(11), txtFields(12), chkFields(21),
-        txtFields(16), cmdDelete,     cmdOK,         cmdCancel};
+    const QList<QWidget*> order = {txtFields(RebateField::ProductName),
+                                   txtFields(RebateField::LocationPurchased),
+                                   txtFields(RebateField::DatePurchased),
+                                   txtFields(RebateField::PurchasePrice),
+                                   txtFields(RebateField::CouponAmount),
+                                   txtFields(RebateField::RebateName),
+                                   txtFields(RebateField::Address),
+                                   txtFields(RebateField::PhoneNumber),
+                                   cmdDial,
+                                   txtFields(RebateField::Email),
+                                   cmdEditEmail,
+                                   txtFields(RebateField::WebSite),
+                                   cmdEditWeb,
+                                   txtFields(RebateField::RebateAmount),
+                                   txtFields(RebateField::ExpDate),
+                                   txtFields(RebateField::Remarks),
+                                   txtFields(RebateField::DateSent),
+                                   txtFields(RebateField::PostagePrice),
+                                   txtFields(RebateField::DateDue),
+                                   txtFields(RebateField::DateReceived),
+                                   txtFields(RebateField::AmountReceived),
+                                   txtFields(RebateField::FollowupDate),
+                                   txtFields(RebateField::FollowupPostage),
+                                   chkFields(RebateCheck::Rejected),
+                                   txtFields(RebateField::ReasonRejected),
+                                   cmdDelete,
+                                   cmdOK,
+                                   cmdCancel};
     for (qsizetype i = 1; i < order.size(); ++i)
         setTabOrder(order[i - 1], order[i]);
 }
@@ -560,15 +600,10 @@ void frmRebate::BuildPages() {
 // --- life cycle -----------------------------------------------------------------------------
 
 void frmRebate::Form_Load() {
-    SetMousePointer(11);
-    lblStatus->setText(QStringLiteral("Loading..."));
+    BusyState busy(QStringLiteral("Loading..."), StatusLabel());
 
-    const double left = GetSetting(kAppTitle, QStringLiteral("Settings"),
-                                   QStringLiteral("RebateLeft"), QString::number(kDesignLeft))
-                            .toDouble();
-    const double top = GetSetting(kAppTitle, QStringLiteral("Settings"),
-                                  QStringLiteral("RebateTop"), QString::number(kDesignTop))
-                           .toDouble();
+    const double left = ReadTwips(Setting::RebateLeft).value_or(kDesignLeft);
+    const double top = ReadTwips(Setting::RebateTop).value_or(kDesignTop);
     move(qRound(left / kTwipsPerPixel), qRound(top / kTwipsPerPixel));
 
     try {
@@ -581,8 +616,7 @@ void frmRebate::Form_Load() {
             FillFromRebate();
         }
     } catch (const VbError& e) {
-        SetMousePointer(0);
-        lblStatus->setText(kReady);
+        busy.Done();
         LogError(e, kFormName, QStringLiteral("Form_Load"));
     }
 
@@ -590,7 +624,7 @@ void frmRebate::Form_Load() {
         gbNewRecord = false;
         cmdDelete->setEnabled(false);
         SetToolbarButton(kToolbarDelete, false);
-        chkFields(21)->setChecked(false);
+        chkFields(RebateCheck::Rejected)->setChecked(false);
         DisablePrint();
         setWindowTitle(CaptionFor(QStringLiteral("New Record")));
     } else {
@@ -601,13 +635,10 @@ void frmRebate::Form_Load() {
         cmdDelete->setEnabled(true);
         SetToolbarButton(kToolbarDelete, true);
         EnablePrint();
-        setWindowTitle(CaptionFor(txtFields(20)->text()));
+        setWindowTitle(CaptionFor(txtFields(RebateField::RebateName)->text()));
     }
     cmdCancel->setEnabled(true);
     DisableSave();
-
-    SetMousePointer(0);
-    lblStatus->setText(kReady);
 }
 
 // Fills the controls in index order; each fill runs the field's change rules, which is why
@@ -617,43 +648,41 @@ void frmRebate::FillFromRebate() {
     auto money = [](double value) {
         return QStringLiteral("$") + Format(value, QStringLiteral("0.00"));
     };
-    txtFields(0)->setText(r.Address());
-    txtFields(1)->setText(r.DatePurchased());
-    txtFields(2)->setText(money(r.PurchasePrice()));
-    txtFields(3)->setText(money(r.CouponAmount()));
-    txtFields(4)->setText(money(r.RebateAmount()));
-    txtFields(5)->setText(r.DateSent());
-    txtFields(6)->setText(money(r.PostagePrice()));
-    txtFields(7)->setText(r.Email());
-    txtFields(8)->setText(money(r.AmountReceived()));
-    txtFields(9)->setText(r.DateDue());
-    txtFields(10)->setText(r.DateReceived());
-    txtFields(11)->setText(r.FollowupDate());
-    txtFields(12)->setText(money(r.FollowupPostage()));
-    txtFields(13)->setText(r.PhoneNumber());
-    txtFields(14)->setText(r.ProductName());
-    txtFields(15)->setText(r.LocationPurchased());
-    txtFields(16)->setText(r.ReasonRejected());
-    txtFields(17)->setText(r.Remarks());
-    txtFields(18)->setText(r.RebateID());
-    txtFields(19)->setText(r.ExpDate());
-    txtFields(20)->setText(r.RebateName());
-    txtFields(22)->setText(r.WebSite());
-    chkFields(0)->setChecked(r.Deleted());
-    chkFields(21)->setChecked(r.Rejected());
+    txtFields(RebateField::Address)->setText(r.Address());
+    txtFields(RebateField::DatePurchased)->setText(r.DatePurchased());
+    txtFields(RebateField::PurchasePrice)->setText(money(r.PurchasePrice()));
+    txtFields(RebateField::CouponAmount)->setText(money(r.CouponAmount()));
+    txtFields(RebateField::RebateAmount)->setText(money(r.RebateAmount()));
+    txtFields(RebateField::DateSent)->setText(r.DateSent());
+    txtFields(RebateField::PostagePrice)->setText(money(r.PostagePrice()));
+    txtFields(RebateField::Email)->setText(r.Email());
+    txtFields(RebateField::AmountReceived)->setText(money(r.AmountReceived()));
+    txtFields(RebateField::DateDue)->setText(r.DateDue());
+    txtFields(RebateField::DateReceived)->setText(r.DateReceived());
+    txtFields(RebateField::FollowupDate)->setText(r.FollowupDate());
+    txtFields(RebateField::FollowupPostage)->setText(money(r.FollowupPostage()));
+    txtFields(RebateField::PhoneNumber)->setText(r.PhoneNumber());
+    txtFields(RebateField::ProductName)->setText(r.ProductName());
+    txtFields(RebateField::LocationPurchased)->setText(r.LocationPurchased());
+    txtFields(RebateField::ReasonRejected)->setText(r.ReasonRejected());
+    txtFields(RebateField::Remarks)->setText(r.Remarks());
+    txtFields(RebateField::RebateID)->setText(r.RebateID());
+    txtFields(RebateField::ExpDate)->setText(r.ExpDate());
+    txtFields(RebateField::RebateName)->setText(r.RebateName());
+    txtFields(RebateField::WebSite)->setText(r.WebSite());
+    chkFields(RebateCheck::Deleted)->setChecked(r.Deleted());
+    chkFields(RebateCheck::Rejected)->setChecked(r.Rejected());
 }
 
 void frmRebate::Form_Unload() {
     if (mbUnloaded)
         return;
     mbUnloaded = true;
-    SetMousePointer(0);
+    SetMousePointer(MousePointer::Default);
     if (!Window()->isMinimized()) {
         const QPoint position = Window()->pos();
-        SaveSetting(kAppTitle, QStringLiteral("Settings"), QStringLiteral("RebateLeft"),
-                    QString::number(position.x() * kTwipsPerPixel));
-        SaveSetting(kAppTitle, QStringLiteral("Settings"), QStringLiteral("RebateTop"),
-                    QString::number(position.y() * kTwipsPerPixel));
+        WriteSetting(Setting::RebateLeft, QString::number(position.x() * kTwipsPerPixel));
+        WriteSetting(Setting::RebateTop, QString::number(position.y() * kTwipsPerPixel));
     }
     Form_Deactivate();
     Rebate.reset();
@@ -751,17 +780,18 @@ void frmRebate::lblLabels_Click(int index) {
 bool frmRebate::Form_KeyDown(int keyCode, int shift) {
     const int count = tbsTabs->count();
     const int selected = tbsTabs->currentIndex();
-    if (keyCode == 17)
+    if (keyCode == vb::vbKeyControl)
         mbCtrlDown = true;
-    if ((shift & 3) == 2 && keyCode == 9) {
+    if ((shift & (vb::vbShiftMask | vb::vbCtrlMask)) == vb::vbCtrlMask && keyCode == vb::vbKeyTab) {
         ChangePage((selected + 1) % count);
         return true;
     }
-    if ((shift & 3) == 3 && keyCode == 9) {
+    if ((shift & (vb::vbShiftMask | vb::vbCtrlMask)) == (vb::vbShiftMask | vb::vbCtrlMask) &&
+        keyCode == vb::vbKeyTab) {
         ChangePage((selected + count - 1) % count);
         return true;
     }
-    if ((shift & 4) == 4 && keyCode == 90)
+    if ((shift & vb::vbAltMask) && keyCode == vb::vbKeyZ)
         return true; // the zoom box joins later
     return false;
 }
@@ -781,14 +811,15 @@ bool frmRebate::eventFilter(QObject* watched, QEvent* event) {
         auto* key = static_cast<QKeyEvent*>(event);
         const int keyCode = FieldEdit::VbKeyCode(*key);
         if (event->type() == QEvent::KeyRelease) {
-            if (keyCode == 17)
+            if (keyCode == vb::vbKeyControl)
                 mbCtrlDown = false;
             break;
         }
         if (Form_KeyDown(keyCode, FieldEdit::VbShift(key->modifiers())))
             return true;
         // Escape on the Rejected box is its undo: the box changes back.
-        if (keyCode == 27 && widget->objectName().startsWith(QLatin1String("chkFields_"))) {
+        if (keyCode == vb::vbKeyEscape &&
+            widget->objectName().startsWith(QLatin1String("chkFields_"))) {
             mnuUndo_Click();
             return true;
         }
@@ -840,8 +871,8 @@ void frmRebate::txtFields_Change(int index) {
     // Each rule goes on past a failure of its own, as the old handler did.
     try {
         switch (index) {
-        case 5: {
-            FieldEdit* postage = txtFields(6);
+        case RebateField::DateSent: {
+            FieldEdit* postage = txtFields(RebateField::PostagePrice);
             bool fill = postage->text().isEmpty();
             if (!fill) {
                 try {
@@ -855,19 +886,20 @@ void frmRebate::txtFields_Change(int index) {
                     Format(QVariant::fromValue(GetDefaultPostage()), QStringLiteral("0.00")));
             break;
         }
-        case 7:
-        case 22:
+        case RebateField::Email:
+        case RebateField::WebSite:
             if (!txtFields(index)->text().isEmpty())
                 txtFields(index)->setCursor(Qt::PointingHandCursor);
             break;
-        case 11:
-            txtFields(12)->setText(
-                txtFields(11)->text().isEmpty()
-                    ? QStringLiteral("0.00")
-                    : Format(QVariant::fromValue(GetDefaultPostage()), QStringLiteral("0.00")));
+        case RebateField::FollowupDate:
+            txtFields(RebateField::FollowupPostage)
+                ->setText(
+                    txtFields(RebateField::FollowupDate)->text().isEmpty()
+                        ? QStringLiteral("0.00")
+                        : Format(QVariant::fromValue(GetDefaultPostage()), QStringLiteral("0.00")));
             break;
-        case 20:
-            setWindowTitle(CaptionFor(txtFields(20)->text()));
+        case RebateField::RebateName:
+            setWindowTitle(CaptionFor(txtFields(RebateField::RebateName)->text()));
             break;
         default:
             break;
@@ -880,7 +912,7 @@ void frmRebate::txtFields_Change(int index) {
 void frmRebate::txtFields_GotFocus(int index) {
     FieldEdit* field = txtFields(index);
     SelectOnFocus(field);
-    if (index == 8) {
+    if (index == RebateField::AmountReceived) {
         bool emptyOrZero = field->text().isEmpty();
         if (!emptyOrZero) {
             try {
@@ -889,10 +921,11 @@ void frmRebate::txtFields_GotFocus(int index) {
                 emptyOrZero = false;
             }
         }
-        if (emptyOrZero && IsDate(txtFields(10)->text()) && !txtFields(4)->text().isEmpty() &&
+        if (emptyOrZero && IsDate(txtFields(RebateField::DateReceived)->text()) &&
+            !txtFields(RebateField::RebateAmount)->text().isEmpty() &&
             MsgBox(QStringLiteral("Did you receive the full amount?"), vb::vbYesNo | vb::vbQuestion,
                    QStringLiteral("Amount Received")) == vb::vbYes) {
-            field->setText(txtFields(4)->text());
+            field->setText(txtFields(RebateField::RebateAmount)->text());
             mbEdited = true;
         }
     }
@@ -900,16 +933,16 @@ void frmRebate::txtFields_GotFocus(int index) {
 }
 
 void frmRebate::txtFields_KeyDown(int, int& keyCode, int) {
-    if (keyCode == 113) {
+    if (keyCode == vb::vbKeyF2) {
         if (auto* field = qobject_cast<FieldEdit*>(focusWidget()))
             SelectAllText(field);
-    } else if (keyCode == 17) {
+    } else if (keyCode == vb::vbKeyControl) {
         mbCtrlDown = true;
     }
 }
 
 void frmRebate::txtFields_KeyUp(int, int keyCode, int) {
-    if (keyCode == 17)
+    if (keyCode == vb::vbKeyControl)
         mbCtrlDown = false;
 }
 
@@ -922,7 +955,7 @@ void frmRebate::DateShortcutKey(FieldEdit* field, int keyAscii) {
 
 void frmRebate::txtFields_KeyPress(int index, int& keyAscii) {
     FieldEdit* field = txtFields(index);
-    if (keyAscii == 27) {
+    if (keyAscii == vb::vbKeyEscape) {
         keyAscii = 0;
         mnuUndo_Click();
         mbEdited = true;
@@ -941,14 +974,14 @@ void frmRebate::txtFields_KeyPress(int index, int& keyAscii) {
             DateShortcutKey(field, key);
         } else if (keyAscii == 'c' || keyAscii == 'C') {
             keyAscii = 0; // the calendar joins later
-        } else if (keyAscii == 8) {
+        } else if (keyAscii == vb::vbKeyBack) {
             mbEdited = true;
         } else {
             keyAscii = 0;
         }
         break;
     case FieldClass::Currency:
-        if (IsDigit(keyAscii) || keyAscii == '.' || keyAscii == '$' || keyAscii == 8) {
+        if (IsDigit(keyAscii) || keyAscii == '.' || keyAscii == '$' || keyAscii == vb::vbKeyBack) {
             mbEdited = true;
         } else {
             // "c" opens the calculator once it joins; any other key is refused.
@@ -991,9 +1024,12 @@ void frmRebate::txtFields_Validate(int index, bool& cancel) {
                 mbEdited = true;
             }
         }
-        if (index == 5 && txtFields(9)->text().isEmpty() && IsDate(txtFields(5)->text())) {
+        if (index == RebateField::DateSent && txtFields(RebateField::DateDue)->text().isEmpty() &&
+            IsDate(txtFields(RebateField::DateSent)->text())) {
             // Written in the default date format (M/d/yyyy), not the field format.
-            txtFields(9)->setText(CStr(CDate(txtFields(5)->text()).addDays(kDaysToDue)));
+            txtFields(RebateField::DateDue)
+                ->setText(
+                    CStr(CDate(txtFields(RebateField::DateSent)->text()).addDays(kDaysToDue)));
             mbEdited = true;
         }
         break;
@@ -1043,61 +1079,67 @@ bool frmRebate::ValidateRecord() {
         return false;
     };
 
-    if (empty(20))
+    if (empty(RebateField::RebateName))
         return fail(QStringLiteral("Missing Rebate Name"),
                     QStringLiteral("You must enter a Rebate Name before saving the record."),
-                    kRebateInfo, kRebateInfo, 20);
-    if (empty(14))
+                    kRebateInfo, kRebateInfo, RebateField::RebateName);
+    if (empty(RebateField::ProductName))
         return fail(QStringLiteral("Missing Product Name"),
                     QStringLiteral("You must enter a Product Name before saving the record."),
-                    kProductInfo, kProductInfo, 14);
-    if (empty(2))
+                    kProductInfo, kProductInfo, RebateField::ProductName);
+    if (empty(RebateField::PurchasePrice))
         return fail(QStringLiteral("Missing Purchase Price"),
                     QStringLiteral("You must enter a Purchase Price before saving the record."),
-                    kProductInfo, kProductInfo, 2);
-    if (empty(4))
+                    kProductInfo, kProductInfo, RebateField::PurchasePrice);
+    if (empty(RebateField::RebateAmount))
         return fail(QStringLiteral("Missing Rebate Amount"),
                     QStringLiteral("You must enter a Rebate Amount before saving the record."),
-                    kRebateInfo, kRebateInfo, 4);
-    if (!empty(5) && empty(9))
+                    kRebateInfo, kRebateInfo, RebateField::RebateAmount);
+    if (!empty(RebateField::DateSent) && empty(RebateField::DateDue))
         return fail(QStringLiteral("Missing Date Due"),
                     QStringLiteral("You must enter a Date Due before saving the record."),
-                    kFollowupInfo, kRebateInfo, 9);
+                    kFollowupInfo, kRebateInfo, RebateField::DateDue);
     const QString missingDateSent =
         QStringLiteral("You must enter a Date Sent before saving the record.");
-    if (!empty(9) && empty(5))
+    if (!empty(RebateField::DateDue) && empty(RebateField::DateSent))
         return fail(QStringLiteral("Missing Date Sent"), missingDateSent, kRebateInfo, kRebateInfo,
-                    5);
-    if (!empty(6) && empty(5) && value(6) != 0)
+                    RebateField::DateSent);
+    if (!empty(RebateField::PostagePrice) && empty(RebateField::DateSent) &&
+        value(RebateField::PostagePrice) != 0)
         return fail(QStringLiteral("Missing Date Sent"), missingDateSent, kRebateInfo, kRebateInfo,
-                    5);
-    if (!empty(8) && value(8) != 0 && empty(10))
+                    RebateField::DateSent);
+    if (!empty(RebateField::AmountReceived) && value(RebateField::AmountReceived) != 0 &&
+        empty(RebateField::DateReceived))
         return fail(QStringLiteral("Missing Date Received"),
                     QStringLiteral("You must enter a Date Received before saving the record."),
-                    kRebateInfo, kRebateInfo, 10);
-    if (!empty(10) && empty(8))
+                    kRebateInfo, kRebateInfo, RebateField::DateReceived);
+    if (!empty(RebateField::DateReceived) && empty(RebateField::AmountReceived))
         return fail(QStringLiteral("Missing Amount Received"),
                     QStringLiteral("You must enter an Amount Received before saving the record."),
-                    kRebateInfo, kRebateInfo, 8);
-    if (!empty(12) && empty(11) && value(12) != 0)
+                    kRebateInfo, kRebateInfo, RebateField::AmountReceived);
+    if (!empty(RebateField::FollowupPostage) && empty(RebateField::FollowupDate) &&
+        value(RebateField::FollowupPostage) != 0)
         return fail(QStringLiteral("Missing Followup Date"),
                     QStringLiteral("You must enter a Followup Date before saving the record."),
-                    kFollowupInfo, kFollowupInfo, 11);
+                    kFollowupInfo, kFollowupInfo, RebateField::FollowupDate);
     const QString datesInvalid = QStringLiteral("Dates Invalid");
-    if (!empty(5) && !empty(10) && later(5, 10))
+    if (!empty(RebateField::DateSent) && !empty(RebateField::DateReceived) &&
+        later(RebateField::DateSent, RebateField::DateReceived))
         return fail(datesInvalid,
                     QStringLiteral("Date Received must be greater than the Date Sent."),
-                    kRebateInfo, kRebateInfo, 10);
-    if (!empty(5) && !empty(9) && later(5, 9))
+                    kRebateInfo, kRebateInfo, RebateField::DateReceived);
+    if (!empty(RebateField::DateSent) && !empty(RebateField::DateDue) &&
+        later(RebateField::DateSent, RebateField::DateDue))
         return fail(datesInvalid, QStringLiteral("Date Due must be greater than the Date Sent."),
-                    kRebateInfo, kRebateInfo, 9);
-    if (!empty(5) && !empty(11) && later(5, 11))
+                    kRebateInfo, kRebateInfo, RebateField::DateDue);
+    if (!empty(RebateField::DateSent) && !empty(RebateField::FollowupDate) &&
+        later(RebateField::DateSent, RebateField::FollowupDate))
         return fail(datesInvalid,
                     QStringLiteral("Followup Date must be greater than the Date Sent."),
-                    kFollowupInfo, kFollowupInfo, 11);
+                    kFollowupInfo, kFollowupInfo, RebateField::FollowupDate);
 
-    if (empty(18)) {
-        txtFields(18)->setText(NewRebateID());
+    if (empty(RebateField::RebateID)) {
+        txtFields(RebateField::RebateID)->setText(NewRebateID());
         mbEdited = true;
     }
     return true;
@@ -1135,42 +1177,41 @@ void frmRebate::CopyFieldsToRebate() {
     auto amountOrZero = [&text](int index) {
         return text(index).isEmpty() ? 0.0 : ValueOf(text(index));
     };
-    r.SetAddress(text(0));
-    r.SetDatePurchased(text(1));
-    r.SetPurchasePrice(amountOrZero(2));
-    r.SetCouponAmount(amountOrZero(3));
-    if (!text(4).isEmpty())
-        r.SetRebateAmount(ValueOf(text(4)));
-    r.SetDateSent(text(5));
-    if (!text(6).isEmpty())
-        r.SetPostagePrice(ValueOf(text(6)));
-    r.SetEmail(text(7));
-    r.SetAmountReceived(amountOrZero(8));
-    r.SetDateDue(text(9));
-    r.SetDateReceived(text(10));
-    r.SetFollowupDate(text(11));
+    r.SetAddress(text(RebateField::Address));
+    r.SetDatePurchased(text(RebateField::DatePurchased));
+    r.SetPurchasePrice(amountOrZero(RebateField::PurchasePrice));
+    r.SetCouponAmount(amountOrZero(RebateField::CouponAmount));
+    if (!text(RebateField::RebateAmount).isEmpty())
+        r.SetRebateAmount(ValueOf(text(RebateField::RebateAmount)));
+    r.SetDateSent(text(RebateField::DateSent));
+    if (!text(RebateField::PostagePrice).isEmpty())
+        r.SetPostagePrice(ValueOf(text(RebateField::PostagePrice)));
+    r.SetEmail(text(RebateField::Email));
+    r.SetAmountReceived(amountOrZero(RebateField::AmountReceived));
+    r.SetDateDue(text(RebateField::DateDue));
+    r.SetDateReceived(text(RebateField::DateReceived));
+    r.SetFollowupDate(text(RebateField::FollowupDate));
     // Followup postage is the default postage whenever a followup was mailed, whatever the
     // field shows.
     r.SetFollowupPostage(
-        !text(12).isEmpty() && !text(11).isEmpty()
+        !text(RebateField::FollowupPostage).isEmpty() && !text(RebateField::FollowupDate).isEmpty()
             ? ValueOf(Format(QVariant::fromValue(GetDefaultPostage()), QStringLiteral("0.00")))
             : 0.0);
-    r.SetPhoneNumber(text(13));
-    r.SetProductName(text(14));
-    r.SetLocationPurchased(text(15));
-    r.SetReasonRejected(text(16));
-    r.SetRemarks(text(17));
-    r.SetRebateID(text(18));
-    r.SetExpDate(text(19));
-    r.SetRebateName(text(20));
-    r.SetWebSite(text(22));
-    r.SetDeleted(chkFields(0)->isChecked());
-    r.SetRejected(chkFields(21)->isChecked());
+    r.SetPhoneNumber(text(RebateField::PhoneNumber));
+    r.SetProductName(text(RebateField::ProductName));
+    r.SetLocationPurchased(text(RebateField::LocationPurchased));
+    r.SetReasonRejected(text(RebateField::ReasonRejected));
+    r.SetRemarks(text(RebateField::Remarks));
+    r.SetRebateID(text(RebateField::RebateID));
+    r.SetExpDate(text(RebateField::ExpDate));
+    r.SetRebateName(text(RebateField::RebateName));
+    r.SetWebSite(text(RebateField::WebSite));
+    r.SetDeleted(chkFields(RebateCheck::Deleted)->isChecked());
+    r.SetRejected(chkFields(RebateCheck::Rejected)->isChecked());
 }
 
 void frmRebate::mnuSaveRecord_Click() {
-    SetMousePointer(11);
-    lblStatus->setText(QStringLiteral("Preparing to save..."));
+    BusyState busy(QStringLiteral("Preparing to save..."), StatusLabel());
     try {
         if (ValidateRecord()) {
             CopyFieldsToRebate();
@@ -1189,48 +1230,41 @@ void frmRebate::mnuSaveRecord_Click() {
             mbEdited = false;
             DoEvents();
             gbRecordSaved = true;
-            gsSavedRebateID = txtFields(18)->text();
+            gsSavedRebateID = txtFields(RebateField::RebateID)->text();
         }
     } catch (const VbError& e) {
-        SetMousePointer(0);
-        lblStatus->setText(kReady);
+        busy.Done();
         LogError(e, kFormName, QStringLiteral("mnuSaveRecord"));
     }
-    SetMousePointer(0);
-    lblStatus->setText(kReady);
 }
 
 void frmRebate::cmdOK_Click() {
     const QPointer<frmRebate> self(this);
     const QString location = QStringLiteral("cmdOK_Click");
-    SetMousePointer(11);
-    lblStatus->setText(QStringLiteral("Saving..."));
+    // The form may be gone by the end (it unloads after the save); the guard's status label
+    // goes with it.
+    BusyState busy(QStringLiteral("Saving..."), StatusLabel());
     bool valid = false;
     try {
         valid = ValidateRecord();
     } catch (const VbError& e) {
         // A text that can't be converted: the form stays with everything typed.
-        SetMousePointer(0);
-        lblStatus->setText(kReady);
+        busy.Done();
         LogError(e, kFormName, location);
         return;
     }
-    if (!valid) {
-        SetMousePointer(0);
-        lblStatus->setText(kReady);
+    if (!valid)
         return;
-    }
 
     Window()->hide();
 
-    const QString id = txtFields(18)->text();
+    const QString id = txtFields(RebateField::RebateID)->text();
     try {
         CopyFieldsToRebate();
         Rebate->Update();
     } catch (const VbError& e) {
         // Nothing was written: the form comes back with everything typed.
-        SetMousePointer(0);
-        lblStatus->setText(kReady);
+        busy.Done();
         LogError(e, kFormName, location);
         if (self && IsFormLoaded(kFormName)) {
             Window()->show();
@@ -1248,9 +1282,9 @@ void frmRebate::cmdOK_Click() {
         gsSavedRebateID = id;
         Q_EMIT Notifier::Instance().RecordSaved(id);
     } catch (const VbError& e) {
+        busy.Done();
         LogError(e, kFormName, location);
     }
-    SetMousePointer(0);
 }
 
 void frmRebate::cmdCancel_Click() {
@@ -1271,8 +1305,8 @@ void frmRebate::cmdDelete_Click() {
                vb::vbYesNo | vb::vbQuestion | vb::vbDefaultButton2,
                QStringLiteral("Delete Record?")) != vb::vbYes)
         return;
-    const QString id = txtFields(18)->text();
-    chkFields(0)->setChecked(true);
+    const QString id = txtFields(RebateField::RebateID)->text();
+    chkFields(RebateCheck::Deleted)->setChecked(true);
     mbEdited = true;
     cmdOK_Click();
     try {
@@ -1318,7 +1352,7 @@ void frmRebate::mnuDeleteRecord_Click() {
 }
 
 void frmRebate::chkFields_Click(int index) {
-    if (index != 21)
+    if (index != RebateCheck::Rejected)
         return;
     mRecordChanged = true;
     mbEdited = true;
@@ -1335,7 +1369,7 @@ void frmRebate::mnuUndo_Click() {
         if (::CanUndo(active))
             UndoEdit(active);
     } else if (active->objectName().startsWith(QLatin1String("chkFields_"))) {
-        QCheckBox* rejected = chkFields(21);
+        QCheckBox* rejected = chkFields(RebateCheck::Rejected);
         rejected->setChecked(!rejected->isChecked());
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/ui/Forms.h"
 #include "common/ui/MdiChild.h"
 
 #include <QMap>
@@ -119,6 +120,8 @@ private:
     void DateShortcutKey(FieldEdit* field, int keyAscii);
     void ShowTag(QWidget* control);
     QWidget* Window() const;
+    // The form's own status line, for the busy states of its long actions.
+    BusyState::StatusSetter StatusLabel() const;
 
     QString SelectedTab() const;
     void SelectTab(const QString& caption);

@@ -1,10 +1,12 @@
 #include "shell/frmMDI.h"
 
+#include "app/AppSettings.h"
 #include "app/cLogErr.h"
 #include "common/core/Desktop.h"
 #include "common/core/Globals.h"
 #include "common/core/Regional.h"
 #include "common/core/Settings.h"
+#include "common/core/Twips.h"
 #include "common/core/VbError.h"
 #include "common/core/modUtilities.h"
 #include "common/ui/Forms.h"
@@ -30,9 +32,6 @@
 
 namespace {
 frmMDI* gInstance = nullptr;
-
-constexpr int kTwipsPerPixel = 15;
-const QString kSettings = QStringLiteral("Settings");
 
 // The pictures every toolbar image list holds; the large grey list also holds "Log".
 const QStringList kToolbarImages{
@@ -284,19 +283,12 @@ void frmMDI::ShowRebateButtons() {
 
 void frmMDI::MDIForm_Load() {
     QDir::setCurrent(AppPath());
-    if (GetSetting(kAppTitle, kSettings, QStringLiteral("MDI Toolbar"), QStringLiteral("Large")) ==
-        QStringLiteral("Large"))
+    if (ReadSetting(Setting::MdiToolbar) == QStringLiteral("Large"))
         mnuTbPopupLarge_Click();
     else
         mnuTbPopupSmall_Click();
-    const QString text =
-        GetSetting(kAppTitle, kSettings, QStringLiteral("MDI Toolbar Text"), QStringLiteral("1"));
-    try {
-        mnuTbPopupText->setChecked(!CBool(text));
-    } catch (const VbError&) {
-        // A value that isn't a Boolean leaves the entry as designed (unchecked), so the
-        // click below turns the captions on.
-    }
+    // The click below turns the check round, so it starts from the opposite.
+    mnuTbPopupText->setChecked(!ReadFlag(Setting::MdiToolbarText));
     mnuTbPopupText_Click();
 }
 
@@ -495,19 +487,15 @@ void frmMDI::MDITimer_Timer() {
 void frmMDI::MDIForm_QueryUnload() {
     if (!isMinimized()) {
         const QRect frame = frameGeometry();
-        SaveSetting(kAppTitle, kSettings, QStringLiteral("MainLeft"),
-                    QString::number(frame.x() * kTwipsPerPixel));
-        SaveSetting(kAppTitle, kSettings, QStringLiteral("MainTop"),
-                    QString::number(frame.y() * kTwipsPerPixel));
-        SaveSetting(kAppTitle, kSettings, QStringLiteral("MainWidth"),
-                    QString::number(frame.width() * kTwipsPerPixel));
-        SaveSetting(kAppTitle, kSettings, QStringLiteral("MainHeight"),
-                    QString::number(frame.height() * kTwipsPerPixel));
+        WriteSetting(Setting::MainLeft, QString::number(frame.x() * kTwipsPerPixel));
+        WriteSetting(Setting::MainTop, QString::number(frame.y() * kTwipsPerPixel));
+        WriteSetting(Setting::MainWidth, QString::number(frame.width() * kTwipsPerPixel));
+        WriteSetting(Setting::MainHeight, QString::number(frame.height() * kTwipsPerPixel));
     }
-    SaveSetting(kAppTitle, kSettings, QStringLiteral("MDI Toolbar"),
-                mnuTbPopupLarge->isChecked() ? QStringLiteral("Large") : QStringLiteral("Small"));
-    SaveSetting(kAppTitle, kSettings, QStringLiteral("MDI Toolbar Text"),
-                mnuTbPopupText->isChecked() ? QStringLiteral("1") : QStringLiteral("0"));
+    WriteSetting(Setting::MdiToolbar,
+                 mnuTbPopupLarge->isChecked() ? QStringLiteral("Large") : QStringLiteral("Small"));
+    WriteSetting(Setting::MdiToolbarText,
+                 mnuTbPopupText->isChecked() ? QStringLiteral("1") : QStringLiteral("0"));
 }
 
 void frmMDI::closeEvent(QCloseEvent* event) {

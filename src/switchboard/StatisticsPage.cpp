@@ -3,6 +3,7 @@
 #include "app/clsRebateStats.h"
 #include "common/core/Currency.h"
 #include "common/core/Regional.h"
+#include "common/core/Twips.h"
 #include "common/ui/Forms.h"
 #include "common/ui/ImageList.h"
 
@@ -15,7 +16,6 @@
 #include <initializer_list>
 
 namespace {
-constexpr int kTwipsPerPixel = 15;
 
 // The design's colours: money that went out, money that came in or was saved, the rest.
 constexpr QRgb kRed = qRgb(192, 0, 0);
@@ -212,8 +212,7 @@ void StatisticsPage::SetFigure(int index, const QString& text) {
 
 void StatisticsPage::UpdateStatistics() {
     clsRebateStats stats;
-    SetMousePointer(11);
-    SetStatusText(QStringLiteral("Gathering stats..."));
+    const BusyState busy(QStringLiteral("Gathering stats..."));
     stats.Init();
 
     SetFigure(0, Money(stats.TotalSpent()));
@@ -240,9 +239,6 @@ void StatisticsPage::UpdateStatistics() {
     SetFigure(12, sumOf({3, 2, 0}));
     SetFigure(13, sumOf({11, 4}));
     SetFigure(14, sumOf({1, 13}));
-
-    SetMousePointer(0);
-    SetStatusText(QStringLiteral("Ready..."));
 }
 
 void StatisticsPage::VScroll1_Change(int value) {

@@ -1,10 +1,11 @@
 #include "switchboard/frmFind.h"
 
+#include "app/AppSettings.h"
 #include "app/cLogErr.h"
 #include "common/core/Desktop.h"
 #include "common/core/Globals.h"
 #include "common/core/Regional.h"
-#include "common/core/Settings.h"
+#include "common/core/Twips.h"
 #include "common/core/VbError.h"
 #include "common/ui/Forms.h"
 #include "common/ui/ImageList.h"
@@ -18,8 +19,6 @@
 #include <QScreen>
 
 namespace {
-constexpr int kTwipsPerPixel = 15;
-const QString kSettings = QStringLiteral("Settings");
 
 frmFind* gInstance = nullptr;
 } // namespace
@@ -126,14 +125,8 @@ void frmFind::Form_Load() {
     const QSize size = sizeHint();
     const int defaultLeft = (area.x() + (area.width() - size.width()) / 2) * kTwipsPerPixel;
     const int defaultTop = (area.y() + (area.height() - size.height()) / 2) * kTwipsPerPixel;
-    const auto read = [](const QString& key, int fallback) {
-        bool ok = false;
-        const int value =
-            GetSetting(kAppTitle, kSettings, key, QString::number(fallback)).toInt(&ok);
-        return ok ? value : fallback;
-    };
-    move(read(QStringLiteral("FindLeft"), defaultLeft) / kTwipsPerPixel,
-         read(QStringLiteral("FindTop"), defaultTop) / kTwipsPerPixel);
+    move(qRound(ReadTwips(Setting::FindLeft).value_or(defaultLeft) / kTwipsPerPixel),
+         qRound(ReadTwips(Setting::FindTop).value_or(defaultTop) / kTwipsPerPixel));
 
     cmdFind->setEnabled(false);
     if (!gFindWhat.isEmpty()) {
@@ -145,10 +138,8 @@ void frmFind::Form_Load() {
 void frmFind::Form_Unload() {
     if (isMinimized())
         return;
-    SaveSetting(kAppTitle, kSettings, QStringLiteral("FindLeft"),
-                QString::number(x() * kTwipsPerPixel));
-    SaveSetting(kAppTitle, kSettings, QStringLiteral("FindTop"),
-                QString::number(y() * kTwipsPerPixel));
+    WriteSetting(Setting::FindLeft, QString::number(x() * kTwipsPerPixel));
+    WriteSetting(Setting::FindTop, QString::number(y() * kTwipsPerPixel));
 }
 
 void frmFind::done(int result) {

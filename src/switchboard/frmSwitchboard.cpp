@@ -1,13 +1,15 @@
 #include "switchboard/frmSwitchboard.h"
 
+#include "app/AppSettings.h"
 #include "app/Notifier.h"
 #include "app/cLogErr.h"
 #include "app/clsRebate.h"
 #include "common/core/Clock.h"
 #include "common/core/Desktop.h"
 #include "common/core/Globals.h"
+#include "common/core/KeyCodes.h"
 #include "common/core/Regional.h"
-#include "common/core/Settings.h"
+#include "common/core/Twips.h"
 #include "common/core/VbError.h"
 #include "common/core/modUtilities.h"
 #include "common/ui/Forms.h"
@@ -20,6 +22,8 @@
 #include "data/Database.h"
 #include "data/RebateStatus.h"
 #include "data/Recordset.h"
+
+#include <optional>
 
 #include <QAction>
 #include <QCloseEvent>
@@ -35,13 +39,11 @@
 #include <QVBoxLayout>
 
 namespace {
-constexpr int kTwipsPerPixel = 15;
 constexpr int kMinWidth = 8000; // twips
 constexpr int kMinHeight = 5000;
 constexpr int kDesignSize = 6500;
 
 const QString kSource = QStringLiteral("frmSwitchboard");
-const QString kSettings = QStringLiteral("Settings");
 const QString kReady = QStringLiteral("Ready...");
 
 frmSwitchboard* gInstance = nullptr;
@@ -82,15 +84,15 @@ void SetEnabledIfDifferent(QAction* action, bool enabled) {
 }
 
 // The settings key under which each list's view is kept.
-constexpr std::array<std::pair<ListView * frmSwitchboard::*, const char*>, 8> kViewKeys{{
-    {&frmSwitchboard::lvNew, "New"},
-    {&frmSwitchboard::lvAll, "All"},
-    {&frmSwitchboard::lvFollowup, "Followup"},
-    {&frmSwitchboard::lvOverdue, "Overdue"},
-    {&frmSwitchboard::lvPaid, "Paid"},
-    {&frmSwitchboard::lvPending, "Pending"},
-    {&frmSwitchboard::lvRejected, "Rejected"},
-    {&frmSwitchboard::lvUnsent, "Unsent"},
+constexpr std::array<std::pair<ListView * frmSwitchboard::*, const SettingSpec*>, 8> kViewKeys{{
+    {&frmSwitchboard::lvNew, &Setting::ViewNew},
+    {&frmSwitchboard::lvAll, &Setting::ViewAll},
+    {&frmSwitchboard::lvFollowup, &Setting::ViewFollowup},
+    {&frmSwitchboard::lvOverdue, &Setting::ViewOverdue},
+    {&frmSwitchboard::lvPaid, &Setting::ViewPaid},
+    {&frmSwitchboard::lvPending, &Setting::ViewPending},
+    {&frmSwitchboard::lvRejected, &Setting::ViewRejected},
+    {&frmSwitchboard::lvUnsent, &Setting::ViewUnsent},
 }};
 
 // The toolbar buttons that work on any list page; "Delete" needs a record besides.
@@ -570,8 +572,7 @@ std::array<ListView*, 8> frmSwitchboard::AllLists() const {
 }
 
 void frmSwitchboard::Form_Load() {
-    SetMousePointer(11);
-    SetStatusText(QStringLiteral("Loading records..."));
+    const BusyState busy(QStringLiteral("Loading records..."));
 
     const auto large = [this](const QString& key) {
         return ActiveXImageList.Icon(key);
@@ -582,14 +583,8 @@ void frmSwitchboard::Form_Load() {
     for (ListView* lv : AllLists())
         lv->SetIcons(large, small);
 
-    for (const auto& [list, key] : kViewKeys) {
-        bool ok = false;
-        const int view =
-            GetSetting(kAppTitle, kSettings, QString::fromLatin1(key), QStringLiteral("0"))
-                .toInt(&ok);
-        (this->*list)
-            ->SetView(ok && view >= ListView::lvwIcon && view <= ListView::lvwReport ? view : 0);
-    }
+    for (const auto& [list, setting] : kViewKeys)
+        (this->*list)->SetView(ReadListView(*setting));
 
     AddNewRebateIcon();
     PrepareLists();
@@ -601,9 +596,6 @@ void frmSwitchboard::Form_Load() {
     }
     tbsSwitch_Click();
     ShowOverdueAtStart();
-
-    SetMousePointer(0);
-    SetStatusText(kReady);
 }
 
 // Form_Load's placing of the window: the main window's client area is only known once the
@@ -616,17 +608,13 @@ void frmSwitchboard::PlaceWindow() {
     const QSize client = area->viewport()->size() * kTwipsPerPixel;
     const int defaultLeft = qRound((client.width() - kDesignSize) / 2.0);
     const int defaultTop = qRound((client.height() - kDesignSize) / 2.0);
-    const auto read = [](const char* key, int fallback) {
-        bool ok = false;
-        const int value =
-            GetSetting(kAppTitle, kSettings, QString::fromLatin1(key), QString::number(fallback))
-                .toInt(&ok);
-        return ok ? value : fallback;
+    const auto read = [](const SettingSpec& setting, int fallback) {
+        return qRound(ReadTwips(setting).value_or(fallback));
     };
-    const int left = read("SwitchboardLeft", defaultLeft);
-    const int top = read("SwitchboardTop", defaultTop);
-    const int width = std::max(read("SwitchboardWidth", kDesignSize), kMinWidth);
-    const int height = std::max(read("SwitchboardHeight", kDesignSize), kMinHeight);
+    const int left = read(Setting::SwitchboardLeft, defaultLeft);
+    const int top = read(Setting::SwitchboardTop, defaultTop);
+    const int width = std::max(read(Setting::SwitchboardWidth, kDesignSize), kMinWidth);
+    const int height = std::max(read(Setting::SwitchboardHeight, kDesignSize), kMinHeight);
     // The window's outer size, frame included, never goes below 8000 x 5000 twips.
     frame->setMinimumSize(kMinWidth / kTwipsPerPixel, kMinHeight / kTwipsPerPixel);
     frame->setGeometry(left / kTwipsPerPixel, top / kTwipsPerPixel, width / kTwipsPerPixel,
@@ -709,9 +697,8 @@ ListItem* frmSwitchboard::AddRebateItem(const RebateRowTexts& texts, const QStri
 
 void frmSwitchboard::AddAllListItems() {
     std::unique_ptr<Recordset> rs;
+    BusyState busy(QStringLiteral("Loading records..."));
     try {
-        SetMousePointer(11);
-        SetStatusText(QStringLiteral("Loading records..."));
         for (ListView* lv : RecordLists())
             lv->ListItems().Clear();
         if (!gDatabase)
@@ -732,47 +719,34 @@ void frmSwitchboard::AddAllListItems() {
             }
         }
     } catch (const VbError& e) {
-        SetStatusText(QStringLiteral("Error loading records..."));
-        SetMousePointer(0);
+        busy.Failed(QStringLiteral("Error loading records..."));
         LogError(e, kSource, QStringLiteral("AddAllListItems()"));
     }
     if (rs)
         rs->Close();
-    SetStatusText(kReady);
-    SetMousePointer(0);
 }
 
 void frmSwitchboard::AddIcons(const QString& rebateID) {
     DoEvents();
-    SetMousePointer(11);
-    SetStatusText(QStringLiteral("Loading records..."));
+    BusyState busy(QStringLiteral("Loading records..."));
     const QString sql =
         QStringLiteral("SELECT * FROM Rebates WHERE (([RebateID])= '") + rebateID + "');";
     SetStatusText(QStringLiteral("Getting rebate info..."));
     DoEvents();
-    std::unique_ptr<Recordset> rs;
-    try {
-        if (!gDatabase)
-            throw VbError(VbError::ObjectNotSet);
-        rs = gDatabase->OpenRecordset(sql);
-        if (!rs->IsEOF()) {
-            rs->MoveFirst();
-            const QString status = GetRebateStatus(*rs);
-            if (ListView* lv = ListForStatus(status)) {
-                const RebateRowTexts texts(*rs, RebateColumns(*rs), status);
-                AddRebateItem(texts, status, lv);
-                AddRebateItem(texts, status, lvAll);
-            }
+    // No handler of its own: the caller hears of a failure, with the pointer restored.
+    if (!gDatabase)
+        throw VbError(VbError::ObjectNotSet);
+    const std::unique_ptr<Recordset> rs = gDatabase->OpenRecordset(sql);
+    if (!rs->IsEOF()) {
+        rs->MoveFirst();
+        const QString status = GetRebateStatus(*rs);
+        if (ListView* lv = ListForStatus(status)) {
+            const RebateRowTexts texts(*rs, RebateColumns(*rs), status);
+            AddRebateItem(texts, status, lv);
+            AddRebateItem(texts, status, lvAll);
         }
-    } catch (...) {
-        // No handler of its own: the caller hears of the failure, with the pointer restored.
-        SetStatusText(kReady);
-        SetMousePointer(0);
-        throw;
     }
     rs->Close();
-    SetStatusText(kReady);
-    SetMousePointer(0);
 }
 
 void frmSwitchboard::DeleteIcons(const QString& rebateID) {
@@ -931,7 +905,7 @@ void frmSwitchboard::tbsSwitch_Click() {
         }
         lv->SetVisible(true);
     } catch (const VbError& e) {
-        SetMousePointer(0);
+        SetMousePointer(MousePointer::Default);
         LogError(e, kSource, QStringLiteral("tbsSwitch_Click"));
     }
 }
@@ -1020,14 +994,14 @@ bool frmSwitchboard::DeleteRebateRecord() {
     const int selected = CountSelected(lv);
     QSet<QString> marked;
     bool inTransaction = false;
+    std::optional<BusyState> busy; // from the user's Yes on
     try {
         if (selected < 2) {
             if (MsgBox(QStringLiteral("Are you sure you want to delete the selected rebate?"),
                        vb::vbYesNo | vb::vbQuestion | vb::vbDefaultButton2,
                        QStringLiteral("Delete Rebate?")) == vb::vbNo)
                 return false;
-            SetMousePointer(11);
-            SetStatusText(QStringLiteral("Deleting record..."));
+            busy.emplace(QStringLiteral("Deleting record..."));
             ListItem* item = lv->SelectedItem();
             if (!item)
                 throw VbError(VbError::ObjectNotSet);
@@ -1040,8 +1014,7 @@ bool frmSwitchboard::DeleteRebateRecord() {
                        vb::vbYesNo | vb::vbQuestion | vb::vbDefaultButton2,
                        QStringLiteral("Delete Rebates?")) == vb::vbNo)
                 return false;
-            SetMousePointer(11);
-            SetStatusText(QStringLiteral("Deleting records..."));
+            busy.emplace(QStringLiteral("Deleting records..."));
             if (!gDatabase)
                 throw VbError(VbError::ObjectNotSet);
             // One transaction for the lot: a write of its own costs a flush of the disk for
@@ -1078,12 +1051,10 @@ bool frmSwitchboard::DeleteRebateRecord() {
             }
         }
         DeleteIconsOf(marked);
-        SetStatusText(QStringLiteral("Error deleting record(s)..."));
-        SetMousePointer(0);
+        if (busy)
+            busy->Failed(QStringLiteral("Error deleting record(s)..."));
         LogError(e, kSource, QStringLiteral("DeleteRebateRecord()"));
     }
-    SetMousePointer(0);
-    SetStatusText(kReady);
     return true;
 }
 
@@ -1296,12 +1267,10 @@ void frmSwitchboard::mnuNewRebate_Click() {
 }
 
 bool frmSwitchboard::OpenRebate() {
-    SetMousePointer(11);
-    SetStatusText(QStringLiteral("Loading Rebate form..."));
+    BusyState busy(QStringLiteral("Loading Rebate form..."));
     if (RecordForm* form = RecordForm::Open()) {
         if (form->RecordChanged()) {
-            SetMousePointer(0);
-            SetStatusText(QStringLiteral("Unsaved record..."));
+            busy.Done(QStringLiteral("Unsaved record..."));
             MsgBox(QStringLiteral("Please save the current rebate record before attempting to "
                                   "edit another record."),
                    vb::vbOKOnly, QStringLiteral("Unsaved Rebate"));
@@ -1312,8 +1281,6 @@ bool frmSwitchboard::OpenRebate() {
     }
     gbNewRecord = false;
     RecordForm::Show();
-    SetMousePointer(0);
-    SetStatusText(kReady);
     return true;
 }
 
@@ -1323,7 +1290,6 @@ void frmSwitchboard::mnuEditRebate_Click() {
         if (lv && lv->ListItems().Count() > 0)
             OpenRebate();
     } catch (const VbError& e) {
-        SetMousePointer(0);
         LogError(e, objectName(), QStringLiteral("mnuEditRebate_Click"));
     }
 }
@@ -1336,7 +1302,7 @@ void frmSwitchboard::lv_DblClick(ListView* lv) {
 }
 
 void frmSwitchboard::lv_KeyPress(ListView* lv, int& keyAscii) {
-    if (keyAscii != 32 && keyAscii != 13)
+    if (keyAscii != vb::vbKeySpace && keyAscii != vb::vbKeyReturn)
         return;
     if (lv == lvNew) {
         mnuNewRebate_Click();
@@ -1382,9 +1348,8 @@ void frmSwitchboard::mnuSuggest_Click() {
 }
 
 void frmSwitchboard::SubmitSuggestion() {
-    SetMousePointer(11);
+    const BusyState busy(QString(), nullptr); // the pointer only, the status line stays
     OpenDocument(QStringLiteral("mailto:") + kSuggestionMailbox);
-    SetMousePointer(0);
 }
 
 void frmSwitchboard::Print() {
@@ -1399,11 +1364,9 @@ enum HelpCommand { kIntro, kContents, kSearch };
 }
 
 void frmSwitchboard::ShowHelp(int command) {
-    SetMousePointer(11);
-    SetStatusText(QStringLiteral("Loading help file..."));
+    BusyState busy(QStringLiteral("Loading help file..."));
     if (App::HelpFile().isEmpty()) {
-        SetMousePointer(0);
-        SetStatusText(QStringLiteral("No associated help..."));
+        busy.Failed(QStringLiteral("No associated help..."));
         Help::NoHelpBox(windowTitle());
     } else {
         switch (command) {
@@ -1418,8 +1381,6 @@ void frmSwitchboard::ShowHelp(int command) {
             break;
         }
     }
-    SetMousePointer(0);
-    SetStatusText(kReady);
 }
 
 void frmSwitchboard::mnuIntro_Click() {
@@ -1456,18 +1417,14 @@ void frmSwitchboard::Form_Unload() {
     QWidget* window = frame ? static_cast<QWidget*>(frame) : this;
     if (!window->isMinimized()) {
         const QRect geometry = window->geometry();
-        SaveSetting(kAppTitle, kSettings, QStringLiteral("SwitchboardLeft"),
-                    QString::number(geometry.x() * kTwipsPerPixel));
-        SaveSetting(kAppTitle, kSettings, QStringLiteral("SwitchboardTop"),
-                    QString::number(geometry.y() * kTwipsPerPixel));
-        SaveSetting(kAppTitle, kSettings, QStringLiteral("SwitchboardWidth"),
-                    QString::number(geometry.width() * kTwipsPerPixel));
-        SaveSetting(kAppTitle, kSettings, QStringLiteral("SwitchboardHeight"),
-                    QString::number(geometry.height() * kTwipsPerPixel));
+        WriteSetting(Setting::SwitchboardLeft, QString::number(geometry.x() * kTwipsPerPixel));
+        WriteSetting(Setting::SwitchboardTop, QString::number(geometry.y() * kTwipsPerPixel));
+        WriteSetting(Setting::SwitchboardWidth, QString::number(geometry.width() * kTwipsPerPixel));
+        WriteSetting(Setting::SwitchboardHeight,
+                     QString::number(geometry.height() * kTwipsPerPixel));
     }
-    for (const auto& [list, key] : kViewKeys)
-        SaveSetting(kAppTitle, kSettings, QString::fromLatin1(key),
-                    QString::number((this->*list)->View()));
+    for (const auto& [list, setting] : kViewKeys)
+        WriteSetting(*setting, QString::number((this->*list)->View()));
     try {
         while (KillFile(TempPath() + QStringLiteral("/~va*.rtf"))) {
         }

@@ -1,8 +1,8 @@
 // The Switchboard's Statistics page, its Find commands and the due alarm at start-up.
 
+#include "app/AppSettings.h"
 #include "common/core/Globals.h"
 #include "common/core/Regional.h"
-#include "common/core/Settings.h"
 #include "common/core/VbError.h"
 #include "common/ui/ListView.h"
 #include "common/ui/TabStrip.h"
@@ -62,12 +62,7 @@ void frmSwitchboard::ShowFindModeless() {
 void frmSwitchboard::ShowOverdueAtStart() {
     if (lvOverdue->ListItems().Count() <= 0)
         return;
-    bool alarm = true; // also when the stored value doesn't read as a Boolean
-    try {
-        alarm = CBool(GetSetting(kAppTitle, QStringLiteral("Options"), QStringLiteral("chkAlarm"),
-                                 QStringLiteral("1")));
-    } catch (const VbError&) {
-    }
-    if (alarm)
+    // A stored value that doesn't read as a Boolean counts as on.
+    if (ReadFlag(Setting::Alarm))
         tbsSwitch->Tabs().Item(QStringLiteral("Overdue"))->SetSelected(true);
 }

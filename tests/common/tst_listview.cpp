@@ -242,10 +242,10 @@ void tst_listview::columnClickAndWidths() {
                       QPoint(header->sectionViewportPosition(1) + 20, header->height() / 2));
     QCOMPARE(clicks.size(), 1);
     QCOMPARE(clicks.first().first().toInt(), 2);
-    lv.ColumnHeaders().Item(2)->SetWidth(1200);
+    lv.ColumnHeaders().Item(2)->SetWidthTwips(1200);
     QCOMPARE(header->sectionSize(1), 80);
-    QCOMPARE(lv.ColumnHeaders().Item(2)->Width(), 1200);
-    QCOMPARE(lv.Width(), 500 * 15);
+    QCOMPARE(lv.ColumnHeaders().Item(2)->WidthTwips(), 1200);
+    QCOMPARE(lv.WidthTwips(), 500 * 15);
 }
 
 void tst_listview::removeRows() {

@@ -326,19 +326,19 @@ void tst_switchboard::sizeListColumns() {
     QTest::mouseClick(board.Button("Details").Widget(), Qt::LeftButton);
     ListView* lv = board.form->GetCurrentLV();
     QCOMPARE(lv->View(), 3);
-    const int width = lv->Width();
-    QCOMPARE(lv->ColumnHeaders().Item(1)->Width(), qRound(width * 0.5));
+    const int width = lv->WidthTwips();
+    QCOMPARE(lv->ColumnHeaders().Item(1)->WidthTwips(), qRound(width * 0.5));
     if (tab == "New") {
-        QCOMPARE(lv->ColumnHeaders().Item(2)->Width(), width - (qRound(width * 0.5) + 350));
+        QCOMPARE(lv->ColumnHeaders().Item(2)->WidthTwips(), width - (qRound(width * 0.5) + 350));
     } else {
-        QCOMPARE(lv->ColumnHeaders().Item(2)->Width(), qRound(width * 0.3));
-        QCOMPARE(lv->ColumnHeaders().Item(3)->Width(),
+        QCOMPARE(lv->ColumnHeaders().Item(2)->WidthTwips(), qRound(width * 0.3));
+        QCOMPARE(lv->ColumnHeaders().Item(3)->WidthTwips(),
                  width - (qRound(width * 0.5) + qRound(width * 0.3) + 350));
-        QCOMPARE(lv->ColumnHeaders().Item(4)->Width(), 0);
+        QCOMPARE(lv->ColumnHeaders().Item(4)->WidthTwips(), 0);
     }
     // A wider window refits the columns.
     board.window->resize(board.window->width() + 150, board.window->height());
-    QTRY_COMPARE(lv->ColumnHeaders().Item(1)->Width(), qRound(lv->Width() * 0.5));
+    QTRY_COMPARE(lv->ColumnHeaders().Item(1)->WidthTwips(), qRound(lv->WidthTwips() * 0.5));
 }
 
 void tst_switchboard::viewsSavedAndRestored_data() {
@@ -683,7 +683,7 @@ void tst_switchboard::missingTableIsLogged() {
     QVERIFY2(text.contains("AddAllListItems()"), qPrintable(text));
     QVERIFY(text.contains("frmSwitchboard"));
     QCOMPARE(StatusText(), QString("Ready..."));
-    QCOMPARE(MousePointer(), 0);
+    QVERIFY(CurrentMousePointer() == MousePointer::Default);
     board.SelectTab("All"); // still working
     QCOMPARE(board.form->lvAll->ListItems().Count(), 0);
 }

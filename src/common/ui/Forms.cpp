@@ -54,18 +54,44 @@ bool IsFormLoaded(const QString& name) {
     return Forms::Find(name) != nullptr;
 }
 
-void SetMousePointer(int pointer) {
-    if (pointer == 11 && !gWaitCursorShown) {
+void SetMousePointer(MousePointer pointer) {
+    if (pointer == MousePointer::Hourglass && !gWaitCursorShown) {
         QApplication::setOverrideCursor(Qt::WaitCursor);
         gWaitCursorShown = true;
-    } else if (pointer == 0 && gWaitCursorShown) {
+    } else if (pointer == MousePointer::Default && gWaitCursorShown) {
         QApplication::restoreOverrideCursor();
         gWaitCursorShown = false;
     }
 }
 
-int MousePointer() {
-    return gWaitCursorShown ? 11 : 0;
+MousePointer CurrentMousePointer() {
+    return gWaitCursorShown ? MousePointer::Hourglass : MousePointer::Default;
+}
+
+BusyState::BusyState(const QString& status, StatusSetter setter, QString restingText)
+    : mSetter(std::move(setter)), mRestingText(std::move(restingText)) {
+    SetMousePointer(MousePointer::Hourglass);
+    if (mSetter)
+        mSetter(status);
+}
+
+BusyState::~BusyState() {
+    Done();
+}
+
+void BusyState::Failed(const QString& statusText) {
+    SetMousePointer(MousePointer::Default);
+    if (mSetter)
+        mSetter(statusText);
+}
+
+void BusyState::Done(const QString& statusText) {
+    if (mDone)
+        return;
+    mDone = true;
+    SetMousePointer(MousePointer::Default);
+    if (mSetter)
+        mSetter(statusText);
 }
 
 void SetStatusText(const QString& text) {

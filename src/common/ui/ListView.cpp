@@ -1,5 +1,7 @@
 #include "common/ui/ListView.h"
 
+#include "common/core/KeyCodes.h"
+#include "common/core/Twips.h"
 #include "common/core/VbError.h"
 #include "common/ui/MouseButtons.h"
 
@@ -17,7 +19,6 @@
 #include <algorithm>
 
 namespace {
-constexpr int kTwipsPerPixel = 15;
 constexpr int kLargeIconSize = 32;
 constexpr int kSmallIconSize = 16;
 // Past this many separate stretches of removed rows, the views are simply told to start over.
@@ -215,7 +216,7 @@ int ListItemCollection::RemoveIf(const std::function<bool(const ListItem&)>& pre
 
 // --- ColumnHeader -----------------------------------------------------------------------
 
-void ColumnHeader::SetWidth(int twips) {
+void ColumnHeader::SetWidthTwips(int twips) {
     mWidth = std::max(0, twips);
     mOwner->ApplyColumnWidth(*this);
 }
@@ -780,13 +781,13 @@ bool ListView::ViewKeyPressed(QKeyEvent* event) {
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        keyAscii = 13;
+        keyAscii = vb::vbKeyReturn;
         break;
     case Qt::Key_Escape:
-        keyAscii = 27;
+        keyAscii = vb::vbKeyEscape;
         break;
     case Qt::Key_Backspace:
-        keyAscii = 8;
+        keyAscii = vb::vbKeyBack;
         break;
     default:
         if (!(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) &&
@@ -799,7 +800,7 @@ bool ListView::ViewKeyPressed(QKeyEvent* event) {
     Q_EMIT KeyPress(keyAscii);
     if (keyAscii == 0)
         return true; // swallowed by the handler
-    if (keyAscii > 32) {
+    if (keyAscii > vb::vbKeySpace) {
         LetterSearch(QChar(keyAscii));
         return true;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/core/Twips.h"
+
 #include <QHash>
 #include <QIcon>
 #include <QPoint>
@@ -79,8 +81,8 @@ class ColumnHeader {
 public:
     int Index() const { return mIndex; }
     QString Text() const { return mText; }
-    int Width() const { return mWidth; }
-    void SetWidth(int twips);
+    int WidthTwips() const { return mWidth; }
+    void SetWidthTwips(int twips);
 
 private:
     friend class ColumnHeaderCollection;
@@ -151,8 +153,8 @@ public:
     bool Visible() const { return !isHidden(); }
     // Hiding keeps the keyboard focus: the list takes it back when shown again.
     void SetVisible(bool visible);
-    int Width() const { return width() * 15; } // twips
-    int Height() const { return height() * 15; }
+    int WidthTwips() const { return width() * kTwipsPerPixel; }
+    int HeightTwips() const { return height() * kTwipsPerPixel; }
 
     // Where the large and the small pictures come from, by the rows' icon keys.
     void SetIcons(IconLookup large, IconLookup small);

@@ -12,8 +12,8 @@ void SetColumnWidth(ListView* lv, int column, int twips) {
     if (column > lv->ColumnHeaders().Count())
         return;
     ColumnHeader* header = lv->ColumnHeaders().Item(column);
-    if (header->Width() != twips)
-        header->SetWidth(twips);
+    if (header->WidthTwips() != twips)
+        header->SetWidthTwips(twips);
 }
 } // namespace
 
@@ -36,7 +36,7 @@ void SizeListColumns(ListView* lv) {
     if (!lv)
         return;
     lv->SetVisible(false);
-    const int width = lv->Width();
+    const int width = lv->WidthTwips();
     const int first = qRound(width * 0.5);
     SetColumnWidth(lv, 1, first);
     if (lv->Name() == QLatin1String("lvNew")) {
