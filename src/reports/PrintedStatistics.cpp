@@ -66,7 +66,7 @@ private:
 };
 
 void PrintFailed() {
-    SetMousePointer(0);
+    SetMousePointer(MousePointer::Default);
     SetStatusText(QStringLiteral("Printing error..."));
     MsgBox(QStringLiteral("There was an error, please check your printer."), vb::vbOKOnly,
            QStringLiteral("Error"));
@@ -118,7 +118,7 @@ void PrintStatisticsSheet(const StatisticsSheet& sheet) {
     SetStatusText(QStringLiteral("Preparing to print..."));
     QPrinter printer(QPrinter::HighResolution);
     if (!TheDesktop().PrinterDialog(printer, Reports::DialogParent())) {
-        SetMousePointer(0);
+        SetMousePointer(MousePointer::Default);
         SetStatusText(QStringLiteral("Cancelled print job..."));
         return;
     }
@@ -126,7 +126,7 @@ void PrintStatisticsSheet(const StatisticsSheet& sheet) {
     const int copies = std::max(1, printer.copyCount());
     printer.setCopyCount(1);
     printer.setFullPage(true);
-    SetMousePointer(11);
+    SetMousePointer(MousePointer::Hourglass);
     SetStatusText(QStringLiteral("Printing statistics..."));
     const QDateTime now = Now();
     QPainter painter;
@@ -146,6 +146,6 @@ void PrintStatisticsSheet(const StatisticsSheet& sheet) {
         PrintFailed();
         return;
     }
-    SetMousePointer(0);
+    SetMousePointer(MousePointer::Default);
     SetStatusText(QStringLiteral("Ready..."));
 }

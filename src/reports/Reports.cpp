@@ -10,6 +10,7 @@
 #include "common/ui/ReportHooks.h"
 #include "data/Database.h"
 #include "data/Recordset.h"
+#include "data/ReportQueries.h"
 #include "reports/PrintedStatistics.h"
 #include "reports/ReportLayout.h"
 #include "reports/RtfDocument.h"
@@ -18,6 +19,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QHash>
 #include <QMdiArea>
 #include <QPainter>
 #include <QPrinter>
@@ -26,6 +28,8 @@
 #include <QTemporaryFile>
 #include <QTextDocument>
 #include <cmath>
+#include <optional>
+#include <vector>
 
 namespace {
 const QString kSource = QStringLiteral("frmSwitchboard");
@@ -34,42 +38,43 @@ const QString kReady = QStringLiteral("Ready...");
 constexpr int kInch = 1440; // twips
 constexpr double kTwipsPerInch = 1440.0;
 
-// The record of that id, at its row; nullptr when the store no longer holds it.
-std::unique_ptr<Recordset> OpenRecord(const QString& rebateID) {
-    std::unique_ptr<Recordset> rs =
-        gDatabase->OpenRecordset(QStringLiteral("Select * from Rebates"), dbOpenSnapshot);
-    const int key = rs->FieldIndex(QStringLiteral("RebateID"));
-    for (; !rs->IsEOF(); rs->MoveNext())
-        if (rs->Fields(key).toString() == rebateID)
-            return rs;
-    return nullptr;
-}
-
 // Appends one record with the status and pointer of composing; false when it could not be
 // read, after the error has been reported.
 bool AddRecord(RtfDocument& document, const Recordset& rs) {
-    SetMousePointer(11);
-    SetStatusText(QStringLiteral("Preparing export..."));
-    bool ok = true;
+    BusyState busy(QStringLiteral("Preparing export..."));
     try {
         AddRecordToRTF(document, rs);
+        return true;
     } catch (const VbError& e) {
+        busy.Failed(QStringLiteral("Error..."));
         LogError(e, kSource, QStringLiteral("AddRecordToRTF()"));
-        ok = false;
+        return false;
     }
-    SetMousePointer(0);
-    SetStatusText(kReady);
-    return ok;
 }
 
-// The selected records that the store still holds, in list order; false when one could not
-// be composed (nothing is then to be printed or shown).
+// The records of the ids that the store still holds, in the order of the ids, composed in
+// one walk of the table (each into a part of its own, joined in order at the end); false when
+// one could not be composed, and nothing is then to be printed or shown.
 bool ComposeRecords(RtfDocument& document, const QStringList& rebateIDs) {
-    for (const QString& id : rebateIDs) {
-        std::unique_ptr<Recordset> rs = OpenRecord(id);
-        if (rs && !AddRecord(document, *rs))
+    QHash<QString, qsizetype> wanted;
+    wanted.reserve(rebateIDs.size());
+    for (qsizetype i = 0; i < rebateIDs.size(); ++i)
+        wanted.insert(rebateIDs.at(i), i);
+    std::vector<std::optional<RtfDocument>> parts(static_cast<size_t>(rebateIDs.size()));
+    std::unique_ptr<Recordset> rs = OpenAllRebates();
+    const int key = rs->FieldIndex(QStringLiteral("RebateID"));
+    for (; !rs->IsEOF(); rs->MoveNext()) {
+        const auto found = wanted.constFind(rs->Fields(key).toString());
+        if (found == wanted.cend())
+            continue;
+        std::optional<RtfDocument>& part = parts[static_cast<size_t>(*found)];
+        part.emplace();
+        if (!AddRecord(*part, *rs))
             return false;
     }
+    for (const std::optional<RtfDocument>& part : parts)
+        if (part)
+            document.AppendDocument(*part);
     return true;
 }
 
@@ -81,7 +86,7 @@ void ReportFailure(const VbError& e) {
 
 void Rest() {
     SetStatusText(kReady);
-    SetMousePointer(0);
+    SetMousePointer(MousePointer::Default);
 }
 } // namespace
 
@@ -108,12 +113,15 @@ void RegisterHooks() {
 }
 
 void PrintToPrinter(const QString& rebateID) {
-    SetMousePointer(11);
+    SetMousePointer(MousePointer::Hourglass);
     SetStatusText(QStringLiteral("Preparing report..."));
     try {
         RtfDocument document;
-        std::unique_ptr<Recordset> rs = OpenRecord(rebateID);
-        if (!rs) {
+        if (!ComposeRecords(document, {rebateID})) {
+            Rest();
+            return;
+        }
+        if (document.IsEmpty()) {
             Rest();
             MsgBox(QStringLiteral("Unable to locate Record ID '") + rebateID +
                        QStringLiteral("' in the database. Please try printing the record from "
@@ -121,11 +129,8 @@ void PrintToPrinter(const QString& rebateID) {
                    vb::vbExclamation, QStringLiteral("Unable to Print"));
             return;
         }
-        if (AddRecord(document, *rs)) {
-            rs.reset();
-            PrintRTF1(document, kInch, kInch, kInch, kInch);
-            return; // the print leaves its own status
-        }
+        PrintRTF1(document, kInch, kInch, kInch, kInch);
+        return; // the print leaves its own status
     } catch (const VbError& e) {
         ReportFailure(e);
     }
@@ -135,7 +140,7 @@ void PrintToPrinter(const QString& rebateID) {
 void PrintSelected(const QStringList& rebateIDs) {
     if (rebateIDs.isEmpty())
         return;
-    SetMousePointer(11);
+    SetMousePointer(MousePointer::Hourglass);
     SetStatusText(QStringLiteral("Preparing report..."));
     try {
         RtfDocument document;
@@ -152,7 +157,7 @@ void PrintSelected(const QStringList& rebateIDs) {
 void PrintPreviewSelected(const QStringList& rebateIDs) {
     if (rebateIDs.isEmpty())
         return;
-    SetMousePointer(11);
+    SetMousePointer(MousePointer::Hourglass);
     SetStatusText(QStringLiteral("Preparing export..."));
     try {
         RtfDocument document;
@@ -165,7 +170,7 @@ void PrintPreviewSelected(const QStringList& rebateIDs) {
 }
 
 void PreviewStatistics(const StatisticsSheet& sheet) {
-    SetMousePointer(11);
+    SetMousePointer(MousePointer::Hourglass);
     SetStatusText(QStringLiteral("Preparing export..."));
     try {
         RtfDocument document;
@@ -265,10 +270,10 @@ void PrintRTF1(const RtfDocument& document, int leftMargin, int topMargin, int r
     QPrinter printer(QPrinter::HighResolution);
     if (!TheDesktop().PrinterDialog(printer, DialogParent())) {
         SetStatusText(QStringLiteral("Cancelled print job..."));
-        SetMousePointer(0);
+        SetMousePointer(MousePointer::Default);
         return;
     }
-    SetMousePointer(11);
+    SetMousePointer(MousePointer::Hourglass);
     // The copies are run here, each complete before the next, so they come out collated
     // whatever the driver does with a copy count.
     const int copies = std::max(1, printer.copyCount());
@@ -280,16 +285,16 @@ void PrintRTF1(const RtfDocument& document, int leftMargin, int topMargin, int r
             LayPages(document, printer, leftMargin, topMargin, rightMargin, bottomMargin, copies);
             break;
         } catch (const VbError& e) {
-            SetMousePointer(0);
+            SetMousePointer(MousePointer::Default);
             SetStatusText(QStringLiteral("Printing error..."));
             if (MsgBox(e.Description(), vb::vbRetryCancel | vb::vbQuestion,
                        QStringLiteral("Retry?")) != vb::vbRetry)
                 break;
-            SetMousePointer(11);
+            SetMousePointer(MousePointer::Hourglass);
             SetStatusText(QStringLiteral("Printing statistics..."));
         }
     }
-    SetMousePointer(0);
+    SetMousePointer(MousePointer::Default);
     SetStatusText(kReady);
 }
 

@@ -122,6 +122,27 @@ void RtfDocument::Append(const QString& text) {
     addRun(start, text.size());
 }
 
+void RtfDocument::AppendDocument(const RtfDocument& other) {
+    QList<int> fonts;
+    for (const QString& name : other.mFonts) {
+        SetFontName(name);
+        fonts.append(mFormat.font);
+    }
+    const auto remapped = [&fonts](Paragraph paragraph) {
+        for (Run& run : paragraph.runs)
+            run.font = fonts.value(run.font);
+        return paragraph;
+    };
+    auto paragraph = other.mParagraphs.begin();
+    if (mParagraphs.back().runs.empty())
+        mParagraphs.back() = remapped(*paragraph++);
+    for (; paragraph != other.mParagraphs.end(); ++paragraph)
+        mParagraphs.push_back(remapped(*paragraph));
+    mFormat = other.mFormat;
+    mFormat.font = fonts.value(other.mFormat.font);
+    mNextAlignment = other.mNextAlignment;
+}
+
 void RtfDocument::SetTabsAndHangingIndent(int first, const QList<int>& tabs, int hangingIndent) {
     for (size_t i = static_cast<size_t>(std::max(first, 0)); i < mParagraphs.size(); ++i) {
         mParagraphs[i].tabs = tabs;

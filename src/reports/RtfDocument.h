@@ -46,6 +46,10 @@ public:
     // next, which takes the paragraph format of the one it follows.
     void Append(const QString& text);
 
+    // Appends another document at the end: its first paragraph fills the last one here when
+    // that is still empty, as if its text had been appended here.
+    void AppendDocument(const RtfDocument& other);
+
     // Gives the paragraphs from `first` to the last one tab stops and a hanging indent.
     void SetTabsAndHangingIndent(int first, const QList<int>& tabs, int hangingIndent);
 
