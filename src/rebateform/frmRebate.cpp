@@ -16,6 +16,7 @@
 #include "common/ui/Forms.h"
 #include "common/ui/ImageList.h"
 #include "common/ui/MainFrame.h"
+#include "common/ui/ReportHooks.h"
 #include "common/ui/Toolbar.h"
 #include "data/RebateQueries.h"
 #include "rebateform/FieldEdit.h"
@@ -1603,4 +1604,9 @@ void frmRebate::cmdDial_Click() {
         TheEntryTools().ShowDialer(this, txtFields(RebateField::PhoneNumber)->text(),
                                    txtFields(RebateField::RebateName)->text());
 }
-void frmRebate::mnuPrint_Click() {}
+
+// Prints the record as the store holds it: edits not yet saved are not printed.
+void frmRebate::mnuPrint_Click() {
+    if (ReportHooks::Instance().PrintRecord)
+        ReportHooks::Instance().PrintRecord(RebateID());
+}

@@ -2,6 +2,7 @@
 
 #include "common/ui/EntryTools.h"
 #include "rebateform/frmRebate.h"
+#include "reports/Reports.h"
 #include "switchboard/frmSwitchboard.h"
 #include "tools/frmAutoDial.h"
 #include "tools/frmCalculator.h"
@@ -18,4 +19,5 @@ void WireFeatures() {
     tools.ShowWeekConverter = &WeekConverter;
     tools.ShowZoomBox = &DisplayZoomBox;
     tools.ShowDialer = &frmAutoDial::ShowModal;
+    Reports::RegisterHooks();
 }

@@ -447,6 +447,8 @@ void frmSwitchboard::BuildMenus() {
     };
     on(mnuPrintSelected, &frmSwitchboard::mnuPrintSelected_Click);
     on(mnuPrintStats, &frmSwitchboard::mnuPrintStats_Click);
+    on(mnuPrintPreview, &frmSwitchboard::mnuPrintPreview_Click);
+    on(mnuPrintPrevewStats, &frmSwitchboard::mnuPrintPrevewStats_Click);
     on(mnuExit, &frmSwitchboard::mnuExit_Click);
     on(mnuDeleteRebate, &frmSwitchboard::mnuDeleteRebate_Click);
     on(mnuSelectAll, &frmSwitchboard::mnuSelectAll_Click);
@@ -1339,10 +1341,6 @@ void frmSwitchboard::SubmitSuggestion() {
     const BusyState busy(QString(), nullptr); // the pointer only, the status line stays
     OpenDocument(QStringLiteral("mailto:") + kSuggestionMailbox);
 }
-
-void frmSwitchboard::mnuPrintSelected_Click() {}
-
-void frmSwitchboard::mnuPrintStats_Click() {}
 
 void frmSwitchboard::Print() {
     SetStatusText(QStringLiteral("Preparing to print..."));

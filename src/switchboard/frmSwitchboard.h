@@ -174,9 +174,12 @@ public Q_SLOTS:
     void mnuSearchForHelpOn_Click();
     void picSwitchboard_Click();
     void txtTCRLink_Click();
-    // Printing comes with the reports; until then these do nothing.
+    // The reports: the selected records printed or viewed in the word processor, the
+    // statistics (computed afresh) likewise.
     void mnuPrintSelected_Click();
+    void mnuPrintPreview_Click();
     void mnuPrintStats_Click();
+    void mnuPrintPrevewStats_Click();
     // Find: modal from the menus and the toolbar, with the last search text; modeless from F7.
     void mnuFind_Click();
     void ShowFindModeless();

@@ -1,5 +1,7 @@
 #include "ScriptedDesktop.h"
 
+#include <QPrinter>
+
 int ScriptedDesktop::MsgBox(const QString& prompt, int style, const QString& title) {
     const int answer = answers.isEmpty() ? vb::DefaultAnswer(style) : answers.takeFirst();
     boxes.append({prompt, style, title, answer});
@@ -19,9 +21,16 @@ bool ScriptedDesktop::OpenDocument(const QString& target) {
     return openDocumentResult;
 }
 
-bool ScriptedDesktop::PrinterDialog(QPrinter&, QWidget*) {
+bool ScriptedDesktop::PrinterDialog(QPrinter& printer, QWidget*) {
     ++printerDialogs;
-    return printerDialogResult;
+    if (!printerDialogResult)
+        return false;
+    if (!printerOutputFile.isEmpty()) {
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(printerOutputFile);
+    }
+    printer.setCopyCount(printerCopies);
+    return true;
 }
 
 QStringList ScriptedDesktop::Shown() const {

@@ -60,7 +60,11 @@ public:
     QStringList dialed;
     QList<int> dialResults;
     bool openDocumentResult = true;
+    // The printer dialog's answer; when accepted, the printer writes a PDF file to
+    // printerOutputFile (when one is given) with printerCopies copies.
     bool printerDialogResult = true;
+    QString printerOutputFile;
+    int printerCopies = 1;
     int printerDialogs = 0;
     int beeps = 0;
 };

@@ -6,6 +6,7 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPrintDialog>
 #include <QScreen>
 #include <QUrl>
@@ -143,8 +144,19 @@ bool QtDesktop::OpenDocument(const QString& target) {
 }
 
 bool QtDesktop::PrinterDialog(QPrinter& printer, QWidget* parent) {
+    const QPointer<QWidget> focus = QApplication::focusWidget();
     QPrintDialog dialog(&printer, parent);
-    return dialog.exec() == QDialog::Accepted;
+    // The reports print whole: no selection or page range to choose.
+    dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize |
+                      QAbstractPrintDialog::PrintCollateCopies);
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    // The keyboard goes back to where it was, whether or not a window manager hands the
+    // activation back to the owner.
+    if (focus) {
+        focus->activateWindow();
+        focus->setFocus(Qt::ActiveWindowFocusReason);
+    }
+    return accepted;
 }
 
 void QtDesktop::Beep() {

@@ -1,0 +1,253 @@
+#include "Fixture.h"
+#include "ProgramWindow.h"
+#include "RebateRows.h"
+#include "ReportReaders.h"
+#include "common/core/modUtilities.h"
+#include "common/ui/Forms.h"
+#include "common/ui/ListView.h"
+#include "common/ui/ReportHooks.h"
+#include "data/Database.h"
+#include "data/Recordset.h"
+#include "reports/ReportLayout.h"
+#include "reports/Reports.h"
+#include "reports/RtfDocument.h"
+#include "shell/frmMDI.h"
+#include "switchboard/frmSwitchboard.h"
+
+#include <QAction>
+#include <QDir>
+#include <QRegularExpression>
+#include <QTest>
+
+namespace {
+// A record with every kind of value the layout treats apart.
+RebateRow FullRecord() {
+    return {.RebateID = "20261101090000",
+            .RebateName = "Zoë's {Brace} \\Back",
+            .Address = "1 Main St\r\nApt 2\r\nSpringfield",
+            .PhoneNumber = "(555) 123-4567",
+            .ProductName = "Café ☕ 😀 שלום",
+            .PurchasePrice = 19.99,
+            .DatePurchased = QDate(2026, 10, 5),
+            .LocationPurchased = "Mall\r\nNorth Wing",
+            .RebateAmount = 10.0,
+            .PostagePrice = std::nullopt,
+            .CouponAmount = 2.5,
+            .Rejected = true,
+            .ReasonRejected = "Tab\there",
+            .Remarks = "Line one\nLine two"};
+}
+
+// The report of the rows, composed as the program composes it.
+RtfDocument ReportOf(const QStringList& ids) {
+    RtfDocument document;
+    for (const QString& id : ids) {
+        auto rs = gDatabase->OpenRecordset("select * from Rebates where RebateID = '" + id + "'");
+        rs->MoveFirst();
+        AddRecordToRTF(document, *rs);
+    }
+    return document;
+}
+
+QString WriteRtf(const QString& dir, const QString& name, const RtfDocument& document) {
+    QFile file(QDir(dir).filePath(name));
+    file.open(QIODevice::WriteOnly);
+    file.write(document.ToRtf());
+    return file.fileName();
+}
+
+// The report files the program left in the temporary folder.
+QStringList ReportFiles() {
+    return QDir(TempPath()).entryList({"~va*.rtf"}, QDir::Files);
+}
+} // namespace
+
+class tst_rtfreport : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() { InitTestResources(); }
+    void init() {
+        // Each test gets a temporary folder of its own.
+        mTemp = std::make_unique<QTemporaryDir>();
+        qputenv("TMPDIR", mTemp->path().toUtf8());
+    }
+    void cleanup() { mTemp.reset(); }
+
+    void escapesText_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QByteArray>("rtf");
+        QTest::newRow("braces and backslash") << "a{b}c\\d" << QByteArray("a\\{b\\}c\\\\d");
+        QTest::newRow("tab") << "a\tb" << QByteArray("a\\tab b");
+        QTest::newRow("accent") << "é" << QByteArray("\\u233?");
+        QTest::newRow("above 32767 is negative") << "\uFB01" << QByteArray("\\u-1279?");
+        QTest::newRow("emoji as two code units") << "😀" << QByteArray("\\u-10179?\\u-8704?");
+        QTest::newRow("right to left") << "ש" << QByteArray("\\u1513?");
+    }
+    void escapesText() {
+        QFETCH(QString, text);
+        QFETCH(QByteArray, rtf);
+        RtfDocument document;
+        document.Append(text);
+        const QByteArray out = document.ToRtf();
+        QVERIFY2(out.contains(rtf), out.constData());
+        for (char c : out)
+            QVERIFY(static_cast<unsigned char>(c) < 0x80);
+    }
+
+    // Both layouts as a word processor reads them (one run of the reader, which is slow to
+    // start): labels, tab, values by their rules; the statistics computed afresh.
+    void reportsReadBackInOffice() {
+        SKIP_WITHOUT_OFFICE();
+        Fixture fixture;
+        RebateRow blank{.RebateID = "2", .RebateName = "Second", .PurchasePrice = std::nullopt};
+        RebateRow bought{.RebateID = "3",
+                         .RebateName = "Third",
+                         .PurchasePrice = 1234.5,
+                         .RebateAmount = 10.0,
+                         .PostagePrice = 0.5,
+                         .CouponAmount = 1.5};
+        fixture.OpenDatabase({FullRecord(), blank});
+        const RtfDocument document = ReportOf({FullRecord().RebateID, "2"});
+        const QByteArray rtf = document.ToRtf();
+        QVERIFY(rtf.contains("\\qc\\li2880\\fi-2880\\tx2880\\f0\\fs24\\b"));
+        QVERIFY(rtf.contains("\\b\\ul Product Information"));
+        const QString records = WriteRtf(mTemp->path(), "records.rtf", document);
+
+        ProgramWindow window;
+        window.ClickTab("Unsent");
+        // A record added since the page was last shown: the report computes afresh.
+        InsertRebates({bought});
+        window.Switchboard().mnuPrintPrevewStats->trigger();
+        const ScriptedDesktop& desktop = fixture.Desktop();
+        QCOMPARE(desktop.openedDocuments.size(), 1);
+
+        const QStringList texts =
+            ReportReaders::OfficeText({records, desktop.openedDocuments.first()});
+        const QString text = texts.value(0);
+        QVERIFY2(text.contains("Zoë's {Brace} \\Back\n"), qPrintable(text));
+        for (const char* line :
+             {"Address: \t1 Main St, Apt 2, Springfield\n", "Place Purchased: \tMall, North Wing\n",
+              "Remarks: \tLine one, Line two\n", "Product Name: \tCafé ☕ 😀 שלום\n",
+              "Purchase Price: \t$19.99\n", "Coupon Amount: \t$2.50\n", "Postage Price: \t\n",
+              "Date Purchased: \t10/5/2026\n", "Rejected: \tYes\n",
+              "Reason Rejected: \tTab\there\n", "Rebate Contact Info\n", "Product Information\n",
+              "Submission Info\n"})
+            QVERIFY2(text.contains(QString::fromUtf8(line)), line);
+        // The second record follows in the same flow, its money Null and not rejected.
+        const QString second = text.mid(text.indexOf("Second\n"));
+        QVERIFY(second.contains("Purchase Price: \t\n"));
+        QVERIFY(second.contains("Rejected: \t\n"));
+
+        const QString stats = texts.value(1);
+        for (const char* line :
+             {"Vantry! Vantry! Statistics as of 11/23/2026 10:00:00 AM\n", "Expenditures\n",
+              "Total spent on products: \t\t$1,254.49\n", "Total Expenditures \t\t\t$1,254.99\n",
+              "Number of products purchased: \t\t3\n", "Congratulations!\n",
+              "You've purchased $1,254.99 worth of\n", "of your hard earned money!"})
+            QVERIFY2(stats.contains(QString::fromUtf8(line)), qPrintable(stats));
+    }
+
+    // What the Switchboard's "View Selected Rebates in Word Processor" leaves and shows.
+    void viewSelected_data() {
+        QTest::addColumn<QString>("tab");
+        QTest::addColumn<QList<int>>("rows");  // 1-based rows clicked with Ctrl
+        QTest::addColumn<bool>("removeFirst"); // the first selected record leaves the store
+        QTest::addColumn<QStringList>("names");
+        QTest::newRow("two rows in list order")
+            << "All" << QList<int>{2, 1} << false << QStringList{"Alpha", "Beta"};
+        QTest::newRow("a removed record is passed over")
+            << "All" << QList<int>{1, 2} << true << QStringList{"Beta"};
+        QTest::newRow("statistics tab") << "Statistics" << QList<int>{} << false << QStringList{};
+        QTest::newRow("new tab") << "New" << QList<int>{} << false << QStringList{};
+    }
+    void viewSelected() {
+        QFETCH(QString, tab);
+        QFETCH(QList<int>, rows);
+        QFETCH(bool, removeFirst);
+        QFETCH(QStringList, names);
+        Fixture fixture;
+        fixture.OpenDatabase(
+            {{.RebateID = "1", .RebateName = "Alpha"}, {.RebateID = "2", .RebateName = "Beta"}});
+        ProgramWindow window;
+        window.ClickTab(tab);
+        ListView* lv = window.Switchboard().GetCurrentLV();
+        if (lv)
+            for (int i = 1; i <= lv->ListItems().Count(); ++i)
+                lv->ListItems().Item(i)->SetSelected(rows.contains(i));
+        if (removeFirst)
+            gDatabase->Execute("delete from Rebates where RebateID = '1'");
+        window.Switchboard().mnuPrintPreview_Click();
+
+        const ScriptedDesktop& desktop = fixture.Desktop();
+        QCOMPARE(desktop.boxes.size(), 0);
+        QCOMPARE(desktop.openedDocuments.size(), names.isEmpty() ? 0 : 1);
+        QCOMPARE(ReportFiles().size(), names.isEmpty() ? 0 : 1);
+        if (names.isEmpty())
+            return;
+        const QString path = desktop.openedDocuments.first();
+        QVERIFY(QFileInfo(path).fileName().startsWith("~van"));
+        QCOMPARE(QFileInfo(path).absolutePath(), TempPath());
+        const QString rtf = QString::fromLatin1(ReadFile(path));
+        QStringList found;
+        for (const QString& name : {QString("Alpha"), QString("Beta")})
+            if (rtf.contains(QRegularExpression("\\\\fs24\\\\b(\\\\ulnone)? " + name)))
+                found.append(name);
+        QCOMPARE(found, names);
+        QVERIFY(rtf.indexOf("Alpha") < 0 || rtf.indexOf("Alpha") < rtf.indexOf("Beta"));
+        QCOMPARE(StatusText(), QString("Ready..."));
+    }
+
+    // A report that can't be written or shown says so and leaves no report file.
+    void reportFileFaults_data() {
+        QTest::addColumn<bool>("folderMissing");
+        QTest::addColumn<bool>("desktopTakes");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("prompt");
+        QTest::addColumn<int>("files");
+        QTest::newRow("no temporary folder") << true << true << "Error Creating Temp File"
+                                             << "Unable to create temporary file." << 0;
+        QTest::newRow("no program for RTF")
+            << false << false << "Unable to Display"
+            << "Unable to display report in default RTF editor." << 1;
+    }
+    void reportFileFaults() {
+        QFETCH(bool, folderMissing);
+        QFETCH(bool, desktopTakes);
+        QFETCH(QString, title);
+        QFETCH(QString, prompt);
+        QFETCH(int, files);
+        Fixture fixture;
+        fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Alpha"}});
+        if (folderMissing)
+            qputenv("TMPDIR", (mTemp->path() + "/gone").toUtf8());
+        fixture.Desktop().openDocumentResult = desktopTakes;
+        Reports::PrintPreviewSelected({"1"});
+        const ScriptedDesktop& desktop = fixture.Desktop();
+        QCOMPARE(desktop.boxes.size(), 1);
+        QCOMPARE(desktop.boxes[0].title, title);
+        QCOMPARE(desktop.boxes[0].prompt, prompt);
+        QCOMPARE(desktop.boxes[0].style, 48);
+        QCOMPARE(QDir(mTemp->path()).entryList({"~va*"}, QDir::Files).size(), files);
+        QCOMPARE(StatusText(), QString("Ready..."));
+    }
+
+    // The Switchboard's unload removes the report files of the session.
+    void unloadRemovesReportFiles() {
+        Fixture fixture;
+        fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Alpha"}});
+        Reports::PrintPreviewSelected({"1"});
+        Reports::PrintPreviewSelected({"1"});
+        QCOMPARE(ReportFiles().size(), 2);
+        {
+            ProgramWindow window;
+            window.Switchboard().Form_Unload();
+        }
+        QCOMPARE(ReportFiles().size(), 0);
+    }
+
+private:
+    std::unique_ptr<QTemporaryDir> mTemp;
+};
+
+QTEST_MAIN(tst_rtfreport)
+#include "tst_rtfreport.moc"
