@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <functional>
 #include <memory>
@@ -94,6 +95,8 @@ private:
     void ReadMembers();
 
     std::unique_ptr<Recordset> mRS;
+    // The columns whose stored values couldn't be read, with their members' stand-ins.
+    QHash<QString, QVariant> mUnreadable;
 
     QString msRebateID;
     QString msRebateName;

@@ -539,7 +539,7 @@ void Recordset::Update() {
         throw store::SqlFailure(query.lastError(), dbError::QueryError);
     for (const QVariant& value : values)
         query.addBindValue(value);
-    if (!query.exec())
+    if (!store::ExecWaiting(query, mConnection->lockWaitMs))
         throw store::SqlFailure(query.lastError(), dbError::DiskError);
 
     if (mEditMode == dbEditInProgress) {
@@ -566,7 +566,7 @@ void Recordset::Delete() {
     QSqlQuery query(mConnection->Checked());
     query.prepare(QStringLiteral("DELETE FROM %1 WHERE rowid = ?").arg(Quoted(mTable)));
     query.addBindValue(QVariant(static_cast<qlonglong>(mRowIds[row])));
-    if (!query.exec())
+    if (!store::ExecWaiting(query, mConnection->lockWaitMs))
         throw store::SqlFailure(query.lastError(), dbError::DiskError);
     ClearEdit();
     mGone[row] = 1;

@@ -1,4 +1,5 @@
 #include "Fixture.h"
+#include "app/AppSettings.h"
 #include "app/cLogErr.h"
 #include "common/core/Clock.h"
 #include "common/core/Settings.h"
@@ -46,7 +47,9 @@ private Q_SLOTS:
     void purge_data();
     void purge();
     void displayMissingLog();
+    void unwritableLog_data();
     void unwritableLog();
+    void unwritableSettingsToldOnce();
     void trapHelper();
     void systemMemoryFigures();
 
@@ -212,21 +215,60 @@ void tst_errorlog::displayMissingLog() {
     QCOMPARE(gErrorLog->Display().toUtf8(), ReadFile(mFixture->LogPath()));
 }
 
+void tst_errorlog::unwritableLog_data() {
+    QTest::addColumn<QString>("log"); // "" for a folder where the log should be
+    QTest::addColumn<QString>("why");
+    QTest::newRow("log is a folder") << ""
+                                     << "Path/File access error";
+    QTest::newRow("disk full") << "/dev/full"
+                               << "Disk full";
+    // Refused even to root, which write permissions don't bind.
+    QTest::newRow("write refused") << "/sys/kernel/notes"
+                                   << "Permission denied";
+}
+
 void tst_errorlog::unwritableLog() {
-    QVERIFY(QDir().mkpath(mFixture->LogPath()));
-    gErrorLog->LogIt(3021, "No current record.", "frmRebate", "cmdOK_Click");
+    QFETCH(QString, log);
+    QFETCH(QString, why);
+    if (log.isEmpty())
+        QVERIFY(QDir().mkpath(mFixture->LogPath()));
+    else if (!QFileInfo::exists(log))
+        QSKIP("this system has no such file");
+    else
+        gErrorLog->Init(std::nullopt, log);
+    gErrorLog->LogIt(3027, "Cannot update. Database or object is read-only.", "frmRebate",
+                     "cmdOK_Click", QString(), 48, "Vantry! Vantry! Error");
     const auto& boxes = mFixture->Desktop().boxes;
-    QCOMPARE(boxes.size(), 1);
+    QCOMPARE(boxes.size(), 2);
     QCOMPARE(boxes[0].title, QString("Error Writing Log File"));
     QCOMPARE(boxes[0].style, 48);
-    QVERIFY(!boxes[0].prompt.isEmpty());
-    QVERIFY(!boxes[0].prompt.contains("No current record."));
+    QCOMPARE(boxes[0].prompt, why);
+    // The failed save is still told, the log's failure below it.
+    QCOMPARE(boxes[1].title, QString("Vantry! Vantry! Error"));
+    QCOMPARE(boxes[1].prompt, "Cannot update. Database or object is read-only.\r\nThe error log "
+                              "could not be written: " +
+                                  why + ".\r\n\r\n" + kSteps);
 
-    QCOMPARE(ErrorOf([] { gErrorLog->Display(); }), 75);
+    if (log.isEmpty()) {
+        QCOMPARE(ErrorOf([] { gErrorLog->Display(); }), 75);
+        gErrorLog->Init(std::nullopt, mFixture->ProgramDir() + "other.log");
+        gErrorLog->LogIt(5, "Later", "frmMDI", "Form_Load");
+        QVERIFY(ReadFile(mFixture->ProgramDir() + "other.log").contains("Description:\t\tLater"));
+    }
+}
 
-    gErrorLog->Init(std::nullopt, mFixture->ProgramDir() + "other.log");
-    gErrorLog->LogIt(5, "Later", "frmMDI", "Form_Load");
-    QVERIFY(ReadFile(mFixture->ProgramDir() + "other.log").contains("Description:\t\tLater"));
+void tst_errorlog::unwritableSettingsToldOnce() {
+    // A file where the settings folder should be: no user can write there.
+    QFile blocker(mFixture->ProgramDir() + "blocker");
+    QVERIFY(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    SettingsStore::SetDirectory(mFixture->ProgramDir() + "blocker/settings");
+    WriteSetting(Setting::MainLeft, "100");
+    WriteSetting(Setting::MainTop, "200");
+    const auto& boxes = mFixture->Desktop().boxes;
+    QCOMPARE(boxes.size(), 1);
+    QVERIFY(boxes[0].prompt.contains("could not be written"));
+    QCOMPARE(mFixture->LogText().count("Error Number:\t\t75\r\n"), 1);
 }
 
 void tst_errorlog::trapHelper() {
