@@ -224,7 +224,8 @@ std::unique_ptr<Database> Database::Open(const QString& path) {
     // A write-ahead log keeps the save of one record to one short sync however large the
     // table grows. It is only set on a real database (an empty file stays untouched), and
     // where the folder can't hold the log the engine keeps its default journal.
-    if (hasSchema && !connection->readOnly)
+    // Only this program's own file is switched: another program's file stays as it is.
+    if (hasSchema && !connection->readOnly && connection->Table(QStringLiteral("Rebates")))
         QSqlQuery(connection->db).exec(QStringLiteral("PRAGMA journal_mode=WAL"));
     return std::unique_ptr<Database>(new Database(std::move(connection)));
 }
