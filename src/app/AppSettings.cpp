@@ -1,5 +1,6 @@
 #include "app/AppSettings.h"
 
+#include "app/cLogErr.h"
 #include "common/core/Regional.h"
 #include "common/core/Settings.h"
 #include "common/core/VbError.h"
@@ -64,7 +65,18 @@ QString ReadSetting(const SettingSpec& setting) {
 }
 
 void WriteSetting(const SettingSpec& setting, const QString& value) {
-    SaveSetting(kAppTitle, QLatin1String(setting.section), QLatin1String(setting.key), value);
+    // A settings file that can't be written is told once: every window's close writes its
+    // position, and the same failure each time says nothing new.
+    static bool failureLogged = false;
+    if (SaveSetting(kAppTitle, QLatin1String(setting.section), QLatin1String(setting.key), value) ||
+        failureLogged)
+        return;
+    failureLogged = true;
+    LogError(VbError(VbError::PathFileAccess,
+                     QStringLiteral("The settings file '%1' could not be written; settings "
+                                    "changed now will not be kept.")
+                         .arg(SettingsStore::FileFor(kAppTitle))),
+             QStringLiteral("AppSettings"), QStringLiteral("WriteSetting"));
 }
 
 bool ReadFlag(const SettingSpec& setting) {

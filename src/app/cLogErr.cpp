@@ -11,6 +11,7 @@
 #include <QHash>
 #include <QStringList>
 #include <algorithm>
+#include <cerrno>
 #include <limits>
 #include <sys/resource.h>
 #include <sys/sysinfo.h>
@@ -84,12 +85,18 @@ QString ActiveControlName() {
     }
 }
 
-// Why a file operation failed, in the words of the old file errors.
-QString FileFailure(const QFile& file) {
-    switch (file.error()) {
-    case QFileDevice::PermissionsError:
+// Why a file operation failed, in the words of the old file errors. The system's own reason
+// (errno, read right after the failing call) says more than QFile's error kinds, which
+// report a refused open or a full disk only as an open or a write error.
+QString FileFailure(int systemError) {
+    switch (systemError) {
+    case EACCES:
+    case EPERM:
+    case EROFS:
         return QStringLiteral("Permission denied");
-    case QFileDevice::ResourceError:
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
         return QStringLiteral("Disk full");
     default:
         return VbError::StandardDescription(VbError::PathFileAccess);
@@ -146,8 +153,9 @@ void cLogErr::LogIt(int Err_Number, const QString& Err_Desc, const QString& Err_
         const MemoryStatus memory =
             gMemoryStatusSource ? gMemoryStatusSource() : ReadMemoryStatus();
         QFile file(mLogFile);
+        errno = 0;
         if (!file.open(QIODevice::WriteOnly | QIODevice::Append)) {
-            MsgBox(FileFailure(file), vb::vbExclamation, QStringLiteral("Error Writing Log File"));
+            ReportUnwrittenLog(FileFailure(errno), Err_Desc, Err_Icon, Err_Title);
             return;
         }
         QStringList lines{
@@ -172,15 +180,26 @@ void cLogErr::LogIt(int Err_Number, const QString& Err_Desc, const QString& Err_
               << QString(50, QLatin1Char('*'));
         // One write of the whole block, so an entry is never split by a failure halfway.
         const QByteArray block = (lines.join(kCrLf) + kCrLf).toUtf8();
+        errno = 0;
         if (file.write(block) != block.size() || !file.flush()) {
-            const QString failure = FileFailure(file);
+            const QString failure = FileFailure(errno);
             file.close();
-            MsgBox(failure, vb::vbExclamation, QStringLiteral("Error Writing Log File"));
+            ReportUnwrittenLog(failure, Err_Desc, Err_Icon, Err_Title);
             return;
         }
         file.close();
     }
     DbgBox(message, Err_Icon, Err_Title);
+}
+
+// The log's own failure never hides the error it was to record: the user still sees that
+// error (a save that failed, say), with the log's failure as its second line.
+void cLogErr::ReportUnwrittenLog(const QString& failure, const QString& Err_Desc, int Err_Icon,
+                                 const QString& Err_Title) {
+    MsgBox(failure, vb::vbExclamation, QStringLiteral("Error Writing Log File"));
+    DbgBox(UserMessage(Err_Desc + kCrLf + QStringLiteral("The error log could not be written: ") +
+                       failure + QLatin1Char('.')),
+           Err_Icon, Err_Title);
 }
 
 void cLogErr::DbgBox(const QString& Message, int Style, const QString& Title) {

@@ -68,6 +68,9 @@ public:
     static void SetMemoryStatusSource(std::function<MemoryStatus()> source);
 
 private:
+    void ReportUnwrittenLog(const QString& failure, const QString& Err_Desc, int Err_Icon,
+                            const QString& Err_Title);
+
     QString mAppName;
     QString mLogFile;
     QString mProgramName;

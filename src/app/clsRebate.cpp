@@ -77,6 +77,32 @@ void clsRebate::OpenKey(const QString& rebateID) {
 
 void clsRebate::ReadMembers() {
     const Recordset& rs = *mRS;
+    mUnreadable.clear();
+    // A value its column can't hold (text for money, an impossible date, 'yes' for a Boolean)
+    // gives its member a stand-in, and stays in the store as it is unless the user changes it.
+    const auto money = [&](const QString& column) {
+        try {
+            return MoneyOf(rs.Fields(column));
+        } catch (const VbError&) {
+            mUnreadable.insert(column, 0.0);
+            return 0.0;
+        }
+    };
+    const auto boolean = [&](const QString& column) {
+        try {
+            return BooleanOf(rs.Fields(column));
+        } catch (const VbError&) {
+            mUnreadable.insert(column, false);
+            return false;
+        }
+    };
+    const auto date = [&](const QString& column) {
+        const QVariant value = rs.Fields(column);
+        const QString text = TextOf(value);
+        if (value.metaType().id() == QMetaType::QString && !text.isEmpty())
+            mUnreadable.insert(column, text); // shown as stored
+        return text;
+    };
     msRebateID = TextOf(rs.Fields(QStringLiteral("RebateID")));
     msRebateName = TextOf(rs.Fields(QStringLiteral("RebateName")));
     msAddress = TextOf(rs.Fields(QStringLiteral("Address")));
@@ -84,22 +110,22 @@ void clsRebate::ReadMembers() {
     msEmail = TextOf(rs.Fields(QStringLiteral("Email")));
     msWebSite = TextOf(rs.Fields(QStringLiteral("WebSite")));
     msProductName = TextOf(rs.Fields(QStringLiteral("ProductName")));
-    mdPurchasePrice = MoneyOf(rs.Fields(QStringLiteral("PurchasePrice")));
-    msDatePurchased = TextOf(rs.Fields(QStringLiteral("DatePurchased")));
-    msExpDate = TextOf(rs.Fields(QStringLiteral("ExpDate")));
+    mdPurchasePrice = money(QStringLiteral("PurchasePrice"));
+    msDatePurchased = date(QStringLiteral("DatePurchased"));
+    msExpDate = date(QStringLiteral("ExpDate"));
     msLocationPurchased = TextOf(rs.Fields(QStringLiteral("LocationPurchased")));
-    mdRebateAmount = MoneyOf(rs.Fields(QStringLiteral("RebateAmount")));
-    mdPostagePrice = MoneyOf(rs.Fields(QStringLiteral("PostagePrice")));
-    mdCouponAmount = MoneyOf(rs.Fields(QStringLiteral("CouponAmount")));
-    msDateSent = TextOf(rs.Fields(QStringLiteral("DateSent")));
-    msDateDue = TextOf(rs.Fields(QStringLiteral("DateDue")));
-    mdAmountReceived = MoneyOf(rs.Fields(QStringLiteral("AmountReceived")));
-    msFollowupDate = TextOf(rs.Fields(QStringLiteral("FollowupDate")));
-    mdFollowupPostage = MoneyOf(rs.Fields(QStringLiteral("FollowupPostage")));
-    msDateReceived = TextOf(rs.Fields(QStringLiteral("DateReceived")));
-    mbRejected = BooleanOf(rs.Fields(QStringLiteral("Rejected")));
+    mdRebateAmount = money(QStringLiteral("RebateAmount"));
+    mdPostagePrice = money(QStringLiteral("PostagePrice"));
+    mdCouponAmount = money(QStringLiteral("CouponAmount"));
+    msDateSent = date(QStringLiteral("DateSent"));
+    msDateDue = date(QStringLiteral("DateDue"));
+    mdAmountReceived = money(QStringLiteral("AmountReceived"));
+    msFollowupDate = date(QStringLiteral("FollowupDate"));
+    mdFollowupPostage = money(QStringLiteral("FollowupPostage"));
+    msDateReceived = date(QStringLiteral("DateReceived"));
+    mbRejected = boolean(QStringLiteral("Rejected"));
     msReasonRejected = TextOf(rs.Fields(QStringLiteral("ReasonRejected")));
-    mbDeleted = BooleanOf(rs.Fields(QStringLiteral("Deleted")));
+    mbDeleted = boolean(QStringLiteral("Deleted"));
     msRemarks = TextOf(rs.Fields(QStringLiteral("Remarks")));
 }
 
@@ -159,6 +185,14 @@ void clsRebate::Requery() {
 
 void clsRebate::Update() {
     Recordset& rs = *mRS;
+    // Writes a member unless it is the unchanged stand-in for a value that couldn't be read.
+    const auto write = [this, &rs](const QString& column, const QVariant& value) {
+        const auto unreadable = mUnreadable.constFind(column);
+        const QVariant member = value.isNull() ? QVariant(QString()) : value;
+        if (unreadable != mUnreadable.constEnd() && unreadable.value() == member)
+            return;
+        rs.SetField(column, value);
+    };
     if (!rs.IsEOF()) {
         // An edit writes the one record it was opened on, or nothing.
         RebateQueries::RequireOneRebate(rs, mKey);
@@ -167,30 +201,30 @@ void clsRebate::Update() {
     } else {
         rs.AddNew();
     }
-    rs.SetField(QStringLiteral("RebateID"), msRebateID);
-    rs.SetField(QStringLiteral("RebateName"), msRebateName);
-    rs.SetField(QStringLiteral("Address"), msAddress);
-    rs.SetField(QStringLiteral("PhoneNumber"), msPhoneNumber);
-    rs.SetField(QStringLiteral("Email"), NullIfBlank(msEmail));
-    rs.SetField(QStringLiteral("WebSite"), NullIfBlank(msWebSite));
-    rs.SetField(QStringLiteral("ProductName"), msProductName);
-    rs.SetField(QStringLiteral("PurchasePrice"), mdPurchasePrice);
-    rs.SetField(QStringLiteral("ExpDate"), NullIfBlank(msExpDate));
-    rs.SetField(QStringLiteral("DatePurchased"), NullIfBlank(msDatePurchased));
-    rs.SetField(QStringLiteral("LocationPurchased"), NullIfBlank(msLocationPurchased));
-    rs.SetField(QStringLiteral("RebateAmount"), mdRebateAmount);
-    rs.SetField(QStringLiteral("PostagePrice"), mdPostagePrice);
-    rs.SetField(QStringLiteral("CouponAmount"), mdCouponAmount);
-    rs.SetField(QStringLiteral("DateSent"), NullIfBlank(msDateSent));
-    rs.SetField(QStringLiteral("DateDue"), NullIfBlank(msDateDue));
-    rs.SetField(QStringLiteral("AmountReceived"), mdAmountReceived);
-    rs.SetField(QStringLiteral("FollowupDate"), NullIfBlank(msFollowupDate));
-    rs.SetField(QStringLiteral("FollowupPostage"), mdFollowupPostage);
-    rs.SetField(QStringLiteral("DateReceived"), NullIfBlank(msDateReceived));
-    rs.SetField(QStringLiteral("Rejected"), mbRejected);
-    rs.SetField(QStringLiteral("ReasonRejected"), NullIfBlank(msReasonRejected));
-    rs.SetField(QStringLiteral("Deleted"), mbDeleted);
-    rs.SetField(QStringLiteral("Remarks"), NullIfBlank(msRemarks));
+    write(QStringLiteral("RebateID"), msRebateID);
+    write(QStringLiteral("RebateName"), msRebateName);
+    write(QStringLiteral("Address"), msAddress);
+    write(QStringLiteral("PhoneNumber"), msPhoneNumber);
+    write(QStringLiteral("Email"), NullIfBlank(msEmail));
+    write(QStringLiteral("WebSite"), NullIfBlank(msWebSite));
+    write(QStringLiteral("ProductName"), msProductName);
+    write(QStringLiteral("PurchasePrice"), mdPurchasePrice);
+    write(QStringLiteral("ExpDate"), NullIfBlank(msExpDate));
+    write(QStringLiteral("DatePurchased"), NullIfBlank(msDatePurchased));
+    write(QStringLiteral("LocationPurchased"), NullIfBlank(msLocationPurchased));
+    write(QStringLiteral("RebateAmount"), mdRebateAmount);
+    write(QStringLiteral("PostagePrice"), mdPostagePrice);
+    write(QStringLiteral("CouponAmount"), mdCouponAmount);
+    write(QStringLiteral("DateSent"), NullIfBlank(msDateSent));
+    write(QStringLiteral("DateDue"), NullIfBlank(msDateDue));
+    write(QStringLiteral("AmountReceived"), mdAmountReceived);
+    write(QStringLiteral("FollowupDate"), NullIfBlank(msFollowupDate));
+    write(QStringLiteral("FollowupPostage"), mdFollowupPostage);
+    write(QStringLiteral("DateReceived"), NullIfBlank(msDateReceived));
+    write(QStringLiteral("Rejected"), mbRejected);
+    write(QStringLiteral("ReasonRejected"), NullIfBlank(msReasonRejected));
+    write(QStringLiteral("Deleted"), mbDeleted);
+    write(QStringLiteral("Remarks"), NullIfBlank(msRemarks));
     try {
         rs.Update();
     } catch (const VbError& e) {

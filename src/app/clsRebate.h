@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <functional>
 #include <memory>
@@ -97,6 +98,8 @@ private:
 
     std::unique_ptr<Recordset> mRS;
     QString mKey; // the RebateID the recordset was opened on
+    // The columns whose stored values couldn't be read, with their members' stand-ins.
+    QHash<QString, QVariant> mUnreadable;
 
     QString msRebateID;
     QString msRebateName;

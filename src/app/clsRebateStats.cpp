@@ -10,13 +10,24 @@
 
 namespace {
 
+// A value the column can't hold (text in a money column, 'yes' for a Boolean) is counted
+// nowhere: it reads as Null, and the rest of its row still counts.
+template <typename Read> auto OrNull(const QVariant& value, Read read, decltype(read(value)) null) {
+    try {
+        return read(value);
+    } catch (const VbError&) {
+        return null;
+    }
+}
+
 // NZ(value, 0) as currency.
 Currency MoneyOf(const QVariant& value) {
     if (value.isNull())
         return Currency();
     if (value.metaType() == QMetaType::fromType<Currency>())
         return value.value<Currency>();
-    return CCur(value);
+    return OrNull(
+        value, [](const QVariant& v) { return CCur(v); }, Currency());
 }
 
 // Three-valued tests: a Null operand makes the condition Null, which counts as false.
@@ -25,18 +36,25 @@ enum class Tri { False, True, Null };
 Tri IsTrue(const QVariant& value) {
     if (value.isNull())
         return Tri::Null;
-    const bool truth = value.metaType().id() == QMetaType::Bool ? value.toBool() : CBool(value);
-    return truth ? Tri::True : Tri::False;
+    if (value.metaType().id() == QMetaType::Bool)
+        return value.toBool() ? Tri::True : Tri::False;
+    return OrNull(
+        value, [](const QVariant& v) { return CBool(v) ? Tri::True : Tri::False; }, Tri::Null);
 }
 
 Tri Compare(const QVariant& value, bool above) {
     if (value.isNull())
         return Tri::Null;
     const bool isCurrency = value.metaType() == QMetaType::fromType<Currency>();
-    const bool result = above
-                            ? (isCurrency ? value.value<Currency>().Raw() > 0 : CDbl(value) > 0)
-                            : (isCurrency ? value.value<Currency>().Raw() == 0 : CDbl(value) == 0);
-    return result ? Tri::True : Tri::False;
+    return OrNull(
+        value,
+        [above, isCurrency](const QVariant& v) {
+            const bool result = above
+                                    ? (isCurrency ? v.value<Currency>().Raw() > 0 : CDbl(v) > 0)
+                                    : (isCurrency ? v.value<Currency>().Raw() == 0 : CDbl(v) == 0);
+            return result ? Tri::True : Tri::False;
+        },
+        Tri::Null);
 }
 
 Tri Not(Tri value) {

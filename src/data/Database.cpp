@@ -3,11 +3,14 @@
 #include "common/core/modUtilities.h"
 #include "data/StoreConnection.h"
 
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QUrl>
+#include <algorithm>
 #include <atomic>
+#include <optional>
 
 std::unique_ptr<Database> gDatabase;
 
@@ -67,6 +70,32 @@ Kind KindOfDeclaredType(const QString& declaredType) {
     return Kind::Other;
 }
 
+namespace {
+std::function<void(bool)> gWaitHook;
+constexpr int kLockTryMs = 100; // the engine's own wait per try
+
+bool IsLocked(const QSqlError& error) {
+    const int code = error.nativeErrorCode().toInt() & 0xff;
+    return code == 5 || code == 6; // SQLITE_BUSY, SQLITE_LOCKED
+}
+} // namespace
+
+bool ExecWaiting(QSqlQuery& query, int waitMs) {
+    if (query.exec() || !IsLocked(query.lastError()))
+        return query.lastError().type() == QSqlError::NoError;
+    QElapsedTimer waited;
+    waited.start();
+    bool done = false;
+    while (!done && IsLocked(query.lastError()) && waited.elapsed() < waitMs) {
+        if (gWaitHook)
+            gWaitHook(true);
+        done = query.exec();
+    }
+    if (gWaitHook)
+        gWaitHook(false);
+    return done;
+}
+
 VbError SqlFailure(const QSqlError& error, int fallback) {
     const QString engineText = error.databaseText().isEmpty() ? error.text() : error.databaseText();
     // Extended result codes: the primary code is the low byte.
@@ -75,7 +104,9 @@ VbError SqlFailure(const QSqlError& error, int fallback) {
     case 5: // SQLITE_BUSY
     case 6: // SQLITE_LOCKED
         return VbError(dbError::Locked,
-                       QStringLiteral("Couldn't update; currently locked (%1).").arg(engineText));
+                       QStringLiteral("Couldn't update; the database file is locked by another "
+                                      "program (%1).")
+                           .arg(engineText));
     case 8: // SQLITE_READONLY
         return VbError(
             dbError::ReadOnly,
@@ -114,6 +145,10 @@ namespace {
 std::atomic<int> gConnectionCounter{0};
 }
 
+void SetStoreWaitHook(std::function<void(bool)> hook) {
+    store::gWaitHook = std::move(hook);
+}
+
 std::unique_ptr<Database> Database::Open(const QString& path) {
     if (!FileExists(path))
         throw VbError(dbError::FileNotFound, QStringLiteral("Couldn't find file '%1'.").arg(path));
@@ -121,42 +156,83 @@ std::unique_ptr<Database> Database::Open(const QString& path) {
     auto connection = std::make_shared<store::Connection>();
     connection->connectionName = QStringLiteral("vantry-%1").arg(++gConnectionCounter);
     connection->path = path;
-    connection->db =
-        QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection->connectionName);
-    // mode=rw: open for writing (or reading, if write-protected) but never create the file.
-    connection->db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_URI"));
-    connection->db.setDatabaseName(
-        QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toString(QUrl::FullyEncoded) +
-        QStringLiteral("?mode=rw"));
+    const QString fileUrl =
+        QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toString(QUrl::FullyEncoded);
 
-    auto refuse = [&](int number, const QString& description) {
+    auto drop = [&] {
         connection->db.close();
         connection->db = QSqlDatabase();
         QSqlDatabase::removeDatabase(connection->connectionName);
-        return VbError(number, description);
     };
-    if (!connection->db.open())
-        throw refuse(dbError::CannotOpen, QStringLiteral("Couldn't open file '%1' (%2).")
-                                              .arg(path, connection->db.lastError().text()));
-    // SQLite reads the header lazily: make it read now so that a foreign file is refused here.
-    bool readable = false;
+    // Opens the file with the URI's parameters and reads its header (SQLite reads it lazily,
+    // so a foreign file is only refused then). Returns the engine's refusal, empty when the
+    // file reads.
     bool hasSchema = false;
-    QString reason;
-    {
+    auto attempt = [&](const QString& parameters) -> std::optional<QSqlError> {
+        connection->db =
+            QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection->connectionName);
+        // Short waits of the engine's own: longer ones are ExecWaiting's, which can tell the
+        // user.
+        connection->db.setConnectOptions(
+            QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1").arg(store::kLockTryMs));
+        connection->db.setDatabaseName(fileUrl + parameters);
+        if (!connection->db.open()) {
+            const QSqlError error = connection->db.lastError();
+            drop();
+            return error;
+        }
         QSqlQuery probe(connection->db);
-        readable = probe.exec(QStringLiteral("PRAGMA schema_version")) && probe.next();
-        hasSchema = readable && probe.value(0).toInt() > 0;
-        reason = probe.lastError().databaseText();
+        if (probe.exec(QStringLiteral("PRAGMA schema_version")) && probe.next()) {
+            hasSchema = probe.value(0).toInt() > 0;
+            return std::nullopt;
+        }
+        const QSqlError error = probe.lastError();
+        probe.finish();
+        drop();
+        return error;
+    };
+
+    // mode=rw: open for writing but never create the file.
+    std::optional<QSqlError> refusal = attempt(QStringLiteral("?mode=rw"));
+    const int code = refusal ? refusal->nativeErrorCode().toInt() & 0xff : 0;
+    // A folder or file that can't be written (the engine can't make its lock files there):
+    // the store is still read, unchanged and without locks, and every save is refused as
+    // read-only.
+    if (refusal && (code == 8 || code == 14) && QFileInfo(path).isReadable()) {
+        if (!attempt(QStringLiteral("?mode=ro&immutable=1"))) {
+            connection->readOnly = true;
+            refusal.reset();
+        }
     }
-    if (!readable)
-        throw refuse(dbError::NotADatabase,
-                     QStringLiteral("Can't open database '%1'. It may not be a database that "
-                                    "this program recognizes, or the file may be corrupt (%2).")
-                         .arg(path, reason));
+    if (refusal) {
+        const QString reason =
+            refusal->databaseText().isEmpty() ? refusal->text() : refusal->databaseText();
+        switch (code) {
+        case 5: // SQLITE_BUSY
+        case 6: // SQLITE_LOCKED
+            throw VbError(dbError::Locked,
+                          QStringLiteral("The file '%1' is locked by another program (%2).")
+                              .arg(path, reason));
+        case 13: // SQLITE_FULL
+            throw VbError(dbError::DiskFull,
+                          QStringLiteral("Not enough space on disk (%1).").arg(reason));
+        case 11: // SQLITE_CORRUPT
+        case 26: // SQLITE_NOTADB
+            throw VbError(dbError::NotADatabase,
+                          QStringLiteral("Can't open database '%1'. It may not be a database "
+                                         "that this program recognizes, or the file may be "
+                                         "corrupt (%2).")
+                              .arg(path, reason));
+        default:
+            throw VbError(dbError::CannotOpen,
+                          QStringLiteral("Couldn't open file '%1' (%2).").arg(path, reason));
+        }
+    }
     // A write-ahead log keeps the save of one record to one short sync however large the
     // table grows. It is only set on a real database (an empty file stays untouched), and
     // where the folder can't hold the log the engine keeps its default journal.
-    if (hasSchema)
+    // Only this program's own file is switched: another program's file stays as it is.
+    if (hasSchema && !connection->readOnly && connection->Table(QStringLiteral("Rebates")))
         QSqlQuery(connection->db).exec(QStringLiteral("PRAGMA journal_mode=WAL"));
     return std::unique_ptr<Database>(new Database(std::move(connection)));
 }
@@ -189,8 +265,11 @@ int Database::Execute(const QString& sql, const QVariantList& params) {
 }
 
 void Database::SetBusyTimeout(int milliseconds) {
+    mConnection->Checked();
+    mConnection->lockWaitMs = milliseconds;
     // A pragma takes no bound value; the number is formatted from an int, never from text.
-    Execute(QStringLiteral("PRAGMA busy_timeout = %1").arg(milliseconds));
+    Execute(
+        QStringLiteral("PRAGMA busy_timeout = %1").arg(std::min(milliseconds, store::kLockTryMs)));
 }
 
 void Database::BeginTrans() {
@@ -221,6 +300,23 @@ void Database::Close() {
 
 bool Database::IsOpen() const {
     return mConnection->IsOpen();
+}
+
+bool Database::IsReadOnly() const {
+    return mConnection->readOnly;
+}
+
+QString Database::CheckIntegrity() {
+    QSqlQuery query(mConnection->Checked());
+    query.setForwardOnly(true);
+    // quick_check reads every page once (no index cross-checks): fast at any size, and it
+    // finds the damaged pages a read would stumble on.
+    if (!query.exec(QStringLiteral("PRAGMA quick_check(1)")))
+        return query.lastError().databaseText();
+    if (!query.next())
+        return QStringLiteral("no answer");
+    const QString answer = query.value(0).toString();
+    return answer == QLatin1String("ok") ? QString() : answer;
 }
 
 QString Database::Name() const {

@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <QVariantList>
+#include <functional>
 #include <memory>
 
 class QSqlDatabase;
@@ -39,9 +40,10 @@ enum : int {
 // rows after the database is closed; anything that needs the file then raises 3420.
 class Database {
 public:
-    // Opens an existing SQLite file for reading and writing (read-only when the file is
-    // write-protected). Never creates or alters the file: a missing file raises 3024, a
-    // file that is not a SQLite database 3049, any other refusal 3051.
+    // Opens an existing SQLite file for reading and writing; read-only (IsReadOnly) when the
+    // file or its folder can't be written. Never creates or alters the file: a missing file
+    // raises 3024, a file that is not a SQLite database or is damaged 3049, a file locked by
+    // another program 3260, a full disk 3026, any other refusal 3051.
     static std::unique_ptr<Database> Open(const QString& path);
 
     ~Database();
@@ -75,6 +77,9 @@ public:
     void Close(); // idempotent; later calls on this object raise 3420
     bool IsOpen() const;
     QString Name() const; // the file's path, as given to Open
+    bool IsReadOnly() const;
+    // "" when every page of the file reads; else the engine's first complaint.
+    QString CheckIntegrity();
 
     // The raw connection, for tooling that needs plain SQL (test helpers, compaction).
     QSqlDatabase Connection() const;
@@ -83,6 +88,10 @@ private:
     explicit Database(std::shared_ptr<store::Connection> connection);
     std::shared_ptr<store::Connection> mConnection;
 };
+
+// Called over and over while a write waits for a lock another program holds, and once with
+// false when the wait is over: the user interface shows that it waits, and why.
+void SetStoreWaitHook(std::function<void(bool waiting)> hook);
 
 // The program's open database, set at start-up.
 extern std::unique_ptr<Database> gDatabase;

@@ -563,7 +563,7 @@ void Recordset::Update() {
         throw store::SqlFailure(query.lastError(), dbError::QueryError);
     for (const QVariant& value : values)
         query.addBindValue(value);
-    if (!query.exec())
+    if (!store::ExecWaiting(query, mConnection->lockWaitMs))
         throw store::SqlFailure(query.lastError(), dbError::DiskError);
 
     if (mEditMode == dbEditInProgress) {
@@ -594,7 +594,7 @@ void Recordset::Delete() {
         throw store::SqlFailure(query.lastError(), dbError::QueryError);
     for (const QVariant& value : values)
         query.addBindValue(value);
-    if (!query.exec())
+    if (!store::ExecWaiting(query, mConnection->lockWaitMs))
         throw store::SqlFailure(query.lastError(), dbError::DiskError);
     if (query.numRowsAffected() == 0)
         throw RowGone();

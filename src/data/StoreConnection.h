@@ -10,6 +10,7 @@
 #include <QString>
 
 class QSqlError;
+class QSqlQuery;
 
 namespace store {
 
@@ -36,6 +37,8 @@ struct Connection {
     QString path;
     QSqlDatabase db;                  // invalid once closed
     QHash<QString, TableInfo> tables; // by lower-case name; filled on first use
+    int lockWaitMs = 6000;            // how long a write waits for another program's lock
+    bool readOnly = false;            // opened without write access (an unwritable folder)
 
     bool IsOpen() const { return db.isValid() && db.isOpen(); }
     // Raises 3420 when the database has been closed.
@@ -43,6 +46,10 @@ struct Connection {
     // The table's columns, or nullptr when there is no such table.
     const TableInfo* Table(const QString& name);
 };
+
+// Runs a prepared write. While another program holds the file locked it tries again for a
+// few seconds, calling the wait hook between tries; then the engine's refusal stands.
+bool ExecWaiting(QSqlQuery& query, int waitMs);
 
 // The VbError for a failed statement. `fallback` is the number used for a plain SQL error.
 VbError SqlFailure(const QSqlError& error, int fallback);

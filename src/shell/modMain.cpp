@@ -5,6 +5,7 @@
 #include "common/core/Desktop.h"
 #include "common/core/Globals.h"
 #include "common/core/Settings.h"
+#include "common/core/VbError.h"
 #include "common/core/modUtilities.h"
 #include "common/ui/Forms.h"
 #include "data/Database.h"
@@ -65,6 +66,60 @@ void RestoredFromCompactionBox(const QString& restored) {
                           "in place as a copy.")
                .arg(QFileInfo(restored).fileName()),
            vb::vbInformation, QStringLiteral("Database Restored"));
+}
+
+// The store is sound but can't be used now: says why, that nothing was lost, and that the
+// program ends.
+void StoreUnusableBox(const QString& why, const QString& title) {
+    MsgBox(why + QStringLiteral(" Your data in 'Vantry.mdb' is intact: nothing was changed.") +
+               QStringLiteral("\r\n\r\nThis program will now terminate."),
+           vb::vbCritical, title);
+}
+
+// Tells the user why the store could not be opened, in the words of the cause.
+void RefusedStoreBox(const VbError& error) {
+    switch (error.Number()) {
+    case dbError::NotADatabase:
+        CorruptDatabaseBox();
+        break;
+    case dbError::Locked:
+        StoreUnusableBox(QStringLiteral("The database file 'Vantry.mdb' is locked by another "
+                                        "program. Please close that program (or wait until it "
+                                        "has finished), then start Vantry! Vantry! again."),
+                         QStringLiteral("Database In Use"));
+        break;
+    case dbError::DiskFull:
+        StoreUnusableBox(QStringLiteral("There is not enough space on the disk holding "
+                                        "'Vantry.mdb' to open it. Please make room on the disk, "
+                                        "then start Vantry! Vantry! again."),
+                         QStringLiteral("Disk Full"));
+        break;
+    case dbError::TableNotFound:
+        MsgBox(QStringLiteral("The file 'Vantry.mdb' in the Vantry! Vantry! application "
+                              "directory is not a Vantry! Vantry! database: it has no table of "
+                              "rebates. The file was left as it is.\r\n\r\nPlease put your "
+                              "own 'Vantry.mdb' back in its place, or move this one elsewhere "
+                              "to start with an empty database.\r\n\r\nThis program will now "
+                              "terminate."),
+               vb::vbCritical, QStringLiteral("Not a Vantry! Vantry! Database"));
+        break;
+    default:
+        StoreUnusableBox(QStringLiteral("Vantry! Vantry! could not open the database file "
+                                        "'Vantry.mdb': ") +
+                             error.Description(),
+                         QStringLiteral("Error Opening Database"));
+        break;
+    }
+}
+
+// Opens the program's store and makes sure it is one: every page reads and it holds the
+// rebates. Raises as Database::Open, 3049 for a damaged page, 3078 for a foreign file.
+std::unique_ptr<Database> OpenProgramStore(const QString& path) {
+    std::unique_ptr<Database> db = Database::Open(path);
+    if (const QString damage = db->CheckIntegrity(); !damage.isEmpty())
+        throw VbError(dbError::NotADatabase, damage);
+    db->OpenRecordset(QStringLiteral("select * from Rebates where 0 = 1"), dbOpenSnapshot);
+    return db;
 }
 
 QDateTime WholeSecondsNow() {
@@ -133,7 +188,13 @@ bool Main() {
         splash->show();
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
         splash->repaint();
-        gDatabase = Database::Open(dbPath);
+        try {
+            gDatabase = OpenProgramStore(dbPath);
+        } catch (const VbError& error) {
+            AbandonStartup();
+            RefusedStoreBox(error);
+            return false;
+        }
         // However the program ends, the store closes while the application still runs.
         static const bool closesAtQuit = static_cast<bool>(
             QObject::connect(qApp, &QCoreApplication::aboutToQuit, [] { gDatabase.reset(); }));
@@ -142,9 +203,15 @@ bool Main() {
         SplashDelay(gSplashSeconds);
         delete frmSplash::Instance();
         gMainForm->show();
+        if (gDatabase->IsReadOnly())
+            MsgBox(QStringLiteral("The database file 'Vantry.mdb' or its folder can't be "
+                                  "written to. Your data is intact: Vantry! Vantry! opens it "
+                                  "read-only. You can look at your rebates, but no change can "
+                                  "be saved until the folder may be written to again."),
+                   vb::vbExclamation, QStringLiteral("Database Read-Only"));
     } catch (const std::exception&) {
-        // Whatever failed, the user is told the database is corrupt, as always. The splash
-        // goes first so that nothing covers the box.
+        // Past the store, whatever failed is told as it always was. The splash goes first so
+        // that nothing covers the box.
         AbandonStartup();
         CorruptDatabaseBox();
         return false;

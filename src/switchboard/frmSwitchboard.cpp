@@ -160,7 +160,15 @@ struct RebateColumns {
 
 // What a record's row shows. Worked out once per record: both of its lists share the texts.
 struct RebateRowTexts {
+    RebateRowTexts() = default;
     RebateRowTexts(const Recordset& rs, const RebateColumns& columns, const QString& status) {
+        // A date the store gives back as text is no date (2024-02-30, 'tomorrow').
+        for (int column :
+             {columns.dateSent, columns.dateDue, columns.dateReceived, columns.followupDate}) {
+            const QVariant value = rs.Fields(column);
+            if (value.metaType().id() == QMetaType::QString && !value.toString().isEmpty())
+                throw VbError(VbError::TypeMismatch);
+        }
         // The date of the row's text is the value's plain text, unformatted.
         const QVariant dateSent = rs.Fields(columns.dateSent);
         const QString name = CStr(NZ(rs.Fields(columns.rebateName)));
@@ -180,6 +188,22 @@ struct RebateRowTexts {
         date = IsBlank(value) ? QStringLiteral("No Date")
                               : Format(value, QStringLiteral("yyyy-mm-dd"));
         rebateID = CStr(NZ(rs.Fields(columns.rebateID)));
+    }
+    // The row of a record whose values can't all be read: each shown as stored, the date
+    // column the Date Sent.
+    static RebateRowTexts AsStored(const Recordset& rs, const RebateColumns& columns) {
+        const auto plain = [&rs](int column) {
+            const QVariant value = rs.Fields(column);
+            return IsBlank(value) ? QString() : value.toString();
+        };
+        RebateRowTexts texts;
+        const QString sent = plain(columns.dateSent);
+        texts.text = (sent.isEmpty() ? QStringLiteral("No date") : sent) + QStringLiteral(": ") +
+                     plain(columns.rebateName);
+        texts.product = plain(columns.productName);
+        texts.date = sent.isEmpty() ? QStringLiteral("No Date") : sent;
+        texts.rebateID = plain(columns.rebateID);
+        return texts;
     }
     QString text;
     QString product;
@@ -707,15 +731,34 @@ void frmSwitchboard::AddAllListItems() {
         if (!(rs->IsEOF() && rs->IsBOF())) {
             const RebateColumns columns(*rs);
             const QDate today = Date();
+            QStringList unreadable;
             while (!rs->IsEOF()) {
-                const QString status = GetRebateStatus(*rs, today);
-                if (ListView* lv = ListForStatus(status)) {
-                    const RebateRowTexts texts(*rs, columns, status);
-                    AddRebateItem(texts, status, lv);
-                    AddRebateItem(texts, status, lvAll);
+                // A record with a value its column can't hold (text for money, an impossible
+                // date) is listed under All as stored, and the rows after it still load.
+                try {
+                    const QString status = GetRebateStatus(*rs, today);
+                    if (ListView* lv = ListForStatus(status)) {
+                        const RebateRowTexts texts(*rs, columns, status);
+                        AddRebateItem(texts, status, lv);
+                        AddRebateItem(texts, status, lvAll);
+                    }
+                } catch (const VbError&) {
+                    const RebateRowTexts texts = RebateRowTexts::AsStored(*rs, columns);
+                    AddRebateItem(texts, QString(), lvAll);
+                    unreadable << texts.rebateID;
                 }
                 rs->MoveNext();
             }
+            if (!unreadable.isEmpty())
+                LogError(
+                    VbError(VbError::TypeMismatch,
+                            QStringLiteral("Records with values that can't be read, listed "
+                                           "under All as stored: RebateID ") +
+                                unreadable.mid(0, 20).join(QStringLiteral(", ")) +
+                                (unreadable.size() > 20
+                                     ? QStringLiteral(" and %1 more").arg(unreadable.size() - 20)
+                                     : QString())),
+                    kSource, QStringLiteral("AddAllListItems()"));
         }
     } catch (const VbError& e) {
         busy.Failed(QStringLiteral("Error loading records..."));
@@ -734,11 +777,17 @@ void frmSwitchboard::AddIcons(const QString& rebateID) {
     const std::unique_ptr<Recordset> rs = RebateQueries::OpenListRow(rebateID);
     if (!rs->IsEOF()) {
         rs->MoveFirst();
-        const QString status = GetRebateStatus(*rs);
-        if (ListView* lv = ListForStatus(status)) {
-            const RebateRowTexts texts(*rs, RebateColumns(*rs), status);
-            AddRebateItem(texts, status, lv);
-            AddRebateItem(texts, status, lvAll);
+        const RebateColumns columns(*rs);
+        try {
+            const QString status = GetRebateStatus(*rs);
+            if (ListView* lv = ListForStatus(status)) {
+                const RebateRowTexts texts(*rs, columns, status);
+                AddRebateItem(texts, status, lv);
+                AddRebateItem(texts, status, lvAll);
+            }
+        } catch (const VbError&) {
+            // A value kept as stored that no list can sort by: under All, as the load lists it.
+            AddRebateItem(RebateRowTexts::AsStored(*rs, columns), QString(), lvAll);
         }
     }
     rs->Close();
@@ -1296,6 +1345,9 @@ void frmSwitchboard::lv_KeyPress(ListView* lv, int& keyAscii) {
         return;
     if (lv == lvNew) {
         mnuNewRebate_Click();
+    } else if (CountSelected(lv) == 0) {
+        // Nothing chosen, nothing to open: an empty form could not be saved.
+        keyAscii = 0;
     } else if (CountSelected(lv) >= 2) {
         MsgBox(QStringLiteral("You cannot open more than one rebate record at a time."),
                vb::vbInformation, QStringLiteral("Invalid Action"));

@@ -1,4 +1,5 @@
 #include "Fixture.h"
+#include "app/AppSettings.h"
 #include "app/cLogErr.h"
 #include "common/core/Clock.h"
 #include "common/core/Settings.h"
@@ -191,21 +192,53 @@ private Q_SLOTS:
         QCOMPARE(gErrorLog->Display().toUtf8(), ReadFile(mFixture->LogPath()));
     }
 
+    void unwritableLog_data() {
+        QTest::addColumn<QString>("log"); // "" for a folder where the log should be
+        QTest::addColumn<QString>("why");
+        QTest::newRow("log is a folder") << "" << "Path/File access error";
+        QTest::newRow("disk full") << "/dev/full" << "Disk full";
+        // Refused even to root, which write permissions don't bind.
+        QTest::newRow("write refused") << "/sys/kernel/notes" << "Permission denied";
+    }
+
     void unwritableLog() {
-        QVERIFY(QDir().mkpath(mFixture->LogPath()));
-        gErrorLog->LogIt(3021, "No current record.", "frmRebate", "cmdOK_Click");
+        QFETCH(QString, log);
+        QFETCH(QString, why);
+        if (log.isEmpty())
+            QVERIFY(QDir().mkpath(mFixture->LogPath()));
+        else if (!QFileInfo::exists(log))
+            QSKIP("this system has no such file");
+        else
+            gErrorLog->Init(std::nullopt, log);
+        gErrorLog->LogIt(3027, "Cannot update. Database or object is read-only.", "frmRebate",
+                         "cmdOK_Click", QString(), 48, "Vantry! Vantry! Error");
+        // The failed save is still told, the log's failure below it.
+        QCOMPARE(mFixture->Desktop().Shown(),
+                 (QStringList{"Error Writing Log File | 48 | " + why,
+                              "Vantry! Vantry! Error | 48 | Cannot update. Database or object is "
+                              "read-only.\r\nThe error log could not be written: " +
+                                  why + ".\r\n\r\n" + kSteps}));
+        if (log.isEmpty()) {
+            QCOMPARE(ErrorOf([] { gErrorLog->Display(); }), 75);
+            gErrorLog->Init(std::nullopt, mFixture->ProgramDir() + "other.log");
+            gErrorLog->LogIt(5, "Later", "frmMDI", "Form_Load");
+            QVERIFY(
+                ReadFile(mFixture->ProgramDir() + "other.log").contains("Description:\t\tLater"));
+        }
+    }
+
+    void unwritableSettingsToldOnce() {
+        // A file where the settings folder should be: no user can write there.
+        QFile blocker(mFixture->ProgramDir() + "blocker");
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        blocker.close();
+        SettingsStore::SetDirectory(mFixture->ProgramDir() + "blocker/settings");
+        WriteSetting(Setting::MainLeft, "100");
+        WriteSetting(Setting::MainTop, "200");
         const auto& boxes = mFixture->Desktop().boxes;
         QCOMPARE(boxes.size(), 1);
-        QCOMPARE(boxes[0].title, QString("Error Writing Log File"));
-        QCOMPARE(boxes[0].style, 48);
-        QVERIFY(!boxes[0].prompt.isEmpty());
-        QVERIFY(!boxes[0].prompt.contains("No current record."));
-
-        QCOMPARE(ErrorOf([] { gErrorLog->Display(); }), 75);
-
-        gErrorLog->Init(std::nullopt, mFixture->ProgramDir() + "other.log");
-        gErrorLog->LogIt(5, "Later", "frmMDI", "Form_Load");
-        QVERIFY(ReadFile(mFixture->ProgramDir() + "other.log").contains("Description:\t\tLater"));
+        QVERIFY(boxes[0].prompt.contains("could not be written"));
+        QCOMPARE(mFixture->LogText().count("Error Number:\t\t75\r\n"), 1);
     }
 
     void trapHelper() {

@@ -205,6 +205,7 @@ private Q_SLOTS:
         QCOMPARE(mForm->txtFields(6)->text(), QString("$1.00"));
     }
     void followupDateFillsFollowupPostage() {
+        SaveSetting(kAppTitle, "Options", "Postage", "a stamp"); // not money: the default
         mForm->txtFields(12)->setText("$1.00");
         FieldEdit* date = Type(mForm, 11, "1");
         QCOMPARE(mForm->txtFields(12)->text(), QString("0.32"));

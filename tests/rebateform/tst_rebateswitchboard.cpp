@@ -106,16 +106,26 @@ private Q_SLOTS:
     void oneRecordAtATime_data() {
         QTest::addColumn<QString>("how");
         QTest::addColumn<bool>("refused");
-        QTest::newRow("Enter") << "enter" << true;
-        QTest::newRow("Space") << "space" << true;
-        QTest::newRow("double click opens the current row") << "double click" << false;
+        QTest::addColumn<QStringList>("selected");
+        const QStringList two{kUnsent, kSecondUnsent};
+        QTest::newRow("Enter") << "enter" << true << two;
+        QTest::newRow("Space") << "space" << true << two;
+        QTest::newRow("double click opens the current row") << "double click" << false << two;
+        QTest::newRow("Enter, nothing selected") << "enter" << false << QStringList();
     }
     void oneRecordAtATime() {
         QFETCH(QString, how);
         QFETCH(bool, refused);
+        QFETCH(QStringList, selected);
         SelectTab("Unsent");
         ListView* lv = mBoard->lvUnsent;
-        SelectRows(lv, {kUnsent, kSecondUnsent});
+        SelectRows(lv, selected);
+        if (selected.isEmpty()) {
+            QTest::keyClick(ViewOf(lv), Qt::Key_Return);
+            QVERIFY(mFixture->Desktop().boxes.isEmpty());
+            QVERIFY(!frmRebate::Instance());
+            return;
+        }
         if (how == "double click")
             QTest::mouseDClick(ViewOf(lv)->viewport(), Qt::LeftButton, Qt::ControlModifier,
                                RowCenter(lv, lv->SelectedItem()->Index()));

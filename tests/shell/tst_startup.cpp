@@ -3,6 +3,7 @@
 #include "common/core/Globals.h"
 #include "common/core/VbError.h"
 #include "common/ui/Forms.h"
+#include "common/ui/HandlerTrap.h"
 #include "common/ui/Help.h"
 #include "data/Database.h"
 #include "shell/VantryApplication.h"
@@ -54,17 +55,20 @@ bool Listening(const QString& name) {
     return connected;
 }
 
-// A widget whose key handler fails, as a buggy event handler would.
+// A widget whose key handler fails, as a buggy event handler would, trapped at the handler
+// as the program's handlers are.
 class FailingWidget : public QWidget {
 protected:
     void keyPressEvent(QKeyEvent* event) override {
-        if (event->key() == Qt::Key_A)
-            throw VbError(13, "Type mismatch");
-        if (event->key() == Qt::Key_B)
-            throw std::runtime_error("out of order");
-        if (event->key() == Qt::Key_C)
-            throw 42; // nothing the program would throw, and still no end of it
-        ++keys;
+        TrapHandlerErrors(this, [this, event] {
+            if (event->key() == Qt::Key_A)
+                throw VbError(13, "Type mismatch");
+            if (event->key() == Qt::Key_B)
+                throw std::runtime_error("out of order");
+            if (event->key() == Qt::Key_C)
+                throw 42; // nothing the program would throw, and still no end of it
+            ++keys;
+        });
     }
 
 public:

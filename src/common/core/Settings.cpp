@@ -26,8 +26,10 @@ QString GetSetting(const QString& appName, const QString& section, const QString
     return store.value(section + QLatin1Char('/') + key, defaultValue).toString();
 }
 
-void SaveSetting(const QString& appName, const QString& section, const QString& key,
+bool SaveSetting(const QString& appName, const QString& section, const QString& key,
                  const QString& value) {
     QSettings store(SettingsStore::FileFor(appName), QSettings::IniFormat);
     store.setValue(section + QLatin1Char('/') + key, value);
+    store.sync();
+    return store.status() == QSettings::NoError;
 }

@@ -9,7 +9,8 @@ inline const QString kAppTitle = QStringLiteral("Vantry! Vantry!");
 
 QString GetSetting(const QString& appName, const QString& section, const QString& key,
                    const QString& defaultValue = QString());
-void SaveSetting(const QString& appName, const QString& section, const QString& key,
+// False when the INI file could not be written.
+bool SaveSetting(const QString& appName, const QString& section, const QString& key,
                  const QString& value);
 
 namespace SettingsStore {
