@@ -3,6 +3,7 @@
 #include "RebateRows.h"
 #include "common/ui/HelpWindow.h"
 #include "shell/VantryApplication.h"
+#include "shell/frmMDI.h"
 #include "switchboard/frmSwitchboard.h"
 
 #include <QLabel>
@@ -23,6 +24,7 @@ QPalette DarkPalette() {
     dark.setColor(QPalette::Button, QColor(53, 53, 56));
     dark.setColor(QPalette::ButtonText, QColor(220, 220, 220));
     dark.setColor(QPalette::Highlight, QColor(42, 130, 218));
+    dark.setColor(QPalette::Link, QColor(90, 170, 255));
     dark.setColor(QPalette::HighlightedText, Qt::black);
     return dark;
 }
