@@ -1,5 +1,6 @@
-// One record saved through the rebate form with 100,000 records in the table: a change to a
-// stored record, and a new record (which also looks for a free RebateID).
+// One record saved through the rebate form with 100,000 records in the table and the
+// Switchboard's lists built: a change to a stored record and a new record (which also looks
+// for a free RebateID), each with the lists' update that follows the save (UpdateIcons).
 #include "Fixture.h"
 #include "RebateRows.h"
 #include "app/clsRebate.h"
@@ -7,7 +8,9 @@
 #include "common/core/Globals.h"
 #include "data/Database.h"
 #include "rebateform/FieldEdit.h"
+#include "rebateform/RebateFields.h"
 #include "rebateform/frmRebate.h"
+#include "switchboard/frmSwitchboard.h"
 
 #include <QApplication>
 #include <QSqlQuery>
@@ -36,8 +39,9 @@ void SaveChangedRecord(benchmark::State& state) {
     frmRebate* form = frmRebate::LoadAndShow();
     int round = 0;
     for (auto _ : state) {
-        form->txtFields(17)->setText(QStringLiteral("Remark %1").arg(++round));
+        form->txtFields(RebateField::Remarks)->setText(QStringLiteral("Remark %1").arg(++round));
         form->mnuSaveRecord_Click();
+        frmSwitchboard::Instance()->UpdateIcons(kStored);
     }
     if (form->RecordChanged())
         state.SkipWithError("the record was not saved");
@@ -51,13 +55,14 @@ void SaveNewRecord(benchmark::State& state) {
         Clock::Advance(1);
         gbNewRecord = true;
         frmRebate* form = frmRebate::LoadAndShow();
-        form->txtFields(20)->setText(QStringLiteral("Spring Mail-In"));
-        form->txtFields(14)->setText(QStringLiteral("Toaster"));
-        form->txtFields(2)->setText(QStringLiteral("$24.99"));
-        form->txtFields(4)->setText(QStringLiteral("$10.00"));
+        form->txtFields(RebateField::RebateName)->setText(QStringLiteral("Spring Mail-In"));
+        form->txtFields(RebateField::ProductName)->setText(QStringLiteral("Toaster"));
+        form->txtFields(RebateField::PurchasePrice)->setText(QStringLiteral("$24.99"));
+        form->txtFields(RebateField::RebateAmount)->setText(QStringLiteral("$10.00"));
         state.ResumeTiming();
 
         form->mnuSaveRecord_Click();
+        frmSwitchboard::Instance()->UpdateIcons(form->RebateID());
 
         state.PauseTiming();
         if (form->RebateID().isEmpty())
@@ -89,9 +94,11 @@ int main(int argc, char** argv) {
     stored.RebateAmount = 30.0;
     rows.append(stored);
     InsertRebates(rows);
+    frmSwitchboard::Load();
 
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
+    delete frmSwitchboard::Instance();
     return 0;
 }

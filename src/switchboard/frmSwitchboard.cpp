@@ -124,24 +124,16 @@ void SetRecordCommands(frmSwitchboard& form, bool enabled) {
 // Selects the record's row in a list and clears the selection of every other row; true when
 // the list holds the record. With `stopOnRow` the walk ends on the row, and the rows after it
 // keep their selection. `onRow` runs when the row is found, before it is scrolled to.
-bool SelectRecordRow(ListView* lv, const QString& rebateID, bool stopOnRow,
+// Selects the record's row of the list, and only it; true when the list holds the record.
+bool SelectRecordRow(ListView* lv, const QString& rebateID,
                      const std::function<void()>& onRow = {}) {
-    bool found = false;
-    for (int i = 1; i <= lv->ListItems().Count(); ++i) {
-        ListItem* item = lv->ListItems().Item(i);
-        if (item->SubItems(3) != rebateID) {
-            item->SetSelected(false);
-            continue;
-        }
-        if (onRow)
-            onRow();
+    ListItem* item = lv->FindByKey(rebateID);
+    if (item && onRow)
+        onRow();
+    lv->SelectOnly(item);
+    if (item)
         item->EnsureVisible();
-        item->SetSelected(true);
-        found = true;
-        if (stopOnRow)
-            break;
-    }
-    return found;
+    return item != nullptr;
 }
 
 } // namespace
@@ -549,6 +541,7 @@ void frmSwitchboard::BuildLists() {
         lv->ColumnHeaders().Add(QStringLiteral("Product Purchased"), 2400);
         lv->ColumnHeaders().Add(QString::fromLatin1(header), 1500);
         lv->ColumnHeaders().Add(QStringLiteral("RebateID"), 0);
+        lv->SetKeySubItem(3); // a saved record's rows are found by its RebateID
         lv->SetMultiSelect(true);
         connect(lv, &ListView::ItemClick, this, &frmSwitchboard::lv_ItemClick);
     }
@@ -753,6 +746,15 @@ void frmSwitchboard::DeleteIcons(const QString& rebateID) {
 
 // Takes each record's first row out of every record list, in one pass over each list.
 void frmSwitchboard::DeleteIconsOf(const QSet<QString>& rebateIDs) {
+    // A few records: each row found by its key; many: one pass over each list.
+    constexpr int kFewRecords = 16;
+    if (rebateIDs.size() <= kFewRecords) {
+        for (ListView* lv : RecordLists())
+            for (const QString& rebateID : rebateIDs)
+                if (ListItem* item = lv->FindByKey(rebateID))
+                    lv->ListItems().Remove(item->Index());
+        return;
+    }
     for (ListView* lv : RecordLists()) {
         QSet<QString> remaining = rebateIDs;
         lv->ListItems().RemoveIf([&remaining](const ListItem& item) {
@@ -769,15 +771,14 @@ void frmSwitchboard::UpdateIcons(const QString& rebateID) {
     if (!lv)
         return; // on the Statistics page the rows are rebuilt and the page stays
     if (lv == lvAll) {
-        SelectRecordRow(lvAll, rebateID, true);
+        SelectRecordRow(lvAll, rebateID);
         return;
     }
-    if (lv != lvNew && SelectRecordRow(lv, rebateID, false))
+    if (lv != lvNew && SelectRecordRow(lv, rebateID))
         return;
     // The record has left the list on show: the user follows it to its new one.
     for (ListView* list : RecordLists()) {
-        if (list != lvAll &&
-            SelectRecordRow(list, rebateID, false, [this, list] { SelectTabOf(list); }))
+        if (list != lvAll && SelectRecordRow(list, rebateID, [this, list] { SelectTabOf(list); }))
             return;
     }
 }

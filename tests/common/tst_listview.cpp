@@ -6,10 +6,12 @@
 #include <QElapsedTimer>
 #include <QHeaderView>
 #include <QListView>
+#include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QTest>
 #include <QTreeView>
+#include <numeric>
 
 class tst_listview : public QObject {
     Q_OBJECT
@@ -17,6 +19,8 @@ private Q_SLOTS:
     void sortedOrder_data();
     void sortedOrder();
     void singleAddLandsInPlace();
+    void sortMatchesCaseBlindOrder();
+    void rowsFoundByKey();
     void bulkLoadIsFast();
     void selectingRowByRowIsFast();
     void selectionBothWays();
@@ -38,6 +42,58 @@ QStringList Texts(ListView& lv) {
     return texts;
 }
 } // namespace
+
+// Many texts over letters of both cases, accents, digits, punctuation and a character outside
+// the basic plane: the sorted list is in Qt's case-blind order, equal texts in adding order.
+void tst_listview::sortMatchesCaseBlindOrder() {
+    const QString alphabet = QStringLiteral("aAbBzZ\u00e4\u00c4\u00e9\u00df_ 0:9/-");
+    const QString emoji = QStringLiteral("\U0001F600");
+    QRandomGenerator random(7);
+    QStringList texts;
+    for (int i = 0; i < 2000; ++i) {
+        QString text;
+        const int length = random.bounded(1, 7);
+        for (int c = 0; c < length; ++c)
+            text += random.bounded(12) == 0 ? emoji
+                                            : QString(alphabet[random.bounded(alphabet.size())]);
+        texts << text;
+    }
+    ListView lv;
+    lv.SetSorted(true);
+    for (int i = 0; i < texts.size(); ++i)
+        lv.ListItems().Add(texts[i])->SetSubItems(1, QString::number(i));
+    QList<int> expected(texts.size());
+    std::iota(expected.begin(), expected.end(), 0);
+    std::stable_sort(expected.begin(), expected.end(), [&texts](int a, int b) {
+        return QString::compare(texts[a], texts[b], Qt::CaseInsensitive) < 0;
+    });
+    for (int i = 0; i < texts.size(); ++i)
+        QCOMPARE(lv.ListItems().Item(i + 1)->SubItems(1).toInt(), expected[i]);
+}
+
+// The Switchboard finds a record's row by its key; the index follows adds, changes, removals.
+void tst_listview::rowsFoundByKey() {
+    ListView lv;
+    lv.SetKeySubItem(3);
+    lv.ListItems().Add("a")->SetSubItems(3, "1");
+    ListItem* b = lv.ListItems().Add("b");
+    b->SetSubItems(3, "2");
+    lv.ListItems().Add("c")->SetSubItems(3, "3");
+    QCOMPARE(lv.FindByKey("2"), b);
+    b->SetSubItems(3, "20");
+    QVERIFY(!lv.FindByKey("2"));
+    QCOMPARE(lv.FindByKey("20"), b);
+    lv.ListItems().Remove(b->Index());
+    QVERIFY(!lv.FindByKey("20"));
+    lv.ListItems().RemoveIf([](const ListItem& item) { return item.Text() == "a"; });
+    QVERIFY(!lv.FindByKey("1"));
+    QCOMPARE(lv.FindByKey("3")->Text(), QString("c"));
+    lv.ListItems().Item(1)->SetSelected(true);
+    lv.SelectOnly(nullptr);
+    QVERIFY(!lv.ListItems().Item(1)->Selected());
+    lv.ListItems().Clear();
+    QVERIFY(!lv.FindByKey("3"));
+}
 
 void tst_listview::sortedOrder_data() {
     QTest::addColumn<int>("sortKey");

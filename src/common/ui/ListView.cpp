@@ -23,8 +23,35 @@ constexpr int kLargeIconSize = 32;
 constexpr int kSmallIconSize = 16;
 // Past this many separate stretches of removed rows, the views are simply told to start over.
 constexpr int kMaxRemovalRanges = 64;
-// From this many rows out of order on, a sort folds the keys' case first.
-constexpr int kFoldedSortFrom = 256;
+
+// The case-blind order of the lists, without a folded copy of either text: plain ASCII, which
+// most row texts are, compares by its lower case at once; from the first other character
+// that differs on, Qt's own case folding decides.
+int CompareCaseBlind(const QString& a, const QString& b) {
+    const qsizetype common = std::min(a.size(), b.size());
+    const QChar* x = a.constData();
+    const QChar* y = b.constData();
+    for (qsizetype i = 0; i < common; ++i) {
+        char16_t p = x[i].unicode();
+        char16_t q = y[i].unicode();
+        if (p == q)
+            continue;
+        if (p >= 0x80 || q >= 0x80) {
+            // Back to the start of a surrogate pair, which folds as one character.
+            if (i > 0 && x[i - 1].isHighSurrogate())
+                --i;
+            return QStringView(x + i, a.size() - i)
+                .compare(QStringView(y + i, b.size() - i), Qt::CaseInsensitive);
+        }
+        if (p >= u'A' && p <= u'Z')
+            p += u'a' - u'A';
+        if (q >= u'A' && q <= u'Z')
+            q += u'a' - u'A';
+        if (p != q)
+            return p < q ? -1 : 1;
+    }
+    return a.size() == b.size() ? 0 : (a.size() < b.size() ? -1 : 1);
+}
 } // namespace
 
 // The item model over the rows of a ListView. It only reads the owner's vector; the owner
@@ -178,6 +205,10 @@ void ListItem::SetSubItems(int index, const QString& text) {
     QString& slot = mSubItems[static_cast<size_t>(index - 1)];
     if (slot == text)
         return;
+    if (index == mOwner->mKeySubItem) {
+        mOwner->mByKey.remove(slot, this);
+        mOwner->mByKey.insert(text, this);
+    }
     slot = text;
     mOwner->RowTextChanged(this, index);
 }
@@ -508,6 +539,7 @@ void ListView::RemoveRow(int row) {
         mCurrent = nullptr;
     if (mSingleSelected == item)
         mSingleSelected = nullptr;
+    ForgetKey(*item);
     mRows.erase(mRows.begin() + row);
     mAnnounced = RowCount();
     mSortedUpTo = RowCount();
@@ -543,6 +575,7 @@ int ListView::RemoveRowsIf(const std::function<bool(const ListItem&)>& predicate
                 mCurrent = nullptr;
             if (mSingleSelected == item.get())
                 mSingleSelected = nullptr;
+            ForgetKey(*item);
             ++removed;
             return true;
         });
@@ -561,6 +594,7 @@ int ListView::RemoveRowsIf(const std::function<bool(const ListItem&)>& predicate
                     mCurrent = nullptr;
                 if (mSingleSelected == RowAt(row))
                     mSingleSelected = nullptr;
+                ForgetKey(*RowAt(row));
             }
             mRows.erase(mRows.begin() + first, mRows.begin() + last + 1);
             removed += last - first + 1;
@@ -579,6 +613,7 @@ void ListView::ClearRows() {
     mSyncing = true;
     mModel->BeginReset();
     mRows.clear();
+    mByKey.clear();
     mCurrent = nullptr;
     mSingleSelected = nullptr;
     mAnnounced = 0;
@@ -636,7 +671,7 @@ void ListView::SortRows() {
     };
     const auto inOrder = [&](const std::unique_ptr<ListItem>& a,
                              const std::unique_ptr<ListItem>& b) {
-        const int c = QString::compare(textOf(*a), textOf(*b), Qt::CaseInsensitive);
+        const int c = CompareCaseBlind(textOf(*a), textOf(*b));
         return descending ? c > 0 : c < 0;
     };
 
@@ -654,23 +689,7 @@ void ListView::SortRows() {
         kept.emplace_back(index.row() < RowCount() ? RowAt(index.row()) : nullptr, index.column());
 
     const auto middle = mRows.begin() + mSortedUpTo;
-    if (mRows.end() - middle < kFoldedSortFrom) {
-        std::stable_sort(middle, mRows.end(), inOrder);
-    } else {
-        // Many rows: fold the case of each key once and compare the folded keys plainly,
-        // which gives the same order as the case-blind comparison at a fraction of its cost.
-        std::vector<std::pair<QString, std::unique_ptr<ListItem>>> keyed;
-        keyed.reserve(static_cast<size_t>(mRows.end() - middle));
-        for (auto row = middle; row != mRows.end(); ++row)
-            keyed.emplace_back(textOf(**row).toCaseFolded(), std::move(*row));
-        std::stable_sort(keyed.begin(), keyed.end(), [descending](const auto& a, const auto& b) {
-            const int c = QString::compare(a.first, b.first, Qt::CaseSensitive);
-            return descending ? c > 0 : c < 0;
-        });
-        auto row = middle;
-        for (auto& entry : keyed)
-            *row++ = std::move(entry.second);
-    }
+    std::stable_sort(middle, mRows.end(), inOrder);
     if (mSortedUpTo > 0)
         std::inplace_merge(mRows.begin(), middle, mRows.end(), inOrder);
     Renumber(0);
@@ -754,8 +773,38 @@ void ListView::RowSelectionChanged(ListItem* item, bool selected) {
 void ListView::RowTextChanged(ListItem* item, int column) {
     if (item->mRow < mAnnounced)
         mModel->RowChanged(item->mRow);
-    if (column == mSortKey)
+    // A row not yet in order finds its place at the next flush anyway.
+    if (column == mSortKey && item->mRow < mSortedUpTo)
         SortAgain();
+}
+
+void ListView::ForgetKey(const ListItem& item) {
+    if (mKeySubItem > 0)
+        mByKey.remove(item.mSubItems[static_cast<size_t>(mKeySubItem - 1)],
+                      const_cast<ListItem*>(&item));
+}
+
+void ListView::SetKeySubItem(int index) {
+    if (index < 0 || index > ListItem::kMaxSubItems)
+        throw VbError(VbError::IndexOutOfBounds);
+    mKeySubItem = index;
+    mByKey.clear();
+    if (index == 0)
+        return;
+    for (const auto& row : mRows)
+        mByKey.insert(row->mSubItems[static_cast<size_t>(index - 1)], row.get());
+}
+
+ListItem* ListView::FindByKey(const QString& key) const {
+    return mByKey.value(key, nullptr);
+}
+
+void ListView::SelectOnly(ListItem* item) {
+    for (const auto& row : mRows)
+        if (row.get() != item && row->mSelected)
+            row->SetSelected(false);
+    if (item)
+        item->SetSelected(true);
 }
 
 void ListView::ApplyColumnWidth(const ColumnHeader& header) {

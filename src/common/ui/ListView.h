@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QIcon>
+#include <QMultiHash>
 #include <QPoint>
 #include <QString>
 #include <QWidget>
@@ -161,6 +162,13 @@ public:
     // Names the list for screen readers (the form uses its tab's caption).
     void SetAccessibleName(const QString& name);
 
+    // Rows can be found by the text of one sub-item (1..3; 0, the default, keeps no index): an
+    // index kept as rows come and go, so finding one record's row costs the same at any size.
+    void SetKeySubItem(int index);
+    ListItem* FindByKey(const QString& key) const;
+    // Selects the row (nullptr: none) and deselects every other, in one pass over the rows.
+    void SelectOnly(ListItem* item);
+
     // The widget that shows the rows in the current view (tests drive it with QTest).
     QWidget* ActiveView() const;
 
@@ -205,6 +213,7 @@ private:
     void OnCurrentChanged();
     void RowSelectionChanged(ListItem* item, bool selected);
     void RowTextChanged(ListItem* item, int column);
+    void ForgetKey(const ListItem& item);
     void ColumnsChanged();
     void ApplyColumnWidth(const ColumnHeader& header);
     void LetterSearch(QChar letter);
@@ -225,6 +234,8 @@ private:
     IconLookup mSmallIcons;
     mutable QHash<QString, QIcon> mLargeCache;
     mutable QHash<QString, QIcon> mSmallCache;
+    int mKeySubItem = 0;
+    QMultiHash<QString, ListItem*> mByKey;
 
     ListItem* mCurrent = nullptr;
     ListItem* mSingleSelected = nullptr; // the one selected row when MultiSelect is off

@@ -1,0 +1,42 @@
+#pragma once
+
+// The baseline of every benchmark: the same rows read straight through the SQLite C
+// interface, on a connection of its own to the same file, every column of every row touched
+// by its storage type. A figure "x raw" is a time over this one, measured in the same run.
+#include <QString>
+#include <cstdint>
+#include <sqlite3.h>
+
+inline std::int64_t RawScan(const QString& path, const QString& sql) {
+    sqlite3* db = nullptr;
+    std::int64_t checksum = 0;
+    if (sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr) ==
+        SQLITE_OK) {
+        sqlite3_stmt* statement = nullptr;
+        if (sqlite3_prepare_v2(db, sql.toUtf8().constData(), -1, &statement, nullptr) ==
+            SQLITE_OK) {
+            const int columns = sqlite3_column_count(statement);
+            while (sqlite3_step(statement) == SQLITE_ROW) {
+                for (int c = 0; c < columns; ++c) {
+                    switch (sqlite3_column_type(statement, c)) {
+                    case SQLITE_INTEGER:
+                        checksum += sqlite3_column_int64(statement, c);
+                        break;
+                    case SQLITE_FLOAT:
+                        checksum += static_cast<std::int64_t>(sqlite3_column_double(statement, c));
+                        break;
+                    case SQLITE_TEXT:
+                        checksum += sqlite3_column_bytes16(statement, c);
+                        break;
+                    default:
+                        break;
+                    }
+                }
+                ++checksum;
+            }
+        }
+        sqlite3_finalize(statement);
+    }
+    sqlite3_close(db);
+    return checksum;
+}
