@@ -46,15 +46,15 @@ void Rename(const QString& from, const QString& to) {
 } // namespace
 
 QString CompactLivePath() {
-    return AppPath() + QStringLiteral("Vantry.mdb");
+    return DataPath() + QStringLiteral("Vantry.mdb");
 }
 
 QString CompactTargetPath() {
-    return AppPath() + QStringLiteral("Vantemp.mdb");
+    return DataPath() + QStringLiteral("Vantemp.mdb");
 }
 
 QString CompactBackupPath() {
-    return AppPath() + QStringLiteral("Vantmpbu.mdb");
+    return DataPath() + QStringLiteral("Vantmpbu.mdb");
 }
 
 void Compaction::SetFaultHook(std::function<void(int)> hook) {

@@ -140,7 +140,7 @@ cLogErr::cLogErr() {
 void cLogErr::Init(std::optional<QString> AppName, std::optional<QString> LogFile,
                    std::optional<QString> ProgramName, std::optional<QString> Version) {
     mAppName = AppName.value_or(AppExeName());
-    mLogFile = LogFile.value_or(AppPath() + mAppName + QStringLiteral(".log"));
+    mLogFile = LogFile.value_or(DataPath() + mAppName + QStringLiteral(".log"));
     mProgramName = ProgramName.value_or(mAppName);
     mVersion = Version.value_or(AppVersion());
 }

@@ -33,7 +33,7 @@ class cLogErr {
 public:
     cLogErr(); // with the defaults of Init()
 
-    // Every argument may be left out: the executable's base name, AppPath() + AppName +
+    // Every argument may be left out: the executable's base name, DataPath() + AppName +
     // ".log", AppName, and AppVersion().
     void Init(std::optional<QString> AppName = std::nullopt,
               std::optional<QString> LogFile = std::nullopt,

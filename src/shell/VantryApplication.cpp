@@ -9,6 +9,8 @@ VantryApplication::VantryApplication(int& argc, char** argv) : QApplication(argc
     // by itself.
     Q_INIT_RESOURCE(vantry);
     setWindowIcon(QIcon(QStringLiteral(":/icons/vantry.svg")));
+    // The installed menu entry's name, by which the desktop matches windows to the entry.
+    setDesktopFileName(QStringLiteral("example.vantry.Vantry"));
 }
 
 // The last resort only: the handlers catch their own errors (TrapHandlerErrors), since an

@@ -285,7 +285,8 @@ void frmMDI::ShowRebateButtons() {
 }
 
 void frmMDI::MDIForm_Load() {
-    QDir::setCurrent(AppPath());
+    // Relative file names (the compaction's) land beside the store.
+    QDir::setCurrent(DataPath());
     if (ReadSetting(Setting::MdiToolbar) == QStringLiteral("Large"))
         mnuTbPopupLarge_Click();
     else

@@ -127,6 +127,21 @@ QDateTime WholeSecondsNow() {
     return now.addMSecs(-now.time().msec());
 }
 
+// Outside the program's folder the data folder gets its own reserve copy, taken from the
+// one delivered beside the program or, for an installed program, from its share folder.
+void ProvideReserveCopy() {
+    const QString name = AppExeName() + QStringLiteral(".rdb");
+    const QString reserve = DataPath() + name;
+    if (DataPath() == AppPath() || FileExists(reserve))
+        return;
+    for (const QString& delivered : {AppPath() + name, InstalledReservePath()}) {
+        if (FileExists(delivered)) {
+            QFile::copy(delivered, reserve);
+            return;
+        }
+    }
+}
+
 // A start-up that ends leaves nothing of itself behind in the process.
 void AbandonStartup() {
     if (frmSplash* splash = frmSplash::Instance())
@@ -137,11 +152,15 @@ void AbandonStartup() {
 } // namespace
 
 bool RestoreDatabaseFromRdb() {
-    const QString dbPath = AppPath() + AppExeName() + QStringLiteral(".mdb");
-    const QString rdbPath = AppPath() + AppExeName() + QStringLiteral(".rdb");
+    const QString dbPath = DataPath() + AppExeName() + QStringLiteral(".mdb");
+    const QString rdbPath = DataPath() + AppExeName() + QStringLiteral(".rdb");
     QFile reserve(rdbPath);
-    if (reserve.copy(dbPath))
+    if (reserve.copy(dbPath)) {
+        // A copy keeps the reserve's mode, and a reserve delivered read-only must not make
+        // the store read-only.
+        QFile::setPermissions(dbPath, QFile::permissions(dbPath) | QFileDevice::WriteOwner);
         return true;
+    }
     MsgBox(reserve.errorString(), vb::vbExclamation, QStringLiteral("Error Renaming Vantry.rdb"));
     return false;
 }
@@ -171,13 +190,14 @@ bool Main() {
     try {
         gTCRLink = kTCRLink;
         gErrorLog = std::make_unique<cLogErr>(); // Init with every argument left out
-        const QString dbPath = AppPath() + AppExeName() + QStringLiteral(".mdb");
+        const QString dbPath = DataPath() + AppExeName() + QStringLiteral(".mdb");
         // A compaction that failed half-way may have left the user's data under its own
         // names: that file comes back before the empty reserve copy is ever considered.
         if (const QString restored = RestoreDatabaseFromCompaction(dbPath); !restored.isEmpty())
             RestoredFromCompactionBox(restored);
         if (!FileExists(dbPath)) {
-            if (!FileExists(AppPath() + AppExeName() + QStringLiteral(".rdb")) ||
+            ProvideReserveCopy();
+            if (!FileExists(DataPath() + AppExeName() + QStringLiteral(".rdb")) ||
                 !RestoreDatabaseFromRdb()) {
                 MissingFileBox();
                 AbandonStartup();

@@ -99,8 +99,11 @@ StatisticsPage::StatisticsPage(QWidget* parent) : QWidget(parent) {
     mSheet = new QWidget(this);
     mSheet->setObjectName(QStringLiteral("picLVBack_9"));
     mSheet->setAutoFillBackground(true);
+    // The sheet is white under any desktop theme, so the text on it is dark under any theme.
     QPalette white = mSheet->palette();
     white.setColor(QPalette::Window, Qt::white);
+    white.setColor(QPalette::WindowText, Qt::black);
+    white.setColor(QPalette::Text, Qt::black);
     mSheet->setPalette(white);
     mContent = new QWidget(mSheet);
 

@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QStandardPaths>
 
 namespace {
 QString gAppDirectory;
@@ -31,6 +32,22 @@ QString AppPath() {
     if (!path.endsWith(QLatin1Char('/')))
         path += QLatin1Char('/');
     return path;
+}
+
+QString DataPath() {
+    const QString program = AppPath();
+    if (QFileInfo(program).isWritable())
+        return program;
+    QString path = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    QDir().mkpath(path);
+    if (!path.endsWith(QLatin1Char('/')))
+        path += QLatin1Char('/');
+    return path;
+}
+
+QString InstalledReservePath() {
+    return QDir(QCoreApplication::applicationDirPath() + QStringLiteral("/" VANTRY_SHARE_FROM_BIN))
+        .absoluteFilePath(AppExeName() + QStringLiteral(".rdb"));
 }
 
 QString AppExeName() {

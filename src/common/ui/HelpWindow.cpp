@@ -73,6 +73,11 @@ HelpWindow::HelpWindow(QWidget* parent)
     mList->setAccessibleName(QStringLiteral("Topics"));
     mBrowser->setObjectName(QStringLiteral("txtTopic"));
     mBrowser->setOpenLinks(false);
+    // The pages' own colours are made for a white page, which they keep under a dark theme.
+    QPalette page = mBrowser->palette();
+    page.setColor(QPalette::Base, Qt::white);
+    page.setColor(QPalette::Text, Qt::black);
+    mBrowser->setPalette(page);
     mBrowser->document()->setDefaultStyleSheet(QStringLiteral(
         "h1 { color: #1F3A5F; font-size: large; } h2 { color: #2F6FB3; font-size: medium; }"
         " a { color: #2F6FB3; } td { vertical-align: top; }"));

@@ -1,0 +1,125 @@
+#include "Fixture.h"
+#include "ProgramWindow.h"
+#include "RebateRows.h"
+#include "common/ui/HelpWindow.h"
+#include "shell/VantryApplication.h"
+#include "shell/frmMDI.h"
+#include "switchboard/frmSwitchboard.h"
+
+#include <QLabel>
+#include <QStyleFactory>
+#include <QTest>
+#include <QTextBrowser>
+#include <cmath>
+
+namespace {
+// The desktop's dark theme as Fusion draws it: light text on dark grounds.
+QPalette DarkPalette() {
+    QPalette dark;
+    dark.setColor(QPalette::Window, QColor(45, 45, 48));
+    dark.setColor(QPalette::WindowText, QColor(220, 220, 220));
+    dark.setColor(QPalette::Base, QColor(30, 30, 30));
+    dark.setColor(QPalette::AlternateBase, QColor(45, 45, 48));
+    dark.setColor(QPalette::Text, QColor(220, 220, 220));
+    dark.setColor(QPalette::Button, QColor(53, 53, 56));
+    dark.setColor(QPalette::ButtonText, QColor(220, 220, 220));
+    dark.setColor(QPalette::Highlight, QColor(42, 130, 218));
+    dark.setColor(QPalette::Link, QColor(90, 170, 255));
+    dark.setColor(QPalette::HighlightedText, Qt::black);
+    return dark;
+}
+
+double Luminance(const QColor& colour) {
+    const auto channel = [](double c) {
+        return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * channel(colour.redF()) + 0.7152 * channel(colour.greenF()) +
+           0.0722 * channel(colour.blueF());
+}
+
+// The contrast ratio of two colours, from 1 (none) to 21 (black on white).
+double Contrast(const QColor& a, const QColor& b) {
+    const double la = Luminance(a);
+    const double lb = Luminance(b);
+    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
+
+// Normal text needs 4.5:1 to be read comfortably.
+constexpr double kReadable = 4.5;
+} // namespace
+
+class tst_darktheme : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void statisticsSheet();
+    void helpPage();
+
+private:
+    std::unique_ptr<Fixture> mFixture;
+};
+
+void tst_darktheme::initTestCase() {
+    InitTestResources();
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    QApplication::setPalette(DarkPalette());
+}
+
+void tst_darktheme::init() {
+    mFixture = std::make_unique<Fixture>();
+    mFixture->OpenDatabase();
+}
+
+void tst_darktheme::cleanup() {
+    mFixture.reset();
+}
+
+void tst_darktheme::statisticsSheet() {
+    InsertRebates({{.RebateID = "1", .PurchasePrice = 19.99, .RebateAmount = 10.0},
+                   {.RebateID = "2", .PurchasePrice = 5.0, .AmountReceived = 2.5}});
+    ProgramWindow program;
+    program.ClickTab("Statistics");
+    auto* sheet = program.Switchboard().findChild<QWidget*>("picLVBack_9");
+    QVERIFY(sheet);
+    const QColor paper = sheet->palette().color(QPalette::Window);
+    QCOMPARE(paper, QColor(Qt::white));
+    const QList<QLabel*> labels = sheet->findChildren<QLabel*>();
+    int texts = 0;
+    for (const QLabel* label : labels) {
+        if (label->text().isEmpty())
+            continue;
+        ++texts;
+        const QColor ink = label->palette().color(label->foregroundRole());
+        QVERIFY2(Contrast(ink, paper) >= kReadable,
+                 qPrintable(label->objectName() + " " + ink.name()));
+    }
+    // Three headers, fifteen captions and fifteen figures.
+    QCOMPARE(texts, 33);
+    const QString shots = qEnvironmentVariable("VANTRY_SCREENSHOT_DIR");
+    if (!shots.isEmpty()) {
+        program.Mdi().resize(900, 700);
+        QVERIFY(program.Mdi().grab().save(shots + "/statistics-dark.png"));
+    }
+}
+
+void tst_darktheme::helpPage() {
+    HelpWindow help;
+    help.ShowContents();
+    auto* page = help.findChild<QTextBrowser*>("txtTopic");
+    QVERIFY(page);
+    const QPalette palette = page->palette();
+    // The pages' headings and links are dark blue: they keep a light page.
+    for (const QColor ink :
+         {palette.color(QPalette::Text), QColor(0x1F, 0x3A, 0x5F), QColor(0x2F, 0x6F, 0xB3)})
+        QVERIFY2(Contrast(ink, palette.color(QPalette::Base)) >= kReadable, qPrintable(ink.name()));
+}
+
+int main(int argc, char** argv) {
+    VantryApplication app(argc, argv);
+    tst_darktheme test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_darktheme.moc"
