@@ -128,6 +128,11 @@ std::unique_ptr<Database> Database::Open(const QString& path) {
         QSqlDatabase::removeDatabase(connection->connectionName);
         return VbError(number, description);
     };
+    // The engine would take a file of no bytes for a new, empty database; it is a store that
+    // lost everything, as unusable as a damaged one.
+    if (QFileInfo(path).size() == 0)
+        throw refuse(dbError::NotADatabase,
+                     QStringLiteral("Can't open database '%1'. The file is empty.").arg(path));
     if (!connection->db.open())
         throw refuse(dbError::CannotOpen, QStringLiteral("Couldn't open file '%1' (%2).")
                                               .arg(path, connection->db.lastError().text()));
@@ -147,7 +152,7 @@ std::unique_ptr<Database> Database::Open(const QString& path) {
                                     "this program recognizes, or the file may be corrupt (%2).")
                          .arg(path, reason));
     // A write-ahead log keeps the save of one record to one short sync however large the
-    // table grows. It is only set on a real database (an empty file stays untouched), and
+    // table grows. It is only set on a database that holds a schema, and
     // where the folder can't hold the log the engine keeps its default journal.
     if (hasSchema)
         QSqlQuery(connection->db).exec(QStringLiteral("PRAGMA journal_mode=WAL"));

@@ -21,6 +21,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QProcess>
+#include <QSysInfo>
 #include <QTest>
 #include <QTimer>
 #include <stdexcept>
@@ -84,7 +85,9 @@ private Q_SLOTS:
     void folderRefusesTheCopy();
     void splashWait_data();
     void splashWait();
+    void secondCopyActivatesFirst_data();
     void secondCopyActivatesFirst();
+    void staleLockDoesNotBlock();
     void activateWindowByTitle();
     void escapedErrorsAreLogged();
 
@@ -150,22 +153,25 @@ void tst_startup::restoresFromReserve() {
 }
 
 void tst_startup::refusedStart_data() {
-    QTest::addColumn<bool>("corrupt"); // else both database files are missing
+    QTest::addColumn<QByteArray>("store"); // the store's bytes; no row means both files missing
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("prompt");
-    QTest::newRow("both files missing") << false << "Missing File" << kMissingFile;
-    QTest::newRow("corrupt database") << true << "Corrupt Database File" << CorruptText();
+    QTest::newRow("both files missing") << QByteArray() << "Missing File" << kMissingFile;
+    QTest::newRow("corrupt database")
+        << QByteArray("This is not a database at all.\n").repeated(200) << "Corrupt Database File"
+        << CorruptText();
+    QTest::newRow("zero bytes") << QByteArray("") << "Corrupt Database File" << CorruptText();
 }
 
 void tst_startup::refusedStart() {
-    QFETCH(bool, corrupt);
+    QFETCH(QByteArray, store);
     QFETCH(QString, title);
     QFETCH(QString, prompt);
-    const QByteArray garbage = QByteArray("This is not a database at all.\n").repeated(200);
-    if (corrupt) {
+    const bool present = !store.isNull();
+    if (present) {
         QFile file(mFixture->DatabasePath());
         QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(garbage);
+        file.write(store);
     } else {
         QVERIFY(QFile::remove(mFixture->DatabasePath()));
         QVERIFY(QFile::remove(mFixture->ReservePath()));
@@ -174,15 +180,15 @@ void tst_startup::refusedStart() {
     mFixture->Desktop().OnNextBox(
         [&splashShown](const ScriptedDesktop::Box&) { splashShown = frmSplash::Instance(); });
     QVERIFY(!Main());
-    if (!corrupt)
+    if (!present)
         QVERIFY(!splashShown);
     const auto& boxes = mFixture->Desktop().boxes;
     QCOMPARE(boxes.size(), 1);
     QCOMPARE(boxes[0].title, title);
     QCOMPARE(boxes[0].style, 16);
     QCOMPARE(boxes[0].prompt, prompt);
-    QCOMPARE(QFile::exists(mFixture->DatabasePath()), corrupt);
-    QCOMPARE(ReadFile(mFixture->DatabasePath()), corrupt ? garbage : QByteArray());
+    QCOMPARE(QFile::exists(mFixture->DatabasePath()), present);
+    QCOMPARE(ReadFile(mFixture->DatabasePath()), present ? store : QByteArray());
     QVERIFY(!frmMDI::Instance());
     QVERIFY(!frmSplash::Instance());
     QVERIFY(!gAppStarted);
@@ -249,7 +255,14 @@ void tst_startup::splashWait() {
     QVERIFY(frmMDI::Instance()->isVisible());
 }
 
+void tst_startup::secondCopyActivatesFirst_data() {
+    QTest::addColumn<bool>("otherTemp");
+    QTest::newRow("same environment") << false;
+    QTest::newRow("another temporary folder") << true;
+}
+
 void tst_startup::secondCopyActivatesFirst() {
+    QFETCH(bool, otherTemp);
     const QString name = PrevInstance::ServerName();
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("QT_QPA_PLATFORM", "offscreen");
@@ -264,6 +277,10 @@ void tst_startup::secondCopyActivatesFirst() {
     const QDateTime databaseTime = QFileInfo(mFixture->DatabasePath()).lastModified();
 
     QProcess second;
+    if (otherTemp) {
+        QVERIFY(QDir().mkpath(mFixture->ProgramDir() + "tmp"));
+        environment.insert("TMPDIR", mFixture->ProgramDir() + "tmp");
+    }
     second.setProcessEnvironment(environment);
     QElapsedTimer clock;
     clock.start();
@@ -281,6 +298,17 @@ void tst_startup::secondCopyActivatesFirst() {
         first.kill();
     first.waitForFinished(5000);
     QLocalServer::removeServer(name);
+}
+
+// A copy that crashed leaves its lock file behind; the next start takes the store over.
+void tst_startup::staleLockDoesNotBlock() {
+    QFile lock(PrevInstance::LockPath());
+    QVERIFY(lock.open(QIODevice::WriteOnly));
+    lock.write("2147483000\nvantry\n" + QSysInfo::machineHostName().toUtf8() + "\n");
+    lock.close();
+    QVERIFY(Main());
+    QVERIFY(frmMDI::Instance());
+    QVERIFY(mFixture->Desktop().boxes.isEmpty());
 }
 
 void tst_startup::activateWindowByTitle() {

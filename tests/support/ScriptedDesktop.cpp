@@ -1,11 +1,44 @@
 #include "ScriptedDesktop.h"
 
+#include <QApplication>
+#include <QDialog>
+#include <QPointer>
+#include <QTimer>
+
 int ScriptedDesktop::MsgBox(const QString& prompt, int style, const QString& title) {
     const int answer = answers.isEmpty() ? vb::DefaultAnswer(style) : answers.takeFirst();
     boxes.append({prompt, style, title, answer});
+    std::function<void(const Box&)> action;
     if (!boxActions.isEmpty())
-        boxActions.takeFirst()(boxes.last());
+        action = boxActions.takeFirst();
+    if (modalBoxes)
+        RunModalWindow(boxes.last(), action);
+    else if (action)
+        action(boxes.last());
     return answer;
+}
+
+void ScriptedDesktop::RunModalWindow(const Box& box,
+                                     const std::function<void(const Box&)>& action) {
+    const QPointer<QWidget> owner = QApplication::activeWindow();
+    QDialog window;
+    window.setWindowTitle(box.title);
+    window.setModal(true);
+    QTimer::singleShot(0, &window, [&] {
+        QApplication::setActiveWindow(&window);
+        if (action)
+            action(box);
+        window.accept();
+    });
+    window.exec();
+    window.hide();
+    // Nothing is active between the box and the owner's activation.
+    QApplication::setActiveWindow(nullptr);
+    if (owner)
+        QTimer::singleShot(0, owner, [owner] {
+            if (!QApplication::activeModalWidget())
+                QApplication::setActiveWindow(owner);
+        });
 }
 
 QString ScriptedDesktop::InputBox(const QString& prompt, const QString&,

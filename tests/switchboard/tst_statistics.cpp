@@ -9,10 +9,13 @@
 #include "switchboard/StatisticsPage.h"
 #include "switchboard/frmSwitchboard.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QLabel>
+#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QScrollBar>
+#include <QStatusBar>
 #include <QTest>
 
 namespace {
@@ -93,6 +96,8 @@ private Q_SLOTS:
     void cleanup();
     void figures_data();
     void figures();
+    void bigFiguresShowWhole();
+    void landmarksNamed();
     void engineFailureIsLoggedAndPageShowsWhatItHas();
     void commandsOnTheStatisticsPage();
     void scrollBarFollowsTheWindow_data();
@@ -155,6 +160,36 @@ void tst_statistics::figures() {
     QCOMPARE(StatusText(), QStringLiteral("Ready..."));
     QVERIFY(CurrentMousePointer() == MousePointer::Default);
     QVERIFY(mFixture->Desktop().boxes.isEmpty());
+}
+
+// Sums beyond the designed column widen it: every figure shows whole, inside the page.
+void tst_statistics::bigFiguresShowWhole() {
+    InsertRebates({{.RebateID = "1", .PurchasePrice = 133456789012.33, .RebateAmount = 1.0}});
+    ProgramWindow program;
+    StatisticsPage* page = program.Switchboard().Statistics();
+    program.ClickTab(QStringLiteral("Statistics"));
+
+    QCOMPARE(page->lblStatFigures(0)->text(), QStringLiteral("$133,456,789,012.33"));
+    for (int i = 0; i < StatisticsPage::kFigureCount; ++i) {
+        const QLabel* figure = page->lblStatFigures(i);
+        QVERIFY2(figure->fontMetrics().horizontalAdvance(figure->text()) <=
+                     figure->contentsRect().width(),
+                 qPrintable(figure->text()));
+        QVERIFY(figure->mapTo(page, QPoint(figure->width(), 0)).x() <= page->width());
+    }
+}
+
+// A screen reader names the main window's parts, not only the controls inside them.
+void tst_statistics::landmarksNamed() {
+    ProgramWindow program;
+    const auto name = [](QWidget* widget) {
+        return widget ? QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name)
+                      : QStringLiteral("(none)");
+    };
+    QCOMPARE(name(program.Mdi().findChild<QStatusBar*>()), QStringLiteral("Status Bar"));
+    QCOMPARE(name(program.Mdi().findChild<QMdiArea*>()), QStringLiteral("Workspace"));
+    QCOMPARE(name(program.Switchboard().findChild<QWidget*>("xToolbar")),
+             QStringLiteral("Switchboard Toolbar"));
 }
 
 void tst_statistics::engineFailureIsLoggedAndPageShowsWhatItHas() {
