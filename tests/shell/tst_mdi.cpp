@@ -553,8 +553,6 @@ void tst_mdi::activeControlInLog_data() {
                               << "cmdDelete";
     QTest::newRow("a list view's icons") << "icons"
                                          << "lvNew";
-    QTest::newRow("a list view's details") << "details"
-                                           << "lvNew";
     QTest::newRow("a tab strip's tabs") << "tabs"
                                         << "tbsSwitch";
     QTest::newRow("another window") << "other"

@@ -5,6 +5,21 @@
 #include <QPointer>
 #include <QTimer>
 
+namespace {
+QPointer<QWidget> gOwner; // the window a box gives the activation back to
+
+void GiveBackActivation() {
+    if (!gOwner)
+        return;
+    QTimer::singleShot(0, gOwner, [] {
+        if (QApplication::activeModalWidget())
+            GiveBackActivation(); // another box is up: the owner waits for it
+        else if (gOwner && !QApplication::activeWindow())
+            QApplication::setActiveWindow(gOwner);
+    });
+}
+} // namespace
+
 int ScriptedDesktop::MsgBox(const QString& prompt, int style, const QString& title) {
     const int answer = answers.isEmpty() ? vb::DefaultAnswer(style) : answers.takeFirst();
     boxes.append({prompt, style, title, answer});
@@ -20,7 +35,9 @@ int ScriptedDesktop::MsgBox(const QString& prompt, int style, const QString& tit
 
 void ScriptedDesktop::RunModalWindow(const Box& box,
                                      const std::function<void(const Box&)>& action) {
-    const QPointer<QWidget> owner = QApplication::activeWindow();
+    // A box shown before the activation came back returns it to the same window.
+    if (QWidget* active = QApplication::activeWindow())
+        gOwner = active;
     QDialog window;
     window.setWindowTitle(box.title);
     window.setModal(true);
@@ -34,11 +51,7 @@ void ScriptedDesktop::RunModalWindow(const Box& box,
     window.hide();
     // Nothing is active between the box and the owner's activation.
     QApplication::setActiveWindow(nullptr);
-    if (owner)
-        QTimer::singleShot(0, owner, [owner] {
-            if (!QApplication::activeModalWidget())
-                QApplication::setActiveWindow(owner);
-        });
+    GiveBackActivation();
 }
 
 QString ScriptedDesktop::InputBox(const QString& prompt, const QString&,
