@@ -153,6 +153,12 @@ std::unique_ptr<Database> Database::Open(const QString& path) {
     if (!FileExists(path))
         throw VbError(dbError::FileNotFound, QStringLiteral("Couldn't find file '%1'.").arg(path));
 
+    // The engine would take a file of no bytes for a new, empty database; it is a store that
+    // lost everything, as unusable as a damaged one.
+    if (QFileInfo(path).size() == 0)
+        throw VbError(dbError::NotADatabase,
+                      QStringLiteral("Can't open database '%1'. The file is empty.").arg(path));
+
     auto connection = std::make_shared<store::Connection>();
     connection->connectionName = QStringLiteral("vantry-%1").arg(++gConnectionCounter);
     connection->path = path;

@@ -247,10 +247,15 @@ void FieldEdit::inputMethodEvent(QInputMethodEvent* event) {
 void FieldEdit::focusInEvent(QFocusEvent* event) {
     mHasFocus = true;
     mLastFocusReason = event->reason();
+    // A window activation gives back the field that held the focus, which is no entry; a field
+    // the program moved the focus into while a box was up is entered by the activation.
+    const bool entered = !mReturning && !(IsWindowLevelReason(event->reason()) && mHeld);
+    const QList<FieldEdit*> fields = FormOf(this)->findChildren<FieldEdit*>();
+    for (FieldEdit* field : fields)
+        field->mHeld = false;
     QLineEdit::focusInEvent(event);
-    if (mReturning || IsWindowLevelReason(event->reason()) || !GotFocus)
-        return;
-    GotFocus(*this);
+    if (entered && GotFocus)
+        GotFocus(*this);
 }
 
 void FieldEdit::focusOutEvent(QFocusEvent* event) {
@@ -260,8 +265,11 @@ void FieldEdit::focusOutEvent(QFocusEvent* event) {
         return;
     }
     QWidget* next = QApplication::focusWidget();
-    if (Validate && next && next != this && !IsWindowLevelReason(event->reason()) &&
-        FormOf(this)->isAncestorOf(next)) {
+    const bool withinForm = next && next != this && !IsWindowLevelReason(event->reason()) &&
+                            FormOf(this)->isAncestorOf(next);
+    // Leaving for another window, a menu or another form keeps the field as the form's focus.
+    mHeld = !withinForm;
+    if (Validate && withinForm) {
         const QPointer<FieldEdit> self(this);
         const QPointer<QWidget> thief(next);
         bool cancel = false;
@@ -276,11 +284,29 @@ void FieldEdit::focusOutEvent(QFocusEvent* event) {
             mReturning = false;
             if (hasFocus())
                 return;
+            // The refusal's box left the window inactive: the field is the window's focus again
+            // and gets it back with the window's activation.
+            mHeld = window()->focusWidget() == this;
         }
     }
     mHasFocus = false;
     CloseUndoRun();
     QLineEdit::focusOutEvent(event);
+}
+
+bool FieldEdit::CheckLeave() {
+    if (!Validate)
+        return true;
+    const QPointer<FieldEdit> self(this);
+    bool cancel = false;
+    Validate(*this, cancel);
+    if (self && cancel) {
+        mHeld = true;
+        mReturning = true;
+        setFocus(Qt::OtherFocusReason);
+        mReturning = false;
+    }
+    return !cancel;
 }
 
 // The mouse press that moved the focus is delivered right after the focus change; eating it

@@ -41,6 +41,10 @@ public:
     // Puts the text in place of the selection as one undo step, around the key rules.
     void PasteText(const QString& text);
 
+    // Runs the Validate handler for a move the focus events don't report (the window is
+    // inactive); false when it refuses, and the field then stays the window's focus.
+    bool CheckLeave();
+
     // How the focus came last: Tab, Backtab, an access key, the mouse or code.
     Qt::FocusReason LastFocusReason() const { return mLastFocusReason; }
 
@@ -88,6 +92,7 @@ private:
     bool mUndoing = false;   // Undo is setting the text
     bool mHasFocus = false;  // focusIn seen, focusOut not yet
     bool mReturning = false; // the focus comes back after a veto
+    bool mHeld = false;      // the field was the form's focus when its window lost the focus
     Qt::FocusReason mLastFocusReason = Qt::OtherFocusReason;
     QPointer<QWidget> mThief; // a button whose mouse press is swallowed after a veto
 };

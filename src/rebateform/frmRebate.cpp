@@ -131,9 +131,12 @@ frmRebate* frmRebate::LoadAndShow() {
     if (gInstance)
         return gInstance;
     auto* form = new frmRebate;
-    const QPoint position = form->pos();
+    QPoint position = form->pos();
     if (MainFrame* main = MainFrame::Instance()) {
         QMdiSubWindow* window = main->AddChild(form);
+        // A position from the settings where the window can't be seen goes back to the design's.
+        if (!IsReachable(QRect(position, window->size()), main->Area()->viewport()->rect()))
+            position = QPoint(kDesignLeft / kTwipsPerPixel, kDesignTop / kTwipsPerPixel);
         window->move(position);
         main->AttachWindowList(form->mnuWindowList);
         // The form owns the main toolbar's record buttons while it is the active child; the
@@ -931,11 +934,22 @@ bool frmRebate::eventFilter(QObject* watched, QEvent* event) {
 // A button or the tabs, used while a field holds the focus, first take the focus, so the field
 // checks itself; a field that refuses keeps the focus and the command doesn't run.
 bool frmRebate::FocusMovesTo(QWidget* target) {
-    QWidget* focus = QApplication::focusWidget();
-    if (focus == target || !qobject_cast<FieldEdit*>(focus) || !isAncestorOf(focus))
+    // While a box has the window inactive, the field the window gives the focus back to is the
+    // one being left.
+    QWidget* focus = isActiveWindow() ? QApplication::focusWidget() : window()->focusWidget();
+    auto* field = qobject_cast<FieldEdit*>(focus);
+    if (focus == target || !field || !isAncestorOf(focus))
         return true;
+    if (!isActiveWindow()) {
+        // No focus events reach an inactive window: the field checks itself as on any move.
+        if (!field->CheckLeave())
+            return false;
+        target->setFocus(Qt::ShortcutFocusReason);
+        return true;
+    }
     target->setFocus(Qt::ShortcutFocusReason);
-    return QApplication::focusWidget() != focus;
+    // After a refusal's box the window may still be inactive; the field is its focus all the same.
+    return QApplication::focusWidget() != focus && focus->window()->focusWidget() != focus;
 }
 
 // --- field events ---------------------------------------------------------------------------
@@ -1351,7 +1365,7 @@ void frmRebate::mnuSaveRecord_Click() {
         }
     } catch (const VbError& e) {
         busy.Done();
-        LogError(e, kFormName, QStringLiteral("mnuSaveRecord"));
+        LogError(e, kFormName, QStringLiteral("mnuSaveRecord_Click"));
     }
 }
 

@@ -60,6 +60,29 @@ QMenu* MakeMenu(QWidget* parent, const char* name, const QString& caption, int h
     return menu;
 }
 
+// The program's control a widget belongs to: itself, or the composite control (a list view,
+// a tab strip) it is a part of. Parts are marked "internalPart"; Qt's own bear a "qt_" name.
+const QWidget* ProgramControlOf(const QWidget* widget) {
+    for (; widget && !widget->isWindow(); widget = widget->parentWidget()) {
+        const QString name = widget->objectName();
+        if (!name.isEmpty() && !name.startsWith(QLatin1String("qt_")) &&
+            !widget->property("internalPart").toBool())
+            return widget;
+    }
+    return nullptr;
+}
+
+// The control that has the focus in the program's forms. While another window (a message box,
+// the help window) is active, that is the control the main window will give the focus back to.
+QString ActiveControlName() {
+    const QWidget* focus = QApplication::focusWidget();
+    const QWidget* main = frmMDI::Instance();
+    if (main && (!focus || (focus->window() != main &&
+                            !focus->window()->objectName().startsWith(QLatin1String("frm")))))
+        focus = main->focusWidget();
+    const QWidget* control = ProgramControlOf(focus);
+    return control ? control->objectName() : QString();
+}
 } // namespace
 
 frmMDI::frmMDI(QWidget* parent)
@@ -73,6 +96,7 @@ frmMDI::frmMDI(QWidget* parent)
     Forms::Register(this);
 
     mdiArea->setObjectName(QStringLiteral("mdiArea"));
+    mdiArea->setAccessibleName(QStringLiteral("Workspace"));
     mdiArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     mdiArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setCentralWidget(mdiArea);
@@ -90,10 +114,7 @@ frmMDI::frmMDI(QWidget* parent)
 
     connect(mdiArea, &QMdiArea::subWindowActivated, this, &frmMDI::ShowMenusOf);
     Help::InstallF1Handler();
-    cLogErr::SetActiveControlNameSource([] {
-        const QWidget* focus = QApplication::focusWidget();
-        return focus ? focus->objectName() : QString();
-    });
+    cLogErr::SetActiveControlNameSource(&ActiveControlName);
     // The position isn't kept between runs: the window opens in the middle of the screen.
     if (const QScreen* screen = QGuiApplication::primaryScreen()) {
         const QRect room = screen->availableGeometry();

@@ -7,14 +7,18 @@
 #include <QCryptographicHash>
 #include <QLocalServer>
 #include <QLocalSocket>
+#include <QLockFile>
 #include <QPointer>
+#include <QStandardPaths>
 #include <QWidget>
 #include <algorithm>
+#include <memory>
 #include <unistd.h>
 
 namespace {
 constexpr int kConnectTimeoutMs = 1000;
 QPointer<QLocalServer> gServer;
+std::unique_ptr<QLockFile> gStoreLock;
 
 // Hands the title to a running copy; false when none answers.
 bool AskRunningCopy(const QString& name) {
@@ -51,11 +55,20 @@ void Listen(const QString& name) {
 QString PrevInstance::ServerName() {
     const QByteArray folder =
         QCryptographicHash::hash(AppPath().toUtf8(), QCryptographicHash::Sha1).toHex().left(12);
-    return QStringLiteral("vantry-%1-%2").arg(getuid()).arg(QString::fromLatin1(folder));
+    const QString name =
+        QStringLiteral("vantry-%1-%2").arg(getuid()).arg(QString::fromLatin1(folder));
+    // A bare name would land in the temporary folder, which differs with TMPDIR.
+    const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    return runtime.isEmpty() ? name : runtime + QLatin1Char('/') + name;
+}
+
+QString PrevInstance::LockPath() {
+    return AppPath() + AppExeName() + QStringLiteral(".lock");
 }
 
 void PrevInstance::Release() {
     delete gServer.data();
+    gStoreLock.reset();
 }
 
 bool CheckPrevInstance() {
@@ -68,6 +81,14 @@ bool CheckPrevInstance() {
     Listen(name);
     // Two copies started at the same moment: the one that lost the race asks the other.
     if (!gServer->isListening() && AskRunningCopy(name)) {
+        PrevInstance::Release();
+        return true;
+    }
+    // Whatever the rendezvous missed, no two copies write one store. A lock whose process has
+    // gone (a crash) is taken over.
+    gStoreLock = std::make_unique<QLockFile>(PrevInstance::LockPath());
+    gStoreLock->setStaleLockTime(0);
+    if (!gStoreLock->tryLock(kConnectTimeoutMs)) {
         PrevInstance::Release();
         return true;
     }

@@ -133,6 +133,7 @@ void StatisticsPage::BuildSheet() {
     }
     captionWidth += 8;
     const int figureLeft = kCaptionLeft + captionWidth + kColumnGap;
+    mFigureLeft = figureLeft;
     const int figureWidth = totalMetrics.horizontalAdvance(QStringLiteral("($99,999,999.00)")) + 8;
 
     const auto label = [this](const QString& name, const QString& text, const QFont& font) {
@@ -201,11 +202,29 @@ void StatisticsPage::BuildSheet() {
         y += kGroupGap;
     }
 
-    const int contentWidth = figureLeft + figureWidth + kMargin;
     const int lowest = lblStats(10)->geometry().bottom() + 1;
-    mContent->setGeometry(0, 0, contentWidth, lowest + kMargin);
+    mContent->setGeometry(0, 0, figureLeft + figureWidth + kMargin, lowest + kMargin);
     mSheetHeight = std::max(lowest + kMargin, 2 * (lowest - kSmallestPage));
-    mSheet->setGeometry(0, 0, contentWidth, mSheetHeight);
+    mSheet->setGeometry(0, 0, mContent->width(), mSheetHeight);
+}
+
+// The figure column is designed for sums below a hundred million; a larger figure widens the
+// column rather than losing its leading digits.
+void StatisticsPage::FitFigureColumn() {
+    int widest = 0;
+    for (const QLabel* figure : mFigures)
+        widest = std::max(widest, figure->fontMetrics().horizontalAdvance(figure->text()) + 8);
+    if (widest <= mFigures[0]->width())
+        return;
+    for (QLabel* figure : mFigures)
+        figure->resize(widest, figure->height());
+    for (QFrame* line : mLines)
+        line->resize(widest, line->height());
+    for (QLabel* header : mHeaders)
+        if (header->x() == kHeaderLeft)
+            header->resize(mFigureLeft + widest - kHeaderLeft, header->height());
+    mContent->resize(mFigureLeft + widest + kMargin, mContent->height());
+    PlaceSheet(mSheet->y());
 }
 
 void StatisticsPage::SetFigure(int index, const QString& text) {
@@ -242,6 +261,7 @@ void StatisticsPage::UpdateStatistics() {
     SetFigure(12, sumOf({3, 2, 0}));
     SetFigure(13, sumOf({11, 4}));
     SetFigure(14, sumOf({1, 13}));
+    FitFigureColumn();
 }
 
 void StatisticsPage::VScroll1_Change(int value) {

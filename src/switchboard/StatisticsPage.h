@@ -46,11 +46,13 @@ private:
     void BuildSheet();
     void SetFigure(int index, const QString& text);
     void PlaceSheet(int top);
+    void FitFigureColumn();
 
     QWidget* mSheet;
     QWidget* mContent; // the rows, centred on a sheet wider than they are
     QScrollBar* mScroll;
     int mSheetHeight = 0; // as designed, in pixels
+    int mFigureLeft = 0;
     std::array<QLabel*, kFigureCount> mFigures{};
     std::array<QLabel*, kCaptionCount> mCaptions{};
     std::array<QLabel*, kHeaderCount> mHeaders{};

@@ -122,18 +122,19 @@ void SetRecordCommands(frmSwitchboard& form, bool enabled) {
         print->SetEnabled(form.mnuPrintSelected->isEnabled());
 }
 
-// Selects the record's row in a list and clears the selection of every other row; true when
-// the list holds the record. With `stopOnRow` the walk ends on the row, and the rows after it
-// keep their selection. `onRow` runs when the row is found, before it is scrolled to.
-// Selects the record's row of the list, and only it; true when the list holds the record.
+// Selects the record's row of the list, and only it, as the current row too (so that Enter
+// opens it); true when the list holds the record. `onRow` runs when the row is found, before
+// it is scrolled to.
 bool SelectRecordRow(ListView* lv, const QString& rebateID,
                      const std::function<void()>& onRow = {}) {
     ListItem* item = lv->FindByKey(rebateID);
     if (item && onRow)
         onRow();
     lv->SelectOnly(item);
-    if (item)
+    if (item) {
         item->EnsureVisible();
+        lv->SetSelectedItem(item);
+    }
     return item != nullptr;
 }
 
@@ -234,7 +235,7 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
     // What the rebate form and the maintenance dialogs do to the records reaches the lists
     // at once, inside their own calls.
     Notifier& notifier = Notifier::Instance();
-    connect(&notifier, &Notifier::RecordSaved, this, &frmSwitchboard::UpdateIcons);
+    connect(&notifier, &Notifier::RecordSaved, this, &frmSwitchboard::RecordSaved);
     connect(&notifier, &Notifier::RecordDeleted, this, &frmSwitchboard::DeleteIcons);
     connect(&notifier, &Notifier::RecordFormClosed, this, &frmSwitchboard::tbsSwitch_Click);
     connect(&notifier, &Notifier::ListsStale, this, &frmSwitchboard::mnuRefresh_Click);
@@ -273,6 +274,9 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
                               QString::fromLatin1(kTabs[i].toolTip));
         mPages[i] = new QWidget;
         mPages[i]->setObjectName(QStringLiteral("picLVBack_%1").arg(i));
+        // The tab's tag is the help topic of its page: F1 on a list opens it.
+        if (const int topic = QString::fromLatin1(kTabs[i].tag).toInt(); topic > 0)
+            mPages[i]->setProperty(Help::kContextProperty, topic);
         auto* pageLayout = new QVBoxLayout(mPages[i]);
         pageLayout->setContentsMargins(0, 0, 0, 0);
         tbsSwitch->AddPage(mPages[i]);
@@ -512,6 +516,7 @@ void frmSwitchboard::BuildMenus() {
 void frmSwitchboard::BuildToolbar() {
     xToolbar = new Toolbar(this);
     xToolbar->setObjectName(QStringLiteral("xToolbar"));
+    xToolbar->setAccessibleName(QStringLiteral("Switchboard Toolbar"));
     xToolbar->SetImageList(&xImageListSmall);
     const auto button = [this](const char* key, const char* toolTip,
                                ToolbarButton::Style style = ToolbarButton::Default) {
@@ -637,14 +642,19 @@ void frmSwitchboard::PlaceWindow() {
     const auto read = [](const SettingSpec& setting, int fallback) {
         return qRound(ReadTwips(setting).value_or(fallback));
     };
-    const int left = read(Setting::SwitchboardLeft, defaultLeft);
-    const int top = read(Setting::SwitchboardTop, defaultTop);
-    const int width = std::max(read(Setting::SwitchboardWidth, kDesignSize), kMinWidth);
-    const int height = std::max(read(Setting::SwitchboardHeight, kDesignSize), kMinHeight);
+    QRect placed(read(Setting::SwitchboardLeft, defaultLeft) / kTwipsPerPixel,
+                 read(Setting::SwitchboardTop, defaultTop) / kTwipsPerPixel,
+                 std::max(read(Setting::SwitchboardWidth, kDesignSize), kMinWidth) / kTwipsPerPixel,
+                 std::max(read(Setting::SwitchboardHeight, kDesignSize), kMinHeight) /
+                     kTwipsPerPixel);
+    // A position or size the window can't be seen or reached at goes back to the defaults.
+    if (!IsReachable(placed, area->viewport()->rect()))
+        placed = QRect(defaultLeft / kTwipsPerPixel, defaultTop / kTwipsPerPixel,
+                       std::max(kDesignSize, kMinWidth) / kTwipsPerPixel,
+                       std::max(kDesignSize, kMinHeight) / kTwipsPerPixel);
     // The window's outer size, frame included, never goes below 8000 x 5000 twips.
     frame->setMinimumSize(kMinWidth / kTwipsPerPixel, kMinHeight / kTwipsPerPixel);
-    frame->setGeometry(left / kTwipsPerPixel, top / kTwipsPerPixel, width / kTwipsPerPixel,
-                       height / kTwipsPerPixel);
+    frame->setGeometry(placed);
     connect(area, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* window) {
         if (window && window->widget() == this)
             Form_Activate();
@@ -834,6 +844,19 @@ void frmSwitchboard::UpdateIcons(const QString& rebateID) {
         if (list != lvAll && SelectRecordRow(list, rebateID, [this, list] { SelectTabOf(list); }))
             return;
     }
+}
+
+// A record the rebate form has just saved and closed: its rows are brought up to date now, so
+// the hand-over that waits for the next activation is done with (it would select the record
+// again beside a later one). The keyboard goes back to the list on the record's row.
+void frmSwitchboard::RecordSaved(const QString& rebateID) {
+    UpdateIcons(rebateID);
+    if (gbRecordSaved && gsSavedRebateID == rebateID) {
+        gbRecordSaved = false;
+        gsSavedRebateID.clear();
+    }
+    if (ListView* lv = GetCurrentLV())
+        lv->ActiveView()->setFocus(Qt::OtherFocusReason);
 }
 
 void frmSwitchboard::SelectTabOf(ListView* lv) {

@@ -133,6 +133,8 @@ public Q_SLOTS:
     void AddIcons(const QString& rebateID);
     void DeleteIcons(const QString& rebateID);
     void UpdateIcons(const QString& rebateID);
+    // UpdateIcons for a record the rebate form saved and closed.
+    void RecordSaved(const QString& rebateID);
     void tbsSwitch_Click();
     void Timer1_Timer();
     void Form_Activate();

@@ -1,4 +1,5 @@
 #include "Fixture.h"
+#include "RebateFormDriver.h"
 #include "common/core/Globals.h"
 #include "common/ui/ListView.h"
 #include "common/ui/TabStrip.h"
@@ -199,7 +200,37 @@ private Q_SLOTS:
         QCOMPARE(ReadRawRebate(kPending).value("AmountReceived").toLongLong(), 300000);
     }
 
+    // OK on a record of All, twice: each time the keyboard is back on the list, on the saved row
+    // alone, so Enter opens it again; the row saved before never comes back selected.
+    void savedRowKeepsTheKeyboard() {
+        SelectTab("All");
+        ListView* all = mBoard->lvAll;
+        for (const QString& id : {kUnsent, kSecondUnsent}) {
+            SelectRows(all, {id});
+            QTest::keyClick(ViewOf(all), Qt::Key_Return);
+            frmRebate* form = frmRebate::Instance();
+            QVERIFY(form);
+            QCOMPARE(form->RebateID(), id);
+            FieldEdit* remarks = RebateFormDriver::Type(form, 17, "ok");
+            QTest::keyClick(remarks, Qt::Key_O, Qt::AltModifier);
+            QTRY_VERIFY(!frmRebate::Instance());
+            QTRY_COMPARE(QApplication::focusWidget(), ViewOf(all));
+            QCOMPARE(SelectedIDs(all), QStringList{id});
+            QVERIFY(!gbRecordSaved);
+        }
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QVERIFY(frmRebate::Instance());
+        QCOMPARE(frmRebate::Instance()->RebateID(), kSecondUnsent);
+    }
+
 private:
+    static QStringList SelectedIDs(ListView* lv) {
+        QStringList ids;
+        for (int i = 1; i <= lv->ListItems().Count(); ++i)
+            if (lv->ListItems().Item(i)->Selected())
+                ids << lv->ListItems().Item(i)->SubItems(3);
+        return ids;
+    }
     void ActivateBoard() {
         mMain->mdiArea->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(mBoard->parentWidget()));
     }

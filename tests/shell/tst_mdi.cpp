@@ -5,8 +5,10 @@
 #include "common/ui/Forms.h"
 #include "common/ui/Help.h"
 #include "common/ui/HelpWindow.h"
+#include "common/ui/ListView.h"
 #include "common/ui/MdiChild.h"
 #include "common/ui/StatusBar.h"
+#include "common/ui/TabStrip.h"
 #include "common/ui/Toolbar.h"
 #include "data/Database.h"
 #include "shell/frmMDI.h"
@@ -502,15 +504,50 @@ private Q_SLOTS:
         QTRY_VERIFY(!mMain);
     }
 
+    void activeControlInLog_data() {
+        QTest::addColumn<QString>("focus"); // the widget given the focus
+        QTest::addColumn<QString>("logged");
+        QTest::newRow("a button") << "cmdDelete" << "cmdDelete";
+        QTest::newRow("a list view's icons") << "icons" << "lvNew";
+        QTest::newRow("a tab strip's tabs") << "tabs" << "tbsSwitch";
+        QTest::newRow("another window") << "other" << "cmdDelete";
+    }
+
+    // The log names the program's control, never a part inside it nor a control of a window
+    // that isn't the program's.
     void activeControlInLog() {
+        QFETCH(QString, focus);
+        QFETCH(QString, logged);
         frmMDI* main = MakeMain();
         FakeForm* rebate = AddForm("frmRebate");
+        auto* strip = new TabStrip(rebate);
+        strip->setObjectName("tbsSwitch");
+        auto* list = new ListView(strip);
+        list->setObjectName("lvNew");
+        strip->show();
+        list->show();
         auto* button = rebate->findChild<QWidget*>("cmdDelete");
         main->activateWindow();
         button->setFocus();
         QTRY_COMPARE(QApplication::focusWidget(), button);
+        QWidget other;
+        auto* otherButton = new QPushButton("elsewhere", &other);
+        otherButton->setObjectName("cmdElsewhere");
+        if (focus == "other") {
+            other.show();
+            QApplication::setActiveWindow(&other);
+            otherButton->setFocus();
+            QTRY_COMPARE(QApplication::focusWidget(), otherButton);
+        } else {
+            QWidget* target = main->findChild<QWidget*>(focus);
+            QVERIFY(target);
+            target->setFocusPolicy(Qt::StrongFocus);
+            target->setFocus();
+            QTRY_COMPARE(QApplication::focusWidget(), target);
+        }
         LogError(VbError(VbError::InvalidCall), "frmRebate", "cmdOK_Click");
-        QVERIFY(mFixture->LogText().contains("Active Control:\t\tcmdDelete\r\n"));
+        QVERIFY2(mFixture->LogText().contains("Active Control:\t\t" + logged + "\r\n"),
+                 qPrintable(mFixture->LogText()));
     }
 
 private:

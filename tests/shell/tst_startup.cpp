@@ -23,6 +23,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QProcess>
+#include <QSysInfo>
 #include <QTest>
 #include <QTimer>
 #include <stdexcept>
@@ -140,22 +141,25 @@ private Q_SLOTS:
     }
 
     void refusedStart_data() {
-        QTest::addColumn<bool>("corrupt"); // else both database files are missing
+        QTest::addColumn<QByteArray>("store"); // the store's bytes; null: both files missing
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("prompt");
-        QTest::newRow("both files missing") << false << "Missing File" << kMissingFile;
-        QTest::newRow("corrupt database") << true << "Corrupt Database File" << CorruptText();
+        QTest::newRow("both files missing") << QByteArray() << "Missing File" << kMissingFile;
+        QTest::newRow("corrupt database")
+            << QByteArray("This is not a database at all.\n").repeated(200)
+            << "Corrupt Database File" << CorruptText();
+        QTest::newRow("zero bytes") << QByteArray("") << "Corrupt Database File" << CorruptText();
     }
 
     void refusedStart() {
-        QFETCH(bool, corrupt);
+        QFETCH(QByteArray, store);
         QFETCH(QString, title);
         QFETCH(QString, prompt);
-        const QByteArray garbage = QByteArray("This is not a database at all.\n").repeated(200);
-        if (corrupt) {
+        const bool present = !store.isNull();
+        if (present) {
             QFile file(mFixture->DatabasePath());
             QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-            file.write(garbage);
+            file.write(store);
         } else {
             QVERIFY(QFile::remove(mFixture->DatabasePath()));
             QVERIFY(QFile::remove(mFixture->ReservePath()));
@@ -164,11 +168,11 @@ private Q_SLOTS:
         mFixture->Desktop().OnNextBox(
             [&splashShown](const ScriptedDesktop::Box&) { splashShown = frmSplash::Instance(); });
         QVERIFY(!Main());
-        if (!corrupt)
+        if (!present)
             QVERIFY(!splashShown);
         QCOMPARE(mFixture->Desktop().Shown(), QStringList{title + " | 16 | " + prompt});
-        QCOMPARE(QFile::exists(mFixture->DatabasePath()), corrupt);
-        QCOMPARE(ReadFile(mFixture->DatabasePath()), corrupt ? garbage : QByteArray());
+        QCOMPARE(QFile::exists(mFixture->DatabasePath()), present);
+        QCOMPARE(ReadFile(mFixture->DatabasePath()), present ? store : QByteArray());
         QVERIFY(!frmMDI::Instance());
         QVERIFY(!frmSplash::Instance());
         QVERIFY(!gAppStarted);
@@ -231,7 +235,14 @@ private Q_SLOTS:
         QVERIFY(frmMDI::Instance()->isVisible());
     }
 
+    void secondCopyActivatesFirst_data() {
+        QTest::addColumn<bool>("otherTemp");
+        QTest::newRow("same environment") << false;
+        QTest::newRow("another temporary folder") << true;
+    }
+
     void secondCopyActivatesFirst() {
+        QFETCH(bool, otherTemp);
         const QString name = PrevInstance::ServerName();
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("QT_QPA_PLATFORM", "offscreen");
@@ -246,6 +257,10 @@ private Q_SLOTS:
         const QDateTime databaseTime = QFileInfo(mFixture->DatabasePath()).lastModified();
 
         QProcess second;
+        if (otherTemp) {
+            QVERIFY(QDir().mkpath(mFixture->ProgramDir() + "tmp"));
+            environment.insert("TMPDIR", mFixture->ProgramDir() + "tmp");
+        }
         second.setProcessEnvironment(environment);
         QElapsedTimer clock;
         clock.start();
@@ -263,6 +278,17 @@ private Q_SLOTS:
             first.kill();
         first.waitForFinished(5000);
         QLocalServer::removeServer(name);
+    }
+
+    // A copy that crashed leaves its lock file behind; the next start takes the store over.
+    void staleLockDoesNotBlock() {
+        QFile lock(PrevInstance::LockPath());
+        QVERIFY(lock.open(QIODevice::WriteOnly));
+        lock.write("2147483000\nvantry\n" + QSysInfo::machineHostName().toUtf8() + "\n");
+        lock.close();
+        QVERIFY(Main());
+        QVERIFY(frmMDI::Instance());
+        QVERIFY(mFixture->Desktop().boxes.isEmpty());
     }
 
     void activateWindowByTitle() {

@@ -8,6 +8,7 @@
 #include "common/ui/StatusBar.h"
 #include "common/ui/Toolbar.h"
 
+#include <QAccessible>
 #include <QFile>
 #include <QLabel>
 #include <QMainWindow>
@@ -192,6 +193,18 @@ private Q_SLOTS:
         bar->AttachStatusLine();
         SetStatusText("Loading records...");
         QCOMPARE(bar->PanelText(3), QString("Loading records..."));
+        // A screen reader hears each panel's name and its text.
+        const auto spoken = [&bar](int index) {
+            QAccessibleInterface* panel = QAccessible::queryAccessibleInterface(bar->Panels(index));
+            return panel->text(QAccessible::Name) + ": " + panel->text(QAccessible::Description);
+        };
+        QCOMPARE(spoken(1), QString("Date: 11/23/2026"));
+        QCOMPARE(spoken(2), QString("Time: 10:00 AM"));
+        QCOMPARE(spoken(3), QString("Status: Loading records..."));
+        SetStatusText("Error...");
+        QCOMPARE(spoken(3), QString("Status: Error..."));
+        QCOMPARE(QAccessible::queryAccessibleInterface(bar.get())->text(QAccessible::Name),
+                 QString("Status Bar"));
 
         // The status line takes the width the clock panels leave.
         bar->resize(800, 24);

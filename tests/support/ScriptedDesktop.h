@@ -36,6 +36,10 @@ public:
         return sendMailResult;
     }
 
+private:
+    void RunModalWindow(const Box& box, const std::function<void(const Box&)>& action);
+
+public:
     // The answer of the next message box (vb::vbYes, vb::vbNo, ...).
     void SetNextAnswer(int answer) { answers.append(answer); }
     // Runs while the next message box is "showing" (to look at the program in that moment).
@@ -48,6 +52,11 @@ public:
         QString subject;
         QString body;
     };
+
+    // Each message box shows as a real modal window while it "shows": the focus leaves the
+    // program's window, and comes back as a window activation once the event loop turns after
+    // the box is gone, as a window manager gives it back.
+    bool modalBoxes = false;
 
     QList<Box> boxes;
     QList<Mail> mails;

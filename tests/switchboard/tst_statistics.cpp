@@ -13,6 +13,9 @@
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QScrollBar>
+#include <QAccessible>
+#include <QMdiArea>
+#include <QStatusBar>
 #include <QTest>
 
 namespace {
@@ -98,6 +101,36 @@ private Q_SLOTS:
         QCOMPARE(StatusText(), QStringLiteral("Ready..."));
         QVERIFY(CurrentMousePointer() == MousePointer::Default);
         QVERIFY(mFixture->Desktop().boxes.isEmpty());
+    }
+
+    // Sums beyond the designed column widen it: every figure shows whole, inside the page.
+    void bigFiguresShowWhole() {
+        InsertRebates({{.RebateID = "1", .PurchasePrice = 133456789012.33, .RebateAmount = 1.0}});
+        ProgramWindow program;
+        StatisticsPage* page = program.Switchboard().Statistics();
+        program.ClickTab(QStringLiteral("Statistics"));
+
+        QCOMPARE(page->lblStatFigures(0)->text(), QStringLiteral("$133,456,789,012.33"));
+        for (int i = 0; i < StatisticsPage::kFigureCount; ++i) {
+            const QLabel* figure = page->lblStatFigures(i);
+            QVERIFY2(figure->fontMetrics().horizontalAdvance(figure->text()) <=
+                         figure->contentsRect().width(),
+                     qPrintable(figure->text()));
+            QVERIFY(figure->mapTo(page, QPoint(figure->width(), 0)).x() <= page->width());
+        }
+    }
+
+    // A screen reader names the main window's parts, not only the controls inside them.
+    void landmarksNamed() {
+        ProgramWindow program;
+        const auto name = [](QWidget* widget) {
+            return widget ? QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name)
+                          : QStringLiteral("(none)");
+        };
+        QCOMPARE(name(program.Mdi().findChild<QStatusBar*>()), QStringLiteral("Status Bar"));
+        QCOMPARE(name(program.Mdi().findChild<QMdiArea*>()), QStringLiteral("Workspace"));
+        QCOMPARE(name(program.Switchboard().findChild<QWidget*>("xToolbar")),
+                 QStringLiteral("Switchboard Toolbar"));
     }
 
     void engineFailureIsLoggedAndPageShowsWhatItHas() {

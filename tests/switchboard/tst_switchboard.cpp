@@ -5,6 +5,7 @@
 #include "common/core/modUtilities.h"
 #include "common/ui/Forms.h"
 #include "common/ui/Help.h"
+#include "common/ui/HelpWindow.h"
 #include "common/ui/ListView.h"
 #include "common/ui/MdiChild.h"
 #include "common/ui/TabStrip.h"
@@ -12,6 +13,7 @@
 #include "data/Database.h"
 #include "switchboard/frmSwitchboard.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QFile>
 #include <QHeaderView>
@@ -631,6 +633,45 @@ private Q_SLOTS:
         QCOMPARE(again.window->geometry(), QRect(20, 30, 700, 500));
     }
 
+    void unreachablePositionReplaced_data() {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("value");
+        QTest::newRow("far left") << "SwitchboardLeft" << "-300000";
+        QTest::newRow("beyond the right") << "SwitchboardLeft" << "200000";
+        QTest::newRow("above the top") << "SwitchboardTop" << "-3000";
+        QTest::newRow("below the bottom") << "SwitchboardTop" << "400000";
+        QTest::newRow("NaN") << "SwitchboardLeft" << "nan";
+        QTest::newRow("infinite") << "SwitchboardTop" << "inf";
+        QTest::newRow("huge") << "SwitchboardLeft" << "1e300";
+        QTest::newRow("wider than any screen") << "SwitchboardWidth" << "1400000";
+    }
+
+    // A window the settings would put where it can't be seen or reached opens where a first
+    // run puts it, and that is what is written back.
+    void unreachablePositionReplaced() {
+        QFETCH(QString, key);
+        QFETCH(QString, value);
+        Fixture fixture;
+        fixture.OpenDatabase();
+        QRect first;
+        {
+            Board board;
+            first = board.window->geometry();
+        }
+        for (const char* name :
+             {"SwitchboardLeft", "SwitchboardTop", "SwitchboardWidth", "SwitchboardHeight"})
+            SaveSetting(kAppTitle, "Settings", name, "1500");
+        SaveSetting(kAppTitle, "Settings", key, value);
+        const auto part = [&key](const QRect& r) {
+            return key.endsWith("Left") ? r.x() : key.endsWith("Top") ? r.y() : r.width();
+        };
+        Board board;
+        QCOMPARE(part(board.window->geometry()), part(first));
+        fixture.Desktop().SetNextAnswer(vb::vbYes);
+        QVERIFY(board.window->close());
+        QCOMPARE(GetSetting(kAppTitle, "Settings", key).toDouble(), part(first) * 15.0);
+    }
+
     void ctrlTabCycles() {
         Fixture fixture;
         fixture.OpenDatabase();
@@ -692,6 +733,37 @@ private Q_SLOTS:
             QVERIFY(board.form->mnuPopupDelete->isEnabled()); // the others keep their state
             board.form->mnuPopup->hide();
         }
+    }
+
+    void f1OnAListOpensItsTopic_data() {
+        QTest::addColumn<QString>("tab");
+        QTest::addColumn<int>("topic");
+        QTest::newRow("New") << "New" << 1079;
+        QTest::newRow("Overdue") << "Overdue" << 1081;
+        QTest::newRow("All") << "All" << 1080;
+    }
+
+    void f1OnAListOpensItsTopic() {
+        QFETCH(QString, tab);
+        QFETCH(int, topic);
+        Fixture fixture;
+        fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Router"}});
+        Board board;
+        App::SetHelpFile(fixture.ProgramDir() + "vantry.hlp");
+        Help::InstallF1Handler();
+        board.SelectTab(tab);
+        ListView* list = board.form->findChild<ListView*>("lv" + tab);
+        QVERIFY(list);
+        QWidget* view = list->findChild<QAbstractItemView*>("details");
+        if (!view->isVisible())
+            view = list->findChild<QAbstractItemView*>("icons");
+        view->setFocus();
+        QTRY_VERIFY(view->hasFocus());
+        QTest::keyClick(view, Qt::Key_F1);
+        QVERIFY(Help::Window());
+        QCOMPARE(Help::Window()->CurrentTopic(), topic);
+        Help::Quit();
+        App::SetHelpFile(QString());
     }
 
     void helpWithoutHelpFile_data() {

@@ -206,14 +206,22 @@ void HelpWindow::Search(const QString& text) {
     const QStringList words =
         text.toLower().split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
     mList->clear();
+    // Topics whose title holds every word come first, so Enter opens the likeliest one; each
+    // group keeps the contents page's order.
+    QList<const Topic*> byTitle;
+    QList<const Topic*> byText;
     for (const Topic& topic : std::as_const(mTopics)) {
-        const bool matches = std::all_of(words.cbegin(), words.cend(), [&](const QString& word) {
-            return topic.searchText.contains(word);
-        });
-        if (!matches)
+        const auto holdsAll = [&words](const QString& text) {
+            return std::all_of(words.cbegin(), words.cend(),
+                               [&text](const QString& word) { return text.contains(word); });
+        };
+        if (!holdsAll(topic.searchText))
             continue;
-        auto* item = new QListWidgetItem(topic.title, mList);
-        item->setData(Qt::UserRole, topic.context);
+        (!words.isEmpty() && holdsAll(topic.title.toLower()) ? byTitle : byText).append(&topic);
+    }
+    for (const Topic* topic : byTitle + byText) {
+        auto* item = new QListWidgetItem(topic->title, mList);
+        item->setData(Qt::UserRole, topic->context);
     }
     OnSourceChanged(mBrowser->source());
 }

@@ -282,6 +282,7 @@ ColumnHeader* ColumnHeaderCollection::Item(int index) const {
 ListView::ListView(QWidget* parent) : QWidget(parent), mModel(new ListViewModel(this)) {
     mListView = new HostedView<QListView>(this);
     mListView->setObjectName(QStringLiteral("icons"));
+    mListView->setProperty("internalPart", true); // the error log names the list view instead
     mListView->setModel(mModel);
     mListView->setUniformItemSizes(true);
     mListView->setMovement(QListView::Static);
@@ -295,6 +296,7 @@ ListView::ListView(QWidget* parent) : QWidget(parent), mModel(new ListViewModel(
 
     mTreeView = new HostedView<QTreeView>(this);
     mTreeView->setObjectName(QStringLiteral("details"));
+    mTreeView->setProperty("internalPart", true);
     mTreeView->setModel(mModel);
     QItemSelectionModel* ownSelection = mTreeView->selectionModel();
     mTreeView->setSelectionModel(mListView->selectionModel());

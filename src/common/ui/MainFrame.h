@@ -1,6 +1,7 @@
 #pragma once
 
 class QMdiArea;
+class QRect;
 class QMdiSubWindow;
 class QMenu;
 class QWidget;
@@ -53,3 +54,8 @@ protected:
     MainFrame(const MainFrame&) = delete;
     MainFrame& operator=(const MainFrame&) = delete;
 };
+
+// Whether a child window with this frame geometry, read from the settings, can be seen and
+// reached in the room (the client area of the main window): its title bar lies inside it and it
+// is no larger than the screen. A window that fails is placed at its defaults instead.
+bool IsReachable(const QRect& frame, const QRect& room);

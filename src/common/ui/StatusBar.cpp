@@ -15,6 +15,12 @@ void WriteStatusLine(const QString& text) {
         gStatusLineBar->SetPanelText(3, text);
 }
 
+// A screen reader reads a panel by its name ("Date") and its text as the description.
+void ShowText(QLabel* panel, const QString& text) {
+    panel->setText(text);
+    panel->setAccessibleDescription(text);
+}
+
 QLabel* MakePanel(QWidget* parent, const QString& name) {
     auto* panel = new QLabel(parent);
     panel->setObjectName(name);
@@ -26,12 +32,13 @@ QLabel* MakePanel(QWidget* parent, const QString& name) {
 
 StatusBar::StatusBar(QWidget* parent) : QStatusBar(parent), mClock(new QTimer(this)) {
     setSizeGripEnabled(true);
+    setAccessibleName(QStringLiteral("Status Bar"));
     for (int i = 0; i < PanelCount; ++i)
         mPanels[i] = MakePanel(this, QStringLiteral("Panel%1").arg(i + 1));
     mPanels[0]->setAccessibleName(QStringLiteral("Date"));
     mPanels[1]->setAccessibleName(QStringLiteral("Time"));
     mPanels[2]->setAccessibleName(QStringLiteral("Status"));
-    mPanels[2]->setText(QStringLiteral("Status..."));
+    ShowText(mPanels[2], QStringLiteral("Status..."));
     addWidget(mPanels[0]);
     addWidget(mPanels[1]);
     addWidget(mPanels[2], 1);
@@ -58,7 +65,7 @@ QString StatusBar::PanelText(int index) const {
 
 void StatusBar::SetPanelText(int index, const QString& text) {
     if (QLabel* panel = Panels(index))
-        panel->setText(text);
+        ShowText(panel, text);
 }
 
 void StatusBar::AttachStatusLine() {
@@ -68,6 +75,6 @@ void StatusBar::AttachStatusLine() {
 
 void StatusBar::UpdateClock() {
     const QDateTime now = Now();
-    mPanels[0]->setText(Format(now.date(), QStringLiteral("m/d/yyyy")));
-    mPanels[1]->setText(Format(now, QStringLiteral("h:nn AM/PM")));
+    ShowText(mPanels[0], Format(now.date(), QStringLiteral("m/d/yyyy")));
+    ShowText(mPanels[1], Format(now, QStringLiteral("h:nn AM/PM")));
 }

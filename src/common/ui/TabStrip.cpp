@@ -49,11 +49,13 @@ Tab* TabCollection::Item(const QString& key) const {
 TabStrip::TabStrip(QWidget* parent) : QWidget(parent) {
     mBar = new QTabBar(this);
     mBar->setObjectName(QStringLiteral("tabs"));
+    mBar->setProperty("internalPart", true); // the error log names the tab strip instead
     mBar->setExpanding(false);
     mBar->setUsesScrollButtons(true);
     mBar->setDrawBase(false);
     mPageArea = new QFrame(this);
     mPageArea->setObjectName(QStringLiteral("pages"));
+    mPageArea->setProperty("internalPart", true);
     mPageArea->setFrameShape(QFrame::StyledPanel);
     mPages = new QGridLayout(mPageArea);
     mPages->setContentsMargins(6, 6, 6, 6);
