@@ -5,6 +5,8 @@
 
 #include <QApplication>
 #include <QCryptographicHash>
+#include <QDir>
+#include <QFileInfo>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QLockFile>
@@ -63,7 +65,7 @@ QString PrevInstance::ServerName() {
 }
 
 QString PrevInstance::LockPath() {
-    return AppPath() + AppExeName() + QStringLiteral(".lock");
+    return DataPath() + AppExeName() + QStringLiteral(".lock");
 }
 
 void PrevInstance::Release() {
@@ -86,9 +88,13 @@ bool CheckPrevInstance() {
     }
     // Whatever the rendezvous missed, no two copies write one store. A lock whose process has
     // gone (a crash) is taken over.
+    QDir().mkpath(QFileInfo(PrevInstance::LockPath()).absolutePath());
     gStoreLock = std::make_unique<QLockFile>(PrevInstance::LockPath());
     gStoreLock->setStaleLockTime(0);
-    if (!gStoreLock->tryLock(kConnectTimeoutMs)) {
+    // Only a lock held by a running copy stops the start; a lock file that can't be written
+    // at all guards nothing and must not keep the program from starting.
+    if (!gStoreLock->tryLock(kConnectTimeoutMs) &&
+        gStoreLock->error() == QLockFile::LockFailedError) {
         PrevInstance::Release();
         return true;
     }

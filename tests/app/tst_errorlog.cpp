@@ -195,10 +195,13 @@ private Q_SLOTS:
     void unwritableLog_data() {
         QTest::addColumn<QString>("log"); // "" for a folder where the log should be
         QTest::addColumn<QString>("why");
-        QTest::newRow("log is a folder") << "" << "Path/File access error";
-        QTest::newRow("disk full") << "/dev/full" << "Disk full";
+        QTest::newRow("log is a folder") << ""
+                                         << "Path/File access error";
+        QTest::newRow("disk full") << "/dev/full"
+                                   << "Disk full";
         // Refused even to root, which write permissions don't bind.
-        QTest::newRow("write refused") << "/sys/kernel/notes" << "Permission denied";
+        QTest::newRow("write refused") << "/sys/kernel/notes"
+                                       << "Permission denied";
     }
 
     void unwritableLog() {

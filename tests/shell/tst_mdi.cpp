@@ -507,10 +507,14 @@ private Q_SLOTS:
     void activeControlInLog_data() {
         QTest::addColumn<QString>("focus"); // the widget given the focus
         QTest::addColumn<QString>("logged");
-        QTest::newRow("a button") << "cmdDelete" << "cmdDelete";
-        QTest::newRow("a list view's icons") << "icons" << "lvNew";
-        QTest::newRow("a tab strip's tabs") << "tabs" << "tbsSwitch";
-        QTest::newRow("another window") << "other" << "cmdDelete";
+        QTest::newRow("a button") << "cmdDelete"
+                                  << "cmdDelete";
+        QTest::newRow("a list view's icons") << "icons"
+                                             << "lvNew";
+        QTest::newRow("a tab strip's tabs") << "tabs"
+                                            << "tbsSwitch";
+        QTest::newRow("another window") << "other"
+                                        << "cmdDelete";
     }
 
     // The log names the program's control, never a part inside it nor a control of a window

@@ -1,9 +1,9 @@
 #include "ScriptedDesktop.h"
 
-#include <QPrinter>
 #include <QApplication>
 #include <QDialog>
 #include <QPointer>
+#include <QPrinter>
 #include <QTimer>
 
 namespace {

@@ -9,12 +9,12 @@
 #include "switchboard/StatisticsPage.h"
 #include "switchboard/frmSwitchboard.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QLabel>
+#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QScrollBar>
-#include <QAccessible>
-#include <QMdiArea>
 #include <QStatusBar>
 #include <QTest>
 

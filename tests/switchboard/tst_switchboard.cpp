@@ -636,14 +636,22 @@ private Q_SLOTS:
     void unreachablePositionReplaced_data() {
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("value");
-        QTest::newRow("far left") << "SwitchboardLeft" << "-300000";
-        QTest::newRow("beyond the right") << "SwitchboardLeft" << "200000";
-        QTest::newRow("above the top") << "SwitchboardTop" << "-3000";
-        QTest::newRow("below the bottom") << "SwitchboardTop" << "400000";
-        QTest::newRow("NaN") << "SwitchboardLeft" << "nan";
-        QTest::newRow("infinite") << "SwitchboardTop" << "inf";
-        QTest::newRow("huge") << "SwitchboardLeft" << "1e300";
-        QTest::newRow("wider than any screen") << "SwitchboardWidth" << "1400000";
+        QTest::newRow("far left") << "SwitchboardLeft"
+                                  << "-300000";
+        QTest::newRow("beyond the right") << "SwitchboardLeft"
+                                          << "200000";
+        QTest::newRow("above the top") << "SwitchboardTop"
+                                       << "-3000";
+        QTest::newRow("below the bottom") << "SwitchboardTop"
+                                          << "400000";
+        QTest::newRow("NaN") << "SwitchboardLeft"
+                             << "nan";
+        QTest::newRow("infinite") << "SwitchboardTop"
+                                  << "inf";
+        QTest::newRow("huge") << "SwitchboardLeft"
+                              << "1e300";
+        QTest::newRow("wider than any screen") << "SwitchboardWidth"
+                                               << "1400000";
     }
 
     // A window the settings would put where it can't be seen or reached opens where a first
