@@ -119,9 +119,8 @@ bool frmAbout::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void frmAbout::cmdEmailKVX_Click() {
-    SetMousePointer(MousePointer::Hourglass);
+    const BusyState busy(QString(), nullptr);
     OpenDocument(QStringLiteral("mailto:") + kSupportMailbox);
-    SetMousePointer(MousePointer::Default);
 }
 
 void frmAbout::cmdKVXWebPage_Click() {

@@ -168,8 +168,7 @@ frmOptions::frmOptions(QWidget* parent)
 }
 
 void frmOptions::LoadData() {
-    SetMousePointer(MousePointer::Hourglass);
-    SetStatusText(QStringLiteral("Loading data..."));
+    const BusyState busy(QStringLiteral("Loading data..."));
     Postage->setText(ReadSetting(Setting::Postage));
     const std::pair<QCheckBox*, const SettingSpec*> boxes[] = {
         {chkSound, &Setting::Sound},
@@ -179,13 +178,10 @@ void frmOptions::LoadData() {
     for (const auto& [box, setting] : boxes)
         box->setChecked(ReadFlag(*setting));
     cmdApply->setEnabled(false);
-    SetMousePointer(MousePointer::Default);
-    SetStatusText(QStringLiteral("Ready..."));
 }
 
 void frmOptions::SaveData() {
-    SetMousePointer(MousePointer::Hourglass);
-    SetStatusText(QStringLiteral("Saving..."));
+    BusyState busy(QStringLiteral("Saving..."));
     try {
         WriteSetting(Setting::Postage, Postage->text());
         Postage->setModified(false);
@@ -197,12 +193,10 @@ void frmOptions::SaveData() {
         for (const auto& [box, setting] : boxes)
             WriteSetting(*setting, box->isChecked() ? QStringLiteral("1") : QStringLiteral("0"));
     } catch (const VbError& error) {
-        SetMousePointer(MousePointer::Default);
+        busy.Failed(QStringLiteral("Saving..."));
         LogError(error, objectName(), QStringLiteral("SaveData()"),
                  QStringLiteral("Unable to Save Option Settings"));
     }
-    SetMousePointer(MousePointer::Default);
-    SetStatusText(QStringLiteral("Ready..."));
 }
 
 void frmOptions::Changed() {
@@ -295,9 +289,12 @@ void frmOptions::cmdRepair_Click() {
                vb::vbExclamation, QStringLiteral("Rebate Open"));
         return;
     }
-    SetMousePointer(MousePointer::Hourglass);
-    const bool result = CompactRebateDatabase(SetStatusText);
-    SetMousePointer(MousePointer::Default);
+    bool result = false;
+    {
+        // The compaction writes its own status texts.
+        const BusyState busy(QString(), nullptr);
+        result = CompactRebateDatabase(SetStatusText);
+    }
     if (gDatabase && gDatabase->IsOpen())
         Q_EMIT Notifier::Instance().DatabaseReopened();
     Beep();
@@ -320,29 +317,24 @@ void frmOptions::cmdRecordMgr_Click() {
 void frmOptions::cmdViewLog_Click() {
     if (std::exchange(mPostageRefused, false))
         return;
-    SetMousePointer(MousePointer::Hourglass);
-    SetStatusText(QStringLiteral("Getting error log..."));
+    BusyState busy(QStringLiteral("Getting error log..."));
     QString log;
     try {
         log = gErrorLog ? gErrorLog->Display() : QString();
     } catch (const VbError& error) {
-        SetMousePointer(MousePointer::Default);
-        SetStatusText(QStringLiteral("Error..."));
+        busy.Failed(QStringLiteral("Error..."));
         LogError(error, objectName(), QStringLiteral("cmdViewLog_Click"));
-        SetStatusText(QStringLiteral("Ready..."));
         return;
     }
     if (log.isEmpty()) {
-        SetStatusText(QStringLiteral("No error log found..."));
-        SetMousePointer(MousePointer::Default);
+        busy.Done(QStringLiteral("No error log found..."));
         MsgBox(QStringLiteral("No logged errors found."), vb::vbInformation,
                QStringLiteral("No Results"));
         return;
     }
     frmLogViewer viewer(this);
     viewer.ShowLog(QStringLiteral("Error Log for Vantry! Vantry!\r\n\r\n") + log);
-    SetStatusText(QStringLiteral("Ready..."));
-    SetMousePointer(MousePointer::Default);
+    busy.Done();
     Maintenance::RunModal(viewer);
 }
 

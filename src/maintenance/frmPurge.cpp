@@ -110,8 +110,8 @@ void frmPurge::SetStatus(const QString& text) {
 }
 
 void frmPurge::AddDeletedRecords() {
-    SetMousePointer(MousePointer::Hourglass);
-    SetStatus(QStringLiteral("Loading records..."));
+    BusyState busy(QStringLiteral("Loading records..."),
+                   [this](const QString& text) { SetStatus(text); });
     lvwRecords->ListItems().Clear();
     try {
         for (const DeletedRecord& row : ReadDeletedRecords()) {
@@ -121,13 +121,11 @@ void frmPurge::AddDeletedRecords() {
             item->SetSubItems(3, row.RebateID);
         }
     } catch (const VbError& error) {
-        SetMousePointer(MousePointer::Default);
+        busy.Failed(QStringLiteral("Loading records..."));
         LogError(error, objectName(), QStringLiteral("AddDeletedRecords()"));
     }
     UpdatePurgeButtons();
     SizeListColumns(lvwRecords);
-    SetStatus(QStringLiteral("Ready..."));
-    SetMousePointer(MousePointer::Default);
 }
 
 void frmPurge::UpdatePurgeButtons() {
@@ -150,12 +148,12 @@ void frmPurge::ChangeSelected(const QString& title, const QString& question, con
                               int (*command)(const QStringList&)) {
     if (MsgBox(question, vb::vbYesNo | vb::vbQuestion | vb::vbDefaultButton2, title) != vb::vbYes)
         return;
-    SetMousePointer(MousePointer::Hourglass);
-    SetStatus(status);
+    BusyState busy(status, [this](const QString& text) { SetStatus(text); });
     // A failure here is not reported: the list is rebuilt and the rows stay where they were.
     try {
         if (!AnyDeletedRecords()) {
-            SetMousePointer(MousePointer::Default);
+            // The pointer back for the box; the status stays until the list is reloaded.
+            busy.Failed(status);
             MsgBox(QStringLiteral("No deleted records were found in the database. Vantry! "
                                   "Vantry! will now refresh the display."),
                    vb::vbInformation, QStringLiteral("No Deleted Records Found"));
@@ -173,8 +171,6 @@ void frmPurge::ChangeSelected(const QString& title, const QString& question, con
         AddDeletedRecords();
     }
     Q_EMIT Notifier::Instance().ListsStale();
-    SetStatus(QStringLiteral("Ready..."));
-    SetMousePointer(MousePointer::Default);
 }
 
 void frmPurge::cmdRecover_Click() {

@@ -65,9 +65,8 @@ private:
     double mDpi;
 };
 
-void PrintFailed() {
-    SetMousePointer(MousePointer::Default);
-    SetStatusText(QStringLiteral("Printing error..."));
+void PrintFailed(BusyState& busy) {
+    busy.Done(QStringLiteral("Printing error..."));
     MsgBox(QStringLiteral("There was an error, please check your printer."), vb::vbOKOnly,
            QStringLiteral("Error"));
 }
@@ -126,26 +125,23 @@ void PrintStatisticsSheet(const StatisticsSheet& sheet) {
     const int copies = std::max(1, printer.copyCount());
     printer.setCopyCount(1);
     printer.setFullPage(true);
-    SetMousePointer(MousePointer::Hourglass);
-    SetStatusText(QStringLiteral("Printing statistics..."));
+    BusyState busy(QStringLiteral("Printing statistics..."));
     const QDateTime now = Now();
     QPainter painter;
     if (!painter.begin(&printer)) {
-        PrintFailed();
+        PrintFailed(busy);
         return;
     }
     for (int copy = 0; copy < copies; ++copy) {
         if (copy > 0 && !printer.newPage()) {
             painter.end();
-            PrintFailed();
+            PrintFailed(busy);
             return;
         }
         DrawStatisticsSheet(painter, printer, sheet, now, 1);
     }
     if (!painter.end()) {
-        PrintFailed();
+        PrintFailed(busy);
         return;
     }
-    SetMousePointer(MousePointer::Default);
-    SetStatusText(QStringLiteral("Ready..."));
 }

@@ -34,7 +34,6 @@
 namespace {
 const QString kSource = QStringLiteral("frmSwitchboard");
 const QString kLocation = QStringLiteral("PrintPreviewSelected()");
-const QString kReady = QStringLiteral("Ready...");
 constexpr int kInch = 1440; // twips
 constexpr double kTwipsPerInch = 1440.0;
 
@@ -79,14 +78,9 @@ bool ComposeRecords(RtfDocument& document, const QStringList& rebateIDs) {
 }
 
 // A report that went wrong somewhere unexpected: logged as the record commands log.
-void ReportFailure(const VbError& e) {
-    SetStatusText(QStringLiteral("Error..."));
+void ReportFailure(BusyState& busy, const VbError& e) {
+    busy.Failed(QStringLiteral("Error..."));
     LogError(e, kSource, kLocation);
-}
-
-void Rest() {
-    SetStatusText(kReady);
-    SetMousePointer(MousePointer::Default);
 }
 } // namespace
 
@@ -113,72 +107,59 @@ void RegisterHooks() {
 }
 
 void PrintToPrinter(const QString& rebateID) {
-    SetMousePointer(MousePointer::Hourglass);
-    SetStatusText(QStringLiteral("Preparing report..."));
+    BusyState busy(QStringLiteral("Preparing report..."));
     try {
         RtfDocument document;
-        if (!ComposeRecords(document, {rebateID})) {
-            Rest();
+        if (!ComposeRecords(document, {rebateID}))
             return;
-        }
         if (document.IsEmpty()) {
-            Rest();
+            busy.Done();
             MsgBox(QStringLiteral("Unable to locate Record ID '") + rebateID +
                        QStringLiteral("' in the database. Please try printing the record from "
                                       "the Switchboard."),
                    vb::vbExclamation, QStringLiteral("Unable to Print"));
             return;
         }
-        PrintRTF1(document, kInch, kInch, kInch, kInch);
-        return; // the print leaves its own status
+        PrintRTF1(busy, document, kInch, kInch, kInch, kInch);
     } catch (const VbError& e) {
-        ReportFailure(e);
+        ReportFailure(busy, e);
     }
-    Rest();
 }
 
 void PrintSelected(const QStringList& rebateIDs) {
     if (rebateIDs.isEmpty())
         return;
-    SetMousePointer(MousePointer::Hourglass);
-    SetStatusText(QStringLiteral("Preparing report..."));
+    BusyState busy(QStringLiteral("Preparing report..."));
     try {
         RtfDocument document;
-        if (ComposeRecords(document, rebateIDs) && !document.IsEmpty()) {
-            PrintRTF1(document, kInch, kInch, kInch, kInch);
-            return; // the print leaves its own status
-        }
+        if (ComposeRecords(document, rebateIDs) && !document.IsEmpty())
+            PrintRTF1(busy, document, kInch, kInch, kInch, kInch);
     } catch (const VbError& e) {
-        ReportFailure(e);
+        ReportFailure(busy, e);
     }
-    Rest();
 }
 
 void PrintPreviewSelected(const QStringList& rebateIDs) {
     if (rebateIDs.isEmpty())
         return;
-    SetMousePointer(MousePointer::Hourglass);
-    SetStatusText(QStringLiteral("Preparing export..."));
+    BusyState busy(QStringLiteral("Preparing export..."));
     try {
         RtfDocument document;
         if (ComposeRecords(document, rebateIDs))
             ShowReport(document);
     } catch (const VbError& e) {
-        ReportFailure(e);
+        ReportFailure(busy, e);
     }
-    Rest();
 }
 
 void PreviewStatistics(const StatisticsSheet& sheet) {
-    SetMousePointer(MousePointer::Hourglass);
-    SetStatusText(QStringLiteral("Preparing export..."));
+    BusyState busy(QStringLiteral("Preparing export..."));
     try {
         RtfDocument document;
         AddStatisticsToRTF(document, sheet, Now());
         ShowReport(document);
-        Rest();
     } catch (const VbError&) {
-        Rest();
+        busy.Done();
         MsgBox(QStringLiteral("There was an error, please check your printer."), vb::vbOKOnly,
                QStringLiteral("Error"));
     }
@@ -265,37 +246,32 @@ int LayPages(const RtfDocument& document, QPrinter& printer, int leftMargin, int
     return pages;
 }
 
-void PrintRTF1(const RtfDocument& document, int leftMargin, int topMargin, int rightMargin,
-               int bottomMargin) {
+void PrintRTF1(BusyState& busy, const RtfDocument& document, int leftMargin, int topMargin,
+               int rightMargin, int bottomMargin) {
     QPrinter printer(QPrinter::HighResolution);
     if (!TheDesktop().PrinterDialog(printer, DialogParent())) {
-        SetStatusText(QStringLiteral("Cancelled print job..."));
-        SetMousePointer(MousePointer::Default);
+        busy.Done(QStringLiteral("Cancelled print job..."));
         return;
     }
-    SetMousePointer(MousePointer::Hourglass);
     // The copies are run here, each complete before the next, so they come out collated
     // whatever the driver does with a copy count.
     const int copies = std::max(1, printer.copyCount());
     printer.setCopyCount(1);
     printer.setFullPage(true);
-    SetStatusText(QStringLiteral("Printing statistics..."));
     for (;;) {
+        // Each try brings the hourglass back; the caller's busy state keeps the status line.
+        const BusyState attempt(QString(), nullptr);
+        SetStatusText(QStringLiteral("Printing statistics..."));
         try {
             LayPages(document, printer, leftMargin, topMargin, rightMargin, bottomMargin, copies);
             break;
         } catch (const VbError& e) {
-            SetMousePointer(MousePointer::Default);
-            SetStatusText(QStringLiteral("Printing error..."));
+            busy.Failed(QStringLiteral("Printing error..."));
             if (MsgBox(e.Description(), vb::vbRetryCancel | vb::vbQuestion,
                        QStringLiteral("Retry?")) != vb::vbRetry)
                 break;
-            SetMousePointer(MousePointer::Hourglass);
-            SetStatusText(QStringLiteral("Printing statistics..."));
         }
     }
-    SetMousePointer(MousePointer::Default);
-    SetStatusText(kReady);
 }
 
 } // namespace Reports

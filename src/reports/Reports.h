@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+class BusyState;
 class QPrinter;
 class QWidget;
 class RtfDocument;
@@ -38,9 +39,9 @@ void PrintStatistics(const StatisticsSheet& sheet);
 
 // Shows the printer dialog, then lays the document on the printer page by page inside the
 // margins (twips from the paper's edges), each copy in full before the next. A failure asks
-// whether to retry.
-void PrintRTF1(const RtfDocument& document, int leftMargin, int topMargin, int rightMargin,
-               int bottomMargin);
+// whether to retry. The caller's busy state ends with the print's last status text.
+void PrintRTF1(BusyState& busy, const RtfDocument& document, int leftMargin, int topMargin,
+               int rightMargin, int bottomMargin);
 // The pages of the document on an open printer, once; the number of pages laid.
 int LayPages(const RtfDocument& document, QPrinter& printer, int leftMargin, int topMargin,
              int rightMargin, int bottomMargin, int copies);
