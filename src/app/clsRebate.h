@@ -28,7 +28,7 @@ public:
     // The RebateID of the selected row of the Switchboard's current list (may raise, e.g. 91
     // when nothing is selected):
     static void SetSelectedRebateIDSource(std::function<QString()> source);
-    // The text of frmRebate's txtFields(18), or nullopt when frmRebate isn't loaded:
+    // The text of frmRebate's RebateID field, or nullopt when frmRebate isn't loaded:
     static void SetRebateFormSource(std::function<std::optional<QString>()> source);
 
     void AddNew();

@@ -53,7 +53,7 @@ public:
     // The record differs from what is stored; the Switchboard refuses New, Open and Delete
     // while it is set.
     bool RecordChanged() const override { return mRecordChanged; }
-    // The key of the open record (the text of txtFields(18)); "" until a new record is saved.
+    // The key of the open record (the text of the RebateID field); "" until a new record is saved.
     QString RebateID() const override;
 
     FieldEdit* txtFields(int index) const;

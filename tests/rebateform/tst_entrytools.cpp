@@ -3,6 +3,7 @@
 #include "common/core/Globals.h"
 #include "common/ui/Toolbar.h"
 #include "rebateform/FieldEdit.h"
+#include "rebateform/RebateFields.h"
 #include "rebateform/frmRebate.h"
 #include "shell/frmMDI.h"
 #include "tools/frmAutoDial.h"
@@ -155,7 +156,7 @@ private Q_SLOTS:
         mFixture->Desktop().SetNextInput(answer);
         QTest::keyClick(Enter(mForm, index), 'w');
         QCOMPARE(mFixture->Desktop().inputPrompts.size(), asked ? 1 : 0);
-        QCOMPARE(mForm->txtFields(9)->text(), due);
+        QCOMPARE(mForm->txtFields(RebateField::DateDue)->text(), due);
     }
 
     // Alt+Z opens the field's text in the zoom box; the edit comes back and the field's own
@@ -223,8 +224,8 @@ private Q_SLOTS:
         QFETCH(QString, name);
         QFETCH(QString, dialed);
         QFETCH(QString, box);
-        mForm->txtFields(13)->setText(phone);
-        mForm->txtFields(20)->setText(name);
+        mForm->txtFields(RebateField::PhoneNumber)->setText(phone);
+        mForm->txtFields(RebateField::RebateName)->setText(name);
         Enter(mForm, 13);
         auto* cmdDial = mForm->findChild<QPushButton*>(QStringLiteral("cmdDial"));
         cmdDial->setFocus(Qt::TabFocusReason);
@@ -241,7 +242,7 @@ private Q_SLOTS:
         QCOMPARE(mFixture->Desktop().dialed.join(QString()), dialed);
         const auto& boxes = mFixture->Desktop().boxes;
         QCOMPARE(boxes.isEmpty() ? QString() : boxes.last().title, box);
-        QWidget* focus = box.isEmpty() ? static_cast<QWidget*>(cmdDial) : mForm->txtFields(13);
+        QWidget* focus = box.isEmpty() ? static_cast<QWidget*>(cmdDial) : mForm->txtFields(RebateField::PhoneNumber);
         QTRY_COMPARE(QApplication::focusWidget(), focus);
     }
 
@@ -375,7 +376,7 @@ private Q_SLOTS:
     // The toolbar's Cut and Copy follow the selection of the field.
     void cutCopyFollowTheSelection() {
         Toolbar* toolbar = mMain->tbToolBar;
-        mForm->txtFields(15)->setText(QStringLiteral("Toaster"));
+        mForm->txtFields(RebateField::LocationPurchased)->setText(QStringLiteral("Toaster"));
         FieldEdit* field = Enter(mForm, 15); // Tab selects the text
         QVERIFY(toolbar->Buttons(QStringLiteral("Cut")).Enabled());
         QVERIFY(toolbar->Buttons(QStringLiteral("Copy")).Enabled());
@@ -388,9 +389,9 @@ private Q_SLOTS:
 
     // A date shortcut past 12/31/9999 is refused and the field keeps its date.
     void shortcutPastTheLastDate() {
-        mForm->txtFields(9)->setText(QStringLiteral("12/31/9999"));
+        mForm->txtFields(RebateField::DateDue)->setText(QStringLiteral("12/31/9999"));
         QTest::keyClick(Enter(mForm, 9), '+');
-        QCOMPARE(mForm->txtFields(9)->text(), QStringLiteral("12/31/9999"));
+        QCOMPARE(mForm->txtFields(RebateField::DateDue)->text(), QStringLiteral("12/31/9999"));
         QCOMPARE(mFixture->Desktop().boxes.size(), 1);
         QCOMPARE(mFixture->Desktop().boxes.first().title, QStringLiteral("Invalid Date"));
     }

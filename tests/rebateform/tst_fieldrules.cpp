@@ -2,6 +2,7 @@
 #include "RebateFormDriver.h"
 #include "common/core/Settings.h"
 #include "rebateform/FieldEdit.h"
+#include "rebateform/RebateFields.h"
 #include "rebateform/frmRebate.h"
 
 #include <QApplication>
@@ -187,30 +188,30 @@ private Q_SLOTS:
     void dateSentFillsDueAndPostage() {
         FieldEdit* sent = Type(mForm, 5, "11/10/2026");
         // Each keystroke of Date Sent fills an empty postage.
-        QCOMPARE(mForm->txtFields(6)->text(), QString("0.32"));
+        QCOMPARE(mForm->txtFields(RebateField::PostagePrice)->text(), QString("0.32"));
         PressTab();
         QCOMPARE(sent->text(), QString("11/10/2026"));
-        QCOMPARE(mForm->txtFields(9)->text(), QString("1/5/2027")); // 56 days on, M/d/yyyy
+        QCOMPARE(mForm->txtFields(RebateField::DateDue)->text(), QString("1/5/2027")); // 56 days on, M/d/yyyy
 
         // A Date Due already there stays; a postage of zero gives way to the setting.
         SaveSetting(kAppTitle, "Options", "Postage", ".45");
-        mForm->txtFields(6)->setText("$0.00");
+        mForm->txtFields(RebateField::PostagePrice)->setText("$0.00");
         Type(mForm, 5, "12/01/2026");
         PressTab();
-        QCOMPARE(mForm->txtFields(9)->text(), QString("1/5/2027"));
-        QCOMPARE(mForm->txtFields(6)->text(), QString("0.45"));
+        QCOMPARE(mForm->txtFields(RebateField::DateDue)->text(), QString("1/5/2027"));
+        QCOMPARE(mForm->txtFields(RebateField::PostagePrice)->text(), QString("0.45"));
         // A postage typed by the user is kept.
-        mForm->txtFields(6)->setText("$1.00");
+        mForm->txtFields(RebateField::PostagePrice)->setText("$1.00");
         Type(mForm, 5, "t");
-        QCOMPARE(mForm->txtFields(6)->text(), QString("$1.00"));
+        QCOMPARE(mForm->txtFields(RebateField::PostagePrice)->text(), QString("$1.00"));
     }
     void followupDateFillsFollowupPostage() {
         SaveSetting(kAppTitle, "Options", "Postage", "a stamp"); // not money: the default
-        mForm->txtFields(12)->setText("$1.00");
+        mForm->txtFields(RebateField::FollowupPostage)->setText("$1.00");
         FieldEdit* date = Type(mForm, 11, "1");
-        QCOMPARE(mForm->txtFields(12)->text(), QString("0.32"));
+        QCOMPARE(mForm->txtFields(RebateField::FollowupPostage)->text(), QString("0.32"));
         QTest::keyClick(date, Qt::Key_Backspace);
-        QCOMPARE(mForm->txtFields(12)->text(), QString("0.00"));
+        QCOMPARE(mForm->txtFields(RebateField::FollowupPostage)->text(), QString("0.00"));
     }
     // Amount Rec'd, Date Received and Rebate Amount, the answer, the question asked, the amount
     // after.
@@ -241,18 +242,18 @@ private Q_SLOTS:
         QFETCH(int, answer);
         QFETCH(bool, asked);
         QFETCH(QString, after);
-        mForm->txtFields(8)->setText(received);
-        mForm->txtFields(10)->setText(dateReceived);
-        mForm->txtFields(4)->setText(rebate);
+        mForm->txtFields(RebateField::AmountReceived)->setText(received);
+        mForm->txtFields(RebateField::DateReceived)->setText(dateReceived);
+        mForm->txtFields(RebateField::RebateAmount)->setText(rebate);
         mFixture->Desktop().SetNextAnswer(answer);
         Enter(mForm, 8);
         QCOMPARE(mFixture->Desktop().Shown(),
                  asked ? QStringList{"Amount Received | 36 | Did you receive the full amount?"}
                        : QStringList());
-        QCOMPARE(mForm->txtFields(8)->text(), after);
+        QCOMPARE(mForm->txtFields(RebateField::AmountReceived)->text(), after);
     }
     void tabSelectsClickKeepsCaret() {
-        FieldEdit* name = mForm->txtFields(20);
+        FieldEdit* name = mForm->txtFields(RebateField::RebateName);
         name->setText("Spring Mail-In");
         FieldEdit* address = Enter(mForm, 0);
         QTest::keyClick(address, Qt::Key_Backtab, Qt::ShiftModifier);

@@ -8,6 +8,7 @@
 #include "common/ui/Toolbar.h"
 #include "data/Database.h"
 #include "rebateform/FieldEdit.h"
+#include "rebateform/RebateFields.h"
 #include "rebateform/frmRebate.h"
 #include "shell/frmMDI.h"
 #include "shell/modMain.h"
@@ -152,7 +153,7 @@ private Q_SLOTS:
         QCOMPARE(mMain->menuBar()->actions().first()->text(), QString("&File"));
         // Untouched, the form starts in its first field, whose status text shows.
         if (how == "new" || how == "open") {
-            QCOMPARE(QApplication::focusWidget(), form->txtFields(14));
+            QCOMPARE(QApplication::focusWidget(), form->txtFields(RebateField::ProductName));
             QCOMPARE(form->findChild<QLabel*>("lblStatus")->text(),
                      QString("Name of product purchased..."));
         }
@@ -223,10 +224,10 @@ private Q_SLOTS:
         QFETCH(QString, tab);
         QFETCH(int, focus);
         frmRebate* form = OpenNew();
-        form->txtFields(20)->setText("Spring Mail-In");
-        form->txtFields(14)->setText("Toaster");
-        form->txtFields(2)->setText("$24.99");
-        form->txtFields(4)->setText("$10.00");
+        form->txtFields(RebateField::RebateName)->setText("Spring Mail-In");
+        form->txtFields(RebateField::ProductName)->setText("Toaster");
+        form->txtFields(RebateField::PurchasePrice)->setText("$24.99");
+        form->txtFields(RebateField::RebateAmount)->setText("$10.00");
         SetFields(form, fields);
         auto* tabs = form->findChild<QTabWidget*>("tbsTabs");
         for (int i = 0; i < tabs->count(); ++i)
@@ -352,7 +353,7 @@ private Q_SLOTS:
         mFixture->Desktop().modalBoxes = true;
         frmRebate* form = OpenNew();
         FillRequired(form);
-        form->txtFields(14)->setText("");
+        form->txtFields(RebateField::ProductName)->setText("");
         FieldEdit* postage = Type(form, 6, "1..2");
         auto* tabs = form->findChild<QTabWidget*>("tbsTabs");
         if (how == "ok") {
@@ -360,7 +361,7 @@ private Q_SLOTS:
         } else if (how == "alt+o") {
             QTest::keyClick(postage, Qt::Key_O, Qt::AltModifier);
         } else if (how == "field") {
-            QTest::mouseClick(form->txtFields(8), Qt::LeftButton);
+            QTest::mouseClick(form->txtFields(RebateField::AmountReceived), Qt::LeftButton);
         } else if (how == "tab") {
             QTest::mouseClick(tabs->tabBar(), Qt::LeftButton, {},
                               tabs->tabBar()->tabRect(2).center());
@@ -462,8 +463,8 @@ private Q_SLOTS:
 
         QCOMPARE(frmRebate::Instance(), form);
         QVERIFY(form->isVisible()); // shown again after OK hid it
-        QCOMPARE(form->txtFields(17)->text(), QString("keep this"));
-        QCOMPARE(form->txtFields(14)->text(), QString("Toaster"));
+        QCOMPARE(form->txtFields(RebateField::Remarks)->text(), QString("keep this"));
+        QCOMPARE(form->txtFields(RebateField::ProductName)->text(), QString("Toaster"));
         QVERIFY(form->findChild<QPushButton*>("cmdOK")->isEnabled());
         auto& boxes = mFixture->Desktop().boxes;
         QCOMPARE(boxes.size(), 1);
@@ -509,7 +510,7 @@ private Q_SLOTS:
         InsertRebates({StoredRow()});
         frmRebate* form = OpenExisting(kStored);
         if (emptyName)
-            form->txtFields(14)->setText("");
+            form->txtFields(RebateField::ProductName)->setText("");
         auto& desktop = mFixture->Desktop();
         desktop.SetNextAnswer(answer);
         mMain->tbToolBar_ButtonClick("Delete");
@@ -606,13 +607,13 @@ private Q_SLOTS:
         form->findChild<QPushButton*>("cmdCancel")->setFocus(Qt::TabFocusReason);
         QCOMPARE(status->text(), QString("Close without saving...*"));
 
-        form->txtFields(15)->setText("Hardware Barn");
+        form->txtFields(RebateField::LocationPurchased)->setText("Hardware Barn");
         Enter(form, 14);
         auto* label = form->findChild<QLabel*>("lblLabels_15");
         QTest::mouseClick(label, Qt::LeftButton);
-        QTRY_VERIFY(form->txtFields(15)->hasFocus());
-        QCOMPARE(form->txtFields(15)->selectedText(), QString("Hardware Barn"));
-        QCOMPARE(label->buddy(), form->txtFields(15)); // the field's name for a screen reader
+        QTRY_VERIFY(form->txtFields(RebateField::LocationPurchased)->hasFocus());
+        QCOMPARE(form->txtFields(RebateField::LocationPurchased)->selectedText(), QString("Hardware Barn"));
+        QCOMPARE(label->buddy(), form->txtFields(RebateField::LocationPurchased)); // the field's name for a screen reader
     }
     void positionKept() {
         SaveSetting(kAppTitle, "Settings", "RebateLeft", "1500");

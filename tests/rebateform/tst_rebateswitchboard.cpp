@@ -4,6 +4,7 @@
 #include "common/ui/ListView.h"
 #include "common/ui/TabStrip.h"
 #include "rebateform/FieldEdit.h"
+#include "rebateform/RebateFields.h"
 #include "rebateform/frmRebate.h"
 #include "shell/frmMDI.h"
 #include "shell/modMain.h"
@@ -154,7 +155,7 @@ private Q_SLOTS:
         mBoard->mnuEditRebate_Click();
         QPointer<frmRebate> form = frmRebate::Instance();
         QVERIFY(form);
-        form->txtFields(17)->setText("changed");
+        form->txtFields(RebateField::Remarks)->setText("changed");
         QVERIFY(form->RecordChanged());
 
         ActivateBoard();
@@ -169,7 +170,7 @@ private Q_SLOTS:
                              "attempting to " +
                              what});
         QCOMPARE(frmRebate::Instance(), form.data());
-        QCOMPARE(form->txtFields(17)->text(), QString("changed"));
+        QCOMPARE(form->txtFields(RebateField::Remarks)->text(), QString("changed"));
         QCOMPARE(mMain->mdiArea->activeSubWindow()->widget(), form.data());
 
         // A clean form gives way without a word.
@@ -188,8 +189,8 @@ private Q_SLOTS:
         mBoard->mnuEditRebate_Click();
         frmRebate* form = frmRebate::Instance();
         QVERIFY(form);
-        form->txtFields(10)->setText("11/20/2026");
-        form->txtFields(8)->setText("$30.00");
+        form->txtFields(RebateField::DateReceived)->setText("11/20/2026");
+        form->txtFields(RebateField::AmountReceived)->setText("$30.00");
         QTest::mouseClick(form->findChild<QPushButton*>("cmdOK"), Qt::LeftButton);
         QVERIFY(!frmRebate::Instance());
 
