@@ -31,6 +31,11 @@
 using namespace RebateFormDriver;
 
 namespace {
+// The record check's text for a required field ("a Rebate Name").
+QString Must(const QString& what) {
+    return "You must enter " + what + " before saving the record.";
+}
+
 const QString kStored = "20261101090000";
 
 // A stored record with every always-required field and a few more.
