@@ -24,6 +24,8 @@
 #include <QMdiSubWindow>
 #include <QPointer>
 #include <QTimer>
+#include <cstdio>
+#include <cstdlib>
 
 namespace {
 QPointer<frmMDI> gMainForm;
@@ -276,5 +278,12 @@ void Startup::UseDeveloperEnvironment() {
     bool ok = false;
     const int quitAfter = qEnvironmentVariableIntValue("VANTRY_QUIT_AFTER", &ok);
     if (ok && quitAfter > 0)
-        QTimer::singleShot(quitAfter * 1000, qApp, [] { QCoreApplication::exit(0); });
+        QTimer::singleShot(quitAfter * 1000, qApp, [] {
+            // A modal dialog (the tip of the day at start) runs an event loop of its own, which
+            // exit() would hand back to a start-up that goes on: the program ends here, with
+            // its store closed first.
+            gDatabase.reset();
+            std::fflush(nullptr);
+            std::_Exit(0);
+        });
 }

@@ -242,7 +242,8 @@ private Q_SLOTS:
         QCOMPARE(mFixture->Desktop().dialed.join(QString()), dialed);
         const auto& boxes = mFixture->Desktop().boxes;
         QCOMPARE(boxes.isEmpty() ? QString() : boxes.last().title, box);
-        QWidget* focus = box.isEmpty() ? static_cast<QWidget*>(cmdDial) : mForm->txtFields(RebateField::PhoneNumber);
+        QWidget* focus = box.isEmpty() ? static_cast<QWidget*>(cmdDial)
+                                       : mForm->txtFields(RebateField::PhoneNumber);
         QTRY_COMPARE(QApplication::focusWidget(), focus);
     }
 

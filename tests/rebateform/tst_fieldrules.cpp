@@ -191,7 +191,8 @@ private Q_SLOTS:
         QCOMPARE(mForm->txtFields(RebateField::PostagePrice)->text(), QString("0.32"));
         PressTab();
         QCOMPARE(sent->text(), QString("11/10/2026"));
-        QCOMPARE(mForm->txtFields(RebateField::DateDue)->text(), QString("1/5/2027")); // 56 days on, M/d/yyyy
+        QCOMPARE(mForm->txtFields(RebateField::DateDue)->text(),
+                 QString("1/5/2027")); // 56 days on, M/d/yyyy
 
         // A Date Due already there stays; a postage of zero gives way to the setting.
         SaveSetting(kAppTitle, "Options", "Postage", ".45");

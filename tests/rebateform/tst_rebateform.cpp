@@ -617,8 +617,11 @@ private Q_SLOTS:
         auto* label = form->findChild<QLabel*>("lblLabels_15");
         QTest::mouseClick(label, Qt::LeftButton);
         QTRY_VERIFY(form->txtFields(RebateField::LocationPurchased)->hasFocus());
-        QCOMPARE(form->txtFields(RebateField::LocationPurchased)->selectedText(), QString("Hardware Barn"));
-        QCOMPARE(label->buddy(), form->txtFields(RebateField::LocationPurchased)); // the field's name for a screen reader
+        QCOMPARE(form->txtFields(RebateField::LocationPurchased)->selectedText(),
+                 QString("Hardware Barn"));
+        QCOMPARE(label->buddy(),
+                 form->txtFields(
+                     RebateField::LocationPurchased)); // the field's name for a screen reader
     }
     void positionKept() {
         SaveSetting(kAppTitle, "Settings", "RebateLeft", "1500");
