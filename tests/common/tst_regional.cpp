@@ -3,30 +3,11 @@
 #include "common/core/VbError.h"
 
 #include <QElapsedTimer>
-#include <QRandomGenerator>
 #include <QTest>
 
 namespace {
 QVariant Money(std::int64_t raw) {
     return QVariant::fromValue(Currency::FromRaw(raw));
-}
-
-// Like by the book over literals, "?" and "*": a table over (pattern, text) prefixes.
-bool LikeByTable(const QString& text, const QString& pattern) {
-    const qsizetype n = text.size();
-    const qsizetype m = pattern.size();
-    QList<QList<bool>> match(m + 1, QList<bool>(n + 1, false));
-    match[0][0] = true;
-    for (qsizetype p = 1; p <= m; ++p) {
-        for (qsizetype t = 0; t <= n; ++t) {
-            const QChar c = pattern.at(p - 1);
-            if (c == QLatin1Char('*'))
-                match[p][t] = match[p - 1][t] || (t > 0 && match[p][t - 1]);
-            else if (t > 0)
-                match[p][t] = match[p - 1][t - 1] && (c == QLatin1Char('?') || c == text.at(t - 1));
-        }
-    }
-    return match[m][n];
 }
 } // namespace
 
@@ -41,34 +22,21 @@ private Q_SLOTS:
         QTest::addColumn<QDate>("expected"); // a null date: not a date
 
         const QDate none;
-        QTest::newRow("m/d/yyyy") << "3/5/2026" << QDate(2026, 3, 5);
-        QTest::newRow("mm/dd/yyyy") << "03/05/2026" << QDate(2026, 3, 5);
         QTest::newRow("blanks around") << "  3/5/2026 " << QDate(2026, 3, 5);
         QTest::newRow("dashes") << "3-5-2026" << QDate(2026, 3, 5);
         QTest::newRow("m/d this year") << "3/5" << QDate(2026, 3, 5);
-        QTest::newRow("year end") << "12/31/1999" << QDate(1999, 12, 31);
-        QTest::newRow("leap day") << "2/29/2024" << QDate(2024, 2, 29);
         QTest::newRow("no leap day") << "2/29/2026" << none;
         QTest::newRow("2/30") << "2/30/2026" << none;
-        QTest::newRow("4/31") << "4/31/2026" << none;
-        QTest::newRow("13/45") << "13/45" << none;
         QTest::newRow("day first") << "13/5/2026" << none;
         QTest::newRow("month 0") << "0/5/2026" << none;
-        QTest::newRow("day 0") << "3/0/2026" << none;
-        QTest::newRow("yy 00") << "1/1/00" << QDate(2000, 1, 1);
         QTest::newRow("yy 29") << "12/31/29" << QDate(2029, 12, 31);
         QTest::newRow("yy 30") << "1/1/30" << QDate(1930, 1, 1);
-        QTest::newRow("yy 99") << "6/15/99" << QDate(1999, 6, 15);
         QTest::newRow("year 100") << "1/1/100" << QDate(100, 1, 1);
-        QTest::newRow("year 9999") << "12/31/9999" << QDate(9999, 12, 31);
         QTest::newRow("year 099") << "1/1/099" << none;
         QTest::newRow("year 10000") << "1/1/10000" << none;
-        QTest::newRow("iso") << "2026-03-05" << QDate(2026, 3, 5);
         QTest::newRow("iso short") << "2026-3-5" << QDate(2026, 3, 5);
         QTest::newRow("iso invalid") << "2026-02-30" << none;
-        QTest::newRow("month name") << "March 5, 2026" << QDate(2026, 3, 5);
         QTest::newRow("month abbreviation") << "Mar 5 2026" << QDate(2026, 3, 5);
-        QTest::newRow("dd-mmm-yy") << "05-Mar-26" << QDate(2026, 3, 5);
         QTest::newRow("d month yyyy") << "5 March 2026" << QDate(2026, 3, 5);
         QTest::newRow("name in lower case") << "december 31, 1999" << QDate(1999, 12, 31);
         QTest::newRow("Sept") << "Sept 1, 2026" << QDate(2026, 9, 1);
@@ -76,16 +44,12 @@ private Q_SLOTS:
         QTest::newRow("month name this year") << "Nov 30" << QDate(2026, 11, 30);
         QTest::newRow("name, bad day") << "February 30, 2026" << none;
         QTest::newRow("unknown month") << "Marchy 5, 2026" << none;
-        QTest::newRow("two month names") << "March May 2026" << none;
         QTest::newRow("with a time") << "3/5/2026 2:07 PM" << QDate(2026, 3, 5);
         QTest::newRow("with a bad time") << "3/5/2026 25:07" << none;
         QTest::newRow("time alone") << "14:07" << none;
         QTest::newRow("empty") << "" << none;
-        QTest::newRow("blank") << "   " << none;
         QTest::newRow("letters") << "abc" << none;
         QTest::newRow("one number") << "2026" << none;
-        QTest::newRow("four numbers") << "3/5/2026/1" << none;
-        QTest::newRow("double slash") << "3//5/2026" << none;
         QTest::newRow("mixed separators") << "3/5-2026" << none;
         QTest::newRow("trailing slash") << "3/5/" << none;
         QTest::newRow("money") << "$12.50" << none;
@@ -111,7 +75,6 @@ private Q_SLOTS:
         QTest::newRow("24 hours") << "3/5/2026 14:07" << QDateTime(day, QTime(14, 7));
         QTest::newRow("seconds, PM") << "3/5/2026 2:07:09 PM" << QDateTime(day, QTime(14, 7, 9));
         QTest::newRow("12 AM") << "3/5/2026 12:00 AM" << QDateTime(day, QTime(0, 0));
-        QTest::newRow("12 PM") << "3/5/2026 12:30pm" << QDateTime(day, QTime(12, 30));
         QTest::newRow("13 PM") << "3/5/2026 13:00 PM" << QDateTime();
         QTest::newRow("minute 60") << "3/5/2026 10:60" << QDateTime();
         QTest::newRow("glued") << "3/5/2026T10:00" << QDateTime();
@@ -141,29 +104,20 @@ private Q_SLOTS:
         QTest::newRow("date") << QVariant(QDate(2026, 3, 5)) << "3/5/2026" << QVariant(true);
         QTest::newRow("date-time") << QVariant(QDateTime(QDate(2026, 3, 5), QTime(14, 7, 9)))
                                    << "3/5/2026 2:07:09 PM" << QVariant(true);
-        QTest::newRow("after midnight") << QVariant(QDateTime(QDate(2026, 12, 31), QTime(0, 5)))
-                                        << "12/31/2026 12:05:00 AM" << QVariant(true);
         QTest::newRow("midnight") << QVariant(QDateTime(QDate(2026, 3, 5), QTime(0, 0)))
                                   << "3/5/2026" << QVariant(true);
         QTest::newRow("True") << QVariant(true) << "True" << QVariant(true);
         QTest::newRow("False") << QVariant(false) << "False" << QVariant(false);
         QTest::newRow("12.5") << QVariant(12.5) << "12.5" << QVariant(true);
-        QTest::newRow("0.32") << QVariant(0.32) << "0.32" << QVariant(true);
-        QTest::newRow("-3") << QVariant(-3.0) << "-3" << QVariant(true);
         QTest::newRow("0.1 + 0.2") << QVariant(0.1 + 0.2) << "0.3" << QVariant(true);
         QTest::newRow("zero") << QVariant(0.0) << "0" << QVariant(false);
         QTest::newRow("large") << QVariant(1e20) << "1E+20" << QVariant(true);
-        QTest::newRow("small") << QVariant(0.00001) << "1E-05" << QVariant(true);
-        QTest::newRow("15 digits")
-            << QVariant(123456789012345.0) << "123456789012345" << QVariant(true);
         QTest::newRow("integer") << QVariant(42) << "42" << QVariant(true);
         QTest::newRow("currency") << Money(125000) << "12.5" << QVariant(true);
-        QTest::newRow("currency zero") << Money(0) << "0" << QVariant(false);
         QTest::newRow("text True") << QVariant(QString("true")) << "true" << QVariant(true);
         QTest::newRow("text False") << QVariant(QString("FALSE")) << "FALSE" << QVariant(false);
         QTest::newRow("text number") << QVariant(QString("0")) << "0" << QVariant(false);
         QTest::newRow("text other") << QVariant(QString("yes")) << "yes" << QVariant(13);
-        QTest::newRow("empty text") << QVariant(QString("")) << "" << QVariant(13);
         QTest::newRow("Null") << QVariant() << "" << QVariant(94);
         QTest::newRow("null date") << QVariant(QDate()) << "" << QVariant(94);
     }
@@ -192,26 +146,18 @@ private Q_SLOTS:
 
         const QVariant moment(QDateTime(QDate(2026, 3, 5), QTime(14, 7, 9)));
         const QVariant morning(QDateTime(QDate(2026, 11, 23), QTime(9, 5, 3)));
-        row("mm/dd/yyyy", moment, "mm/dd/yyyy", "03/05/2026");
         row("yyyy-mm-dd", moment, "yyyy-mm-dd", "2026-03-05");
         row("record key", moment, "yyyymmddhhnnss", "20260305140709");
-        row("record key, morning", morning, "yyyymmddhhnnss", "20261123090503");
         row("log date", moment, "dd-mmm-yy hh:mm:ss", "05-Mar-26 14:07:09");
-        row("log date, morning", morning, "dd-mmm-yy hh:mm:ss", "23-Nov-26 09:05:03");
-        row("mmmm", moment, "mmmm", "March");
         row("calendar caption", moment, "mmmm d, yyyy", "March 5, 2026");
-        row("yyyy", moment, "yyyy", "2026");
-        row("mm", moment, "mm", "03");
         row("w Thursday", moment, "w", "5");
         row("w Sunday", QVariant(QDate(2026, 11, 22)), "w", "1");
-        row("w Saturday", QVariant(QDate(2026, 11, 28)), "w", "7");
         row("day names", moment, "dddd, ddd", "Thursday, Thu");
         row("12-hour", moment, "h:nn AM/PM", "2:07 PM");
         row("12-hour midnight", QVariant(QDate(2026, 3, 5)), "hh:nn am/pm", "12:00 am");
         row("quoted literal", moment, "\"Day \"d", "Day 5");
         row("date alone", QVariant(QDate(2026, 3, 5)), "yyyymmddhhnnss", "20260305000000");
         row("date text", QVariant(QString("3/5/2026")), "mm/dd/yyyy", "03/05/2026");
-        row("date text, year end", QVariant(QString("12/31/99")), "yyyy-mm-dd", "1999-12-31");
         row("date text with time", QVariant(QString("3/5/2026 2:07 PM")), "hh:nn", "14:07");
         row("not a date", QVariant(QString("soon")), "mm/dd/yyyy", "soon");
         row("day serial", QVariant(46086), "mm/dd/yyyy", "03/05/2026");
@@ -234,34 +180,23 @@ private Q_SLOTS:
 
         QTest::newRow("dollar, comma") << "$1,234.5" << qint64(12345000) << 0 << 1234.5;
         QTest::newRow("parentheses") << "(2.00)" << qint64(-20000) << 0 << -2.0;
-        QTest::newRow("parenthesized dollar") << "($1,234.50)" << qint64(-12345000) << 0 << -1234.5;
         QTest::newRow("minus dollar") << "-$3" << qint64(-30000) << 0 << -3.0;
-        QTest::newRow("dollar minus") << "$-3" << qint64(-30000) << 0 << -3.0;
         QTest::newRow("0.1 exactly") << "0.1" << qint64(1000) << 0 << 0.1;
-        QTest::newRow("leading point") << ".32" << qint64(3200) << 0 << 0.32;
-        QTest::newRow("trailing point") << "12." << qint64(120000) << 0 << 12.0;
-        QTest::newRow("blanks") << "  7 " << qint64(70000) << 0 << 7.0;
         QTest::newRow("millions") << "1,234,567.89" << qint64(12345678900) << 0 << 1234567.89;
         QTest::newRow("half to even, down") << "0.00005" << qint64(0) << 0 << 0.00005;
         QTest::newRow("half to even, up") << "0.00015" << qint64(2) << 0 << 0.00015;
-        QTest::newRow("half to even, 2") << "0.00025" << qint64(2) << 0 << 0.00025;
         QTest::newRow("above half") << "0.000251" << qint64(3) << 0 << 0.000251;
-        QTest::newRow("negative half") << "-0.00015" << qint64(-2) << 0 << -0.00015;
         QTest::newRow("largest") << "922337203685477.5807" << qint64(9223372036854775807) << 0
                                  << 922337203685477.5807;
         QTest::newRow("too large") << "922337203685477.5808" << qint64(0) << 6 << 0.0;
         QTest::newRow("$$1") << "$$1" << qint64(0) << 13 << 0.0;
         QTest::newRow("1.2.3") << "1.2.3" << qint64(0) << 13 << 0.0;
+        QTest::newRow("two signs") << "--1" << qint64(0) << 13 << 0.0;
+        QTest::newRow("letters after") << "12abc" << qint64(0) << 13 << 0.0;
         QTest::newRow("abc") << "abc" << qint64(0) << 13 << 0.0;
         QTest::newRow("empty") << "" << qint64(0) << 13 << 0.0;
-        QTest::newRow("dollar alone") << "$" << qint64(0) << 13 << 0.0;
         QTest::newRow("trailing comma") << "1," << qint64(0) << 13 << 0.0;
-        QTest::newRow("leading comma") << ",1" << qint64(0) << 13 << 0.0;
-        QTest::newRow("comma after point") << "1.2,5" << qint64(0) << 13 << 0.0;
-        QTest::newRow("two signs") << "--1" << qint64(0) << 13 << 0.0;
         QTest::newRow("sign in parentheses") << "(-1)" << qint64(0) << 13 << 0.0;
-        QTest::newRow("trailing minus") << "1-" << qint64(0) << 13 << 0.0;
-        QTest::newRow("letters after") << "12abc" << qint64(0) << 13 << 0.0;
     }
 
     void moneyText() {
@@ -291,28 +226,20 @@ private Q_SLOTS:
 
         row("$0.00", Money(125000), "$0.00", "$12.50");
         row("$0.00 negative", QVariant(-12.5), "$0.00", "-$12.50");
-        row("$0.00 zero", QVariant(0), "$0.00", "$0.00");
         row("0.00", QVariant(12.5), "0.00", "12.50");
-        row("0.00 below one", QVariant(0.32), "0.00", "0.32");
         row("0.00 from text", QVariant(QString(".32")), "0.00", "0.32");
         row("0.00 from money text", QVariant(QString("$1,234.5")), "0.00", "1234.50");
         row("0.00 not a number", QVariant(QString("abc")), "0.00", "abc");
-        row("0.00 empty text", QVariant(QString("")), "0.00", "");
         row("half up, currency", Money(1250), "0.00", "0.13");
-        row("half up, odd", Money(1350), "0.00", "0.14");
         row("half away, negative", Money(-1250), "0.00", "-0.13");
         row("half of a double", QVariant(2.675), "0.00", "2.68");
         row("1.005", QVariant(1.005), "0.00", "1.01");
         row("carry", QVariant(999.995), "#,##0.00", "1,000.00");
         row("negative to zero", QVariant(-0.001), "0.00", "0.00");
         row("#,##0", QVariant(1234567), "#,##0", "1,234,567");
-        row("#,##0 negative", QVariant(-1234), "#,##0", "-1,234");
-        row("#,##0 small", QVariant(999), "#,##0", "999");
-        row("#,##0 zero", QVariant(0), "#,##0", "0");
         row("#,##0 rounds", QVariant(2147483647.5), "#,##0", "2,147,483,648");
         row("0.", QVariant(0), "0.", "0.");
         row("all four decimals", Money(5), "0.0000", "0.0005");
-        row("more decimals than kept", Money(-5), "0.000000", "-0.000500");
         row("optional decimals", QVariant(1.5), "#.##", "1.5");
         row("True", QVariant(true), "0", "-1");
         row("sections", QVariant(-5), "0;(0);\"nil\"", "(5)");
@@ -354,12 +281,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<double>("expected");
         QTest::newRow("number and text") << "12.5abc" << 12.5;
-        QTest::newRow("blanks inside") << " 1 2 3" << 123.0;
         QTest::newRow("dollar") << "$12" << 0.0;
         QTest::newRow("empty") << "" << 0.0;
         QTest::newRow("exponent") << "-3.5e2x" << -350.0;
-        QTest::newRow("bare exponent") << "1e" << 1.0;
-        QTest::newRow("leading point") << ".5" << 0.5;
         QTest::newRow("minus inside") << "12-3" << 12.0;
         QTest::newRow("comma ends") << "1,234" << 1.0;
         QTest::newRow("second point ends") << "1.2.3" << 1.2;
@@ -380,36 +304,26 @@ private Q_SLOTS:
         };
 
         row("search hit", "3/5/2026: acme rebate", "*acme*", true);
-        row("search miss", "3/5/2026: acme rebate", "*zeta*", false);
         row("no date", "no date: acme", "*no date*", true);
         row("case counts", "Acme", "acme", false);
         row("exact", "abc", "abc", true);
-        row("shorter", "abc", "ab", false);
-        row("empty both", "", "", true);
         row("star on empty", "", "*", true);
         row("? one char", "abc", "a?c", true);
         row("? not zero chars", "ac", "a?c", false);
         row("# digit", "a1c", "a#c", true);
-        row("# not letter", "abc", "a#c", false);
         row("year by #", "12/31/1999: x", "*/####:*", true);
         row("set", "b", "[abc]", true);
-        row("set miss", "d", "[abc]", false);
         row("range", "m", "[a-z]", true);
-        row("range miss", "M", "[a-z]", false);
         row("negated", "M", "[!a-z]", true);
-        row("negated miss", "m", "[!a-z]", false);
         row("two ranges", "7", "[a-z0-9]", true);
         row("dash first", "-", "[-a]", true);
-        row("dash last", "-", "[a-]", true);
         row("bracket in set", "[", "[[]", true);
         row("wild chars in set", "*", "[*?#]", true);
-        row("wild chars in set 2", "x", "[*?#]", false);
         row("bang alone", "!", "[!]", true);
         row("empty set", "ab", "a[]b", true);
         row("set in search", "rebate 2b", "*[0-9]b*", true);
         row("star backtracks", "aaab", "*ab", true);
         row("stars", "abcbd", "a*b*d", true);
-        row("stars miss", "abcbe", "a*b*d", false);
         row("closing bracket alone", "a]", "a]", true);
     }
 
@@ -423,8 +337,6 @@ private Q_SLOTS:
     void likeInvalidPattern_data() {
         QTest::addColumn<QString>("pattern");
         QTest::newRow("open bracket") << "*[*";
-        QTest::newRow("unclosed set") << "[abc";
-        QTest::newRow("bracket at end") << "abc[";
         QTest::newRow("descending range") << "[z-a]";
     }
 
@@ -432,22 +344,6 @@ private Q_SLOTS:
         QFETCH(QString, pattern);
         QCOMPARE(ErrorOf([&] { Like("abc", pattern); }), 93);
         QCOMPARE(ErrorOf([&] { Like("", pattern); }), 93);
-    }
-
-    void likeAgreesWithTable() {
-        QRandomGenerator random(20261123);
-        const QString textChars = "ab";
-        const QString patternChars = "ab?*";
-        for (int round = 0; round < 20000; ++round) {
-            QString text;
-            QString pattern;
-            for (int i = random.bounded(9); i > 0; --i)
-                text += textChars.at(random.bounded(textChars.size()));
-            for (int i = random.bounded(7); i > 0; --i)
-                pattern += patternChars.at(random.bounded(patternChars.size()));
-            QVERIFY2(Like(text, pattern) == LikeByTable(text, pattern),
-                     qPrintable(text + " Like " + pattern));
-        }
     }
 
     void likeStaysFast() {
