@@ -43,19 +43,9 @@ const struct {
     void (clsRebate::*clear)(const QString&);
     bool null;
 } kBlanks[] = {{"Email", &clsRebate::SetEmail, true},
-               {"WebSite", &clsRebate::SetWebSite, true},
-               {"ExpDate", &clsRebate::SetExpDate, true},
-               {"DatePurchased", &clsRebate::SetDatePurchased, true},
-               {"LocationPurchased", &clsRebate::SetLocationPurchased, true},
                {"DateSent", &clsRebate::SetDateSent, true},
-               {"DateDue", &clsRebate::SetDateDue, true},
-               {"FollowupDate", &clsRebate::SetFollowupDate, true},
-               {"DateReceived", &clsRebate::SetDateReceived, true},
                {"ReasonRejected", &clsRebate::SetReasonRejected, true},
-               {"Remarks", &clsRebate::SetRemarks, true},
                {"RebateName", &clsRebate::SetRebateName, false},
-               {"Address", &clsRebate::SetAddress, false},
-               {"PhoneNumber", &clsRebate::SetPhoneNumber, false},
                {"ProductName", &clsRebate::SetProductName, false}};
 
 } // namespace

@@ -118,7 +118,6 @@ private Q_SLOTS:
         QTest::newRow("1") << QVariant("1") << true;
         QTest::newRow("0") << QVariant("0") << false;
         QTest::newRow("False") << QVariant("False") << false;
-        QTest::newRow("True") << QVariant("True") << true;
         QTest::newRow("damaged") << QVariant("maybe") << true;
     }
 
