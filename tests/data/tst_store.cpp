@@ -36,416 +36,393 @@ const QString kMatchNone = "Select * from Rebates Where RebateID = 'Match None'"
 class tst_store : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void openRefusesWhatIsNoDatabase_data();
-    void openRefusesWhatIsNoDatabase();
-    void openTakesAnyFileName();
-    void reserveSchema();
-    void queries_data();
-    void queries();
-    void valuesRoundTrip_data();
-    void valuesRoundTrip();
-    void unconvertibleValueChangesNothing_data();
-    void unconvertibleValueChangesNothing();
-    void addedRowStaysOutOfTheRecordset();
-    void cursorMovesAndLimits();
-    void editWritesTheOneRow();
-    void refusedUpdateCanBeRetried_data();
-    void refusedUpdateCanBeRetried();
-    void duplicateKeyIsRefused();
-    void deleteRemovesTheRow();
-    void transactionCommitsOrRollsBack_data();
-    void transactionCommitsOrRollsBack();
-    void snapshotIsReadOnly();
-    void recordsetOutlivesItsDatabase();
-};
-
-void tst_store::openRefusesWhatIsNoDatabase_data() {
-    QTest::addColumn<QByteArray>("content"); // null: no file at all
-    QTest::addColumn<int>("error");
-    QTest::newRow("missing file") << QByteArray() << 3024;
-    QTest::newRow("text file") << QByteArray(4096, 'x') << 3049;
-    QTest::newRow("damaged header") << QByteArray("SQLite format 3").append(200, '\x7f') << 3049;
-}
-
-void tst_store::openRefusesWhatIsNoDatabase() {
-    QFETCH(QByteArray, content);
-    QFETCH(int, error);
-    Fixture fixture;
-    const QString path = fixture.ProgramDir() + "Other.mdb";
-    if (!content.isNull()) {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(content);
+    void openRefusesWhatIsNoDatabase_data() {
+        QTest::addColumn<QByteArray>("content"); // null: no file at all
+        QTest::addColumn<int>("error");
+        QTest::newRow("missing file") << QByteArray() << 3024;
+        QTest::newRow("text file") << QByteArray(4096, 'x') << 3049;
+        QTest::newRow("damaged header")
+            << QByteArray("SQLite format 3").append(200, '\x7f') << 3049;
     }
-    QCOMPARE(ErrorOf([&] { Database::Open(path); }), error);
-    QCOMPARE(QFile::exists(path), !content.isNull());
-    QCOMPARE(ReadFile(path), content);
-}
 
-void tst_store::openTakesAnyFileName() {
-    Fixture fixture;
-    const QString path = fixture.ProgramDir() + QString::fromUtf8("Rebates #1 ?%20 café.mdb");
-    QVERIFY(QFile::copy(fixture.ReservePath(), path));
-    auto database = Database::Open(path);
-    QCOMPARE(database->Name(), path);
-    QCOMPARE(database->OpenRecordset(kMatchNone)->FieldCount(), 24);
-}
-
-void tst_store::reserveSchema() {
-    Fixture fixture;
-    auto reserve = Database::Open(fixture.ReservePath());
-    QSqlQuery query(reserve->Connection());
-    QVERIFY(query.exec("PRAGMA table_info(Rebates)"));
-    QStringList keys;
-    while (query.next()) {
-        if (query.value(5).toInt() > 0)
-            keys.append(query.value(1).toString());
-    }
-    auto rs = reserve->OpenRecordset(kMatchNone);
-    QStringList columns;
-    for (int i = 0; i < rs->FieldCount(); ++i)
-        columns.append(rs->FieldName(i));
-    const QStringList expected{
-        "RebateID",          "RebateName",     "Address",       "PhoneNumber",     "Email",
-        "WebSite",           "ProductName",    "PurchasePrice", "ExpDate",         "DatePurchased",
-        "LocationPurchased", "RebateAmount",   "PostagePrice",  "CouponAmount",    "DateSent",
-        "DateDue",           "AmountReceived", "FollowupDate",  "FollowupPostage", "DateReceived",
-        "Rejected",          "ReasonRejected", "Deleted",       "Remarks"};
-    QCOMPARE(columns, expected);
-    QCOMPARE(keys, QStringList{"RebateID"});
-    QVERIFY(query.exec("SELECT count(*) FROM Rebates") && query.next());
-    QCOMPARE(query.value(0).toInt(), 0);
-}
-
-void tst_store::queries_data() {
-    QTest::addColumn<QString>("sql");
-    QTest::addColumn<QStringList>("keys");
-    QTest::addColumn<int>("error");
-    QTest::addColumn<QString>("engineText");
-    auto row = [](const char* name, const QString& sql, const QStringList& keys) {
-        QTest::newRow(name) << sql << keys << 0 << QString();
-    };
-    auto refused = [](const char* name, const QString& sql, int error, const char* engineText) {
-        QTest::newRow(name) << sql << QStringList() << error << QString(engineText);
-    };
-    row("new record", kMatchNone, {});
-    row("one record", "Select * from Rebates Where RebateID = 'A'", {"A"});
-    row("lists", "SELECT * FROM Rebates WHERE NOT (((Rebates.Deleted)=True))", {"A"});
-    row("list row", "SELECT * FROM Rebates WHERE (([RebateID])= 'B');", {"B"});
-    row("statistics", "SELECT * FROM Rebates WHERE (((Rebates.Deleted)=False))", {"A"});
-    row("deleted", "SELECT * FROM Rebates WHERE (((Rebates.Deleted)=True))", {"B"});
-    row("report", "Select * from Rebates WHERE (([RebateID])='C')", {"C"});
-    refused("unbalanced parenthesis",
-            "Select * from Rebates WHERE NOT (([Deleted])=True Order by DateSent", 3075,
-            "syntax error");
-    refused("unknown column", "Select * from Rebates WHERE Nope = 1", 3075, "no such column: Nope");
-    refused("quote in key", "Select * from Rebates Where RebateID = 'O'Neil'", 3075,
-            "syntax error");
-    refused("missing table", "Select * from Claims", 3078, "no such table: Claims");
-}
-
-void tst_store::queries() {
-    QFETCH(QString, sql);
-    QFETCH(QStringList, keys);
-    QFETCH(int, error);
-    QFETCH(QString, engineText);
-    Fixture fixture;
-    fixture.OpenDatabase({{.RebateID = "A"},
-                          {.RebateID = "B", .Deleted = true},
-                          {.RebateID = "C", .Deleted = std::nullopt}});
-    for (int type : {dbOpenDynaset, dbOpenSnapshot}) {
-        QCOMPARE(ErrorOf([&] { gDatabase->OpenRecordset(sql, type); }), error);
-        if (error) {
-            const QString text = ErrorText([&] { gDatabase->OpenRecordset(sql, type); });
-            QVERIFY2(text.contains(engineText), qPrintable(text));
-            continue;
+    void openRefusesWhatIsNoDatabase() {
+        QFETCH(QByteArray, content);
+        QFETCH(int, error);
+        Fixture fixture;
+        const QString path = fixture.ProgramDir() + "Other.mdb";
+        if (!content.isNull()) {
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(content);
         }
-        auto rs = gDatabase->OpenRecordset(sql, type);
-        QCOMPARE(rs->RecordCount(), keys.size());
-        QCOMPARE(Keys(*rs), keys);
+        QCOMPARE(ErrorOf([&] { Database::Open(path); }), error);
+        QCOMPARE(QFile::exists(path), !content.isNull());
+        QCOMPARE(ReadFile(path), content);
     }
-}
 
-void tst_store::valuesRoundTrip_data() {
-    QTest::addColumn<QString>("column");
-    QTest::addColumn<QVariant>("written");
-    QTest::addColumn<QVariant>("stored"); // as SQLite holds it
-    QTest::addColumn<QVariant>("read");   // as Fields gives it back
-    const QVariant null;
-    QTest::newRow("nullable text cleared") << "Email" << null << null << null;
-    QTest::newRow("text kept empty")
-        << "Address" << QVariant(QString("")) << QVariant("") << QVariant("");
-    const QVariant text("Sent by \"certified\" mail; 2 UPCs");
-    QTest::newRow("text") << "Remarks" << text << text << text;
-    QTest::newRow("money from double")
-        << "PurchasePrice" << QVariant(129.99) << QVariant(qlonglong(1299900))
-        << QVariant::fromValue(Currency::FromRaw(1299900));
-    QTest::newRow("money from text")
-        << "RebateAmount" << QVariant("$1,234.50") << QVariant(qlonglong(12345000))
-        << QVariant::fromValue(Currency::FromRaw(12345000));
-    QTest::newRow("money, four decimals")
-        << "PostagePrice" << QVariant::fromValue(Currency::FromRaw(4901))
-        << QVariant(qlonglong(4901)) << QVariant::fromValue(Currency::FromRaw(4901));
-    QTest::newRow("negative money") << "CouponAmount" << QVariant(-5) << QVariant(qlonglong(-50000))
-                                    << QVariant::fromValue(Currency::FromRaw(-50000));
-    QTest::newRow("date from text") << "DateSent" << QVariant("11/5/2026") << QVariant("2026-11-05")
-                                    << QVariant(QDate(2026, 11, 5));
-    QTest::newRow("date") << "DateDue" << QVariant(QDate(2027, 1, 31)) << QVariant("2027-01-31")
-                          << QVariant(QDate(2027, 1, 31));
-    QTest::newRow("date cleared") << "FollowupDate" << QVariant(QString("")) << null << null;
-    QTest::newRow("Boolean true") << "Rejected" << QVariant(true) << QVariant(qlonglong(1))
-                                  << QVariant(true);
-    QTest::newRow("Boolean from number")
-        << "Deleted" << QVariant(0) << QVariant(qlonglong(0)) << QVariant(false);
-}
-
-void tst_store::valuesRoundTrip() {
-    QFETCH(QString, column);
-    QFETCH(QVariant, written);
-    QFETCH(QVariant, stored);
-    QFETCH(QVariant, read);
-    Fixture fixture;
-    fixture.OpenDatabase();
-    auto rs = gDatabase->OpenRecordset(kMatchNone);
-    rs->AddNew();
-    rs->SetField("RebateID", "20261123100000");
-    rs->SetField(column, written);
-    rs->Update();
-
-    const QVariantMap raw = ReadRawRebate("20261123100000");
-    QCOMPARE(raw.value(column).isNull(), stored.isNull());
-    if (!stored.isNull())
-        QCOMPARE(raw.value(column), stored);
-
-    auto back = gDatabase->OpenRecordset("Select * from Rebates Where RebateID = '20261123100000'");
-    const QVariant value = back->Fields(column);
-    QCOMPARE(value.isNull(), read.isNull());
-    if (!read.isNull()) {
-        QCOMPARE(value.metaType(), read.metaType());
-        QCOMPARE(value, read);
+    void openTakesAnyFileName() {
+        Fixture fixture;
+        const QString path = fixture.ProgramDir() + QString::fromUtf8("Rebates #1 ?%20 café.mdb");
+        QVERIFY(QFile::copy(fixture.ReservePath(), path));
+        auto database = Database::Open(path);
+        QCOMPARE(database->Name(), path);
+        QCOMPARE(database->OpenRecordset(kMatchNone)->FieldCount(), 24);
     }
-}
 
-void tst_store::unconvertibleValueChangesNothing_data() {
-    QTest::addColumn<QString>("column");
-    QTest::addColumn<QVariant>("value");
-    QTest::newRow("date") << "DateSent" << QVariant("13/45/2026");
-    QTest::newRow("money") << "PurchasePrice" << QVariant("twelve dollars");
-    QTest::newRow("Boolean") << "Rejected" << QVariant("perhaps");
-}
+    void reserveSchema() {
+        Fixture fixture;
+        auto reserve = Database::Open(fixture.ReservePath());
+        QSqlQuery query(reserve->Connection());
+        QVERIFY(query.exec("PRAGMA table_info(Rebates)"));
+        QStringList keys;
+        while (query.next()) {
+            if (query.value(5).toInt() > 0)
+                keys.append(query.value(1).toString());
+        }
+        auto rs = reserve->OpenRecordset(kMatchNone);
+        QStringList columns;
+        for (int i = 0; i < rs->FieldCount(); ++i)
+            columns.append(rs->FieldName(i));
+        const QStringList expected{
+            "RebateID",       "RebateName",     "Address",           "PhoneNumber",
+            "Email",          "WebSite",        "ProductName",       "PurchasePrice",
+            "ExpDate",        "DatePurchased",  "LocationPurchased", "RebateAmount",
+            "PostagePrice",   "CouponAmount",   "DateSent",          "DateDue",
+            "AmountReceived", "FollowupDate",   "FollowupPostage",   "DateReceived",
+            "Rejected",       "ReasonRejected", "Deleted",           "Remarks"};
+        QCOMPARE(columns, expected);
+        QCOMPARE(keys, QStringList{"RebateID"});
+        QVERIFY(query.exec("SELECT count(*) FROM Rebates") && query.next());
+        QCOMPARE(query.value(0).toInt(), 0);
+    }
 
-void tst_store::unconvertibleValueChangesNothing() {
-    QFETCH(QString, column);
-    QFETCH(QVariant, value);
-    Fixture fixture;
-    fixture.OpenDatabase(
-        {{.RebateID = "A", .PurchasePrice = 10.0, .DateSent = QDate(2026, 11, 1)}});
-    auto rs = gDatabase->OpenRecordset("Select * from Rebates Where RebateID = 'A'");
-    const QVariant before = rs->Fields(column);
-    const QVariantMap rawBefore = ReadRawRebate("A");
-    rs->Edit();
-    QCOMPARE(ErrorOf([&] { rs->SetField(column, value); }), 13);
-    QCOMPARE(rs->Fields(column), before);
-    rs->SetField("Remarks", "still editing");
-    rs->Update();
-    QVariantMap rawAfter = ReadRawRebate("A");
-    QCOMPARE(rawAfter.take("Remarks"), QVariant("still editing"));
-    rawAfter.insert("Remarks", rawBefore.value("Remarks"));
-    QCOMPARE(rawAfter, rawBefore);
-}
+    void queries_data() {
+        QTest::addColumn<QString>("sql");
+        QTest::addColumn<QStringList>("keys");
+        QTest::addColumn<int>("error");
+        QTest::addColumn<QString>("engineText");
+        auto row = [](const char* name, const QString& sql, const QStringList& keys) {
+            QTest::newRow(name) << sql << keys << 0 << QString();
+        };
+        auto refused = [](const char* name, const QString& sql, int error, const char* engineText) {
+            QTest::newRow(name) << sql << QStringList() << error << QString(engineText);
+        };
+        row("new record", kMatchNone, {});
+        row("one record", "Select * from Rebates Where RebateID = 'A'", {"A"});
+        row("lists", "SELECT * FROM Rebates WHERE NOT (((Rebates.Deleted)=True))", {"A"});
+        row("list row", "SELECT * FROM Rebates WHERE (([RebateID])= 'B');", {"B"});
+        row("statistics", "SELECT * FROM Rebates WHERE (((Rebates.Deleted)=False))", {"A"});
+        row("deleted", "SELECT * FROM Rebates WHERE (((Rebates.Deleted)=True))", {"B"});
+        row("report", "Select * from Rebates WHERE (([RebateID])='C')", {"C"});
+        refused("unbalanced parenthesis",
+                "Select * from Rebates WHERE NOT (([Deleted])=True Order by DateSent", 3075,
+                "syntax error");
+        refused("unknown column", "Select * from Rebates WHERE Nope = 1", 3075,
+                "no such column: Nope");
+        refused("quote in key", "Select * from Rebates Where RebateID = 'O'Neil'", 3075,
+                "syntax error");
+        refused("missing table", "Select * from Claims", 3078, "no such table: Claims");
+    }
 
-void tst_store::addedRowStaysOutOfTheRecordset() {
-    Fixture fixture;
-    fixture.OpenDatabase();
-    auto rs = gDatabase->OpenRecordset(kMatchNone);
-    QVERIFY(rs->IsEOF() && rs->IsBOF());
-    rs->AddNew();
-    QCOMPARE(rs->EditMode(), int(dbEditAdd));
-    rs->SetField("RebateID", "20261123100000");
-    QCOMPARE(rs->Fields("RebateID"), QVariant("20261123100000"));
-    QVERIFY(rs->Fields("RebateName").isNull());
-    rs->Update();
-    QCOMPARE(rs->EditMode(), int(dbEditNone));
-    QCOMPARE(rs->RecordCount(), 0);
-    QVERIFY(rs->IsEOF() && rs->IsBOF());
-    QCOMPARE(CountRebates(), 1);
-    rs->Requery();
-    QCOMPARE(rs->RecordCount(), 0);
-}
+    void queries() {
+        QFETCH(QString, sql);
+        QFETCH(QStringList, keys);
+        QFETCH(int, error);
+        QFETCH(QString, engineText);
+        Fixture fixture;
+        fixture.OpenDatabase({{.RebateID = "A"},
+                              {.RebateID = "B", .Deleted = true},
+                              {.RebateID = "C", .Deleted = std::nullopt}});
+        for (int type : {dbOpenDynaset, dbOpenSnapshot}) {
+            QCOMPARE(ErrorOf([&] { gDatabase->OpenRecordset(sql, type); }), error);
+            if (error) {
+                const QString text = ErrorText([&] { gDatabase->OpenRecordset(sql, type); });
+                QVERIFY2(text.contains(engineText), qPrintable(text));
+                continue;
+            }
+            auto rs = gDatabase->OpenRecordset(sql, type);
+            QCOMPARE(rs->RecordCount(), keys.size());
+            QCOMPARE(Keys(*rs), keys);
+        }
+    }
 
-void tst_store::cursorMovesAndLimits() {
-    Fixture fixture;
-    fixture.OpenDatabase({{.RebateID = "1"}, {.RebateID = "2"}, {.RebateID = "3"}});
-    auto rs = gDatabase->OpenRecordset("Select * from Rebates");
-    QCOMPARE(rs->RecordCount(), 3);
-    QVERIFY(!rs->IsBOF() && !rs->IsEOF());
-    QCOMPARE(Keys(*rs), (QStringList{"1", "2", "3"}));
-    QVERIFY(rs->IsEOF() && !rs->IsBOF());
-    QCOMPARE(ErrorOf([&] { rs->Fields("RebateID"); }), 3021);
-    QCOMPARE(ErrorOf([&] { rs->MoveNext(); }), 3021);
-    rs->MovePrevious();
-    QCOMPARE(rs->Fields("rebateid"), QVariant("3")); // names compare without case
-    rs->MoveFirst();
-    rs->MovePrevious();
-    QVERIFY(rs->IsBOF() && !rs->IsEOF());
-    QCOMPARE(ErrorOf([&] { rs->MovePrevious(); }), 3021);
-    rs->MoveLast();
-    QCOMPARE(rs->Fields(rs->FieldIndex("RebateID")), QVariant("3"));
-    QCOMPARE(ErrorOf([&] { rs->Fields("Nope"); }), 3265);
-    QCOMPARE(ErrorOf([&] { rs->SetField("Remarks", "x"); }), 3020); // no Edit
-    QCOMPARE(ErrorOf([&] { rs->Update(); }), 3020);
-    rs->CancelUpdate(); // nothing pending: no error
+    void valuesRoundTrip_data() {
+        QTest::addColumn<QString>("column");
+        QTest::addColumn<QVariant>("written");
+        QTest::addColumn<QVariant>("stored"); // as SQLite holds it
+        QTest::addColumn<QVariant>("read");   // as Fields gives it back
+        const auto row = [](const char* name, const char* column, const QVariant& written,
+                            const QVariant& stored, const QVariant& read) {
+            QTest::newRow(name) << QString(column) << written << stored << read;
+        };
+        const auto money = [](qlonglong raw) {
+            return QVariant::fromValue(Currency::FromRaw(raw));
+        };
+        const QVariant null;
+        const QVariant text("Sent by \"certified\" mail; 2 UPCs");
+        row("nullable text cleared", "Email", null, null, null);
+        row("text kept empty", "Address", QString(""), "", "");
+        row("text", "Remarks", text, text, text);
+        row("money from double", "PurchasePrice", 129.99, qlonglong(1299900), money(1299900));
+        row("money from text", "RebateAmount", "$1,234.50", qlonglong(12345000), money(12345000));
+        row("money, four decimals", "PostagePrice", money(4901), qlonglong(4901), money(4901));
+        row("negative money", "CouponAmount", -5, qlonglong(-50000), money(-50000));
+        row("date from text", "DateSent", "11/5/2026", "2026-11-05", QDate(2026, 11, 5));
+        row("date", "DateDue", QDate(2027, 1, 31), "2027-01-31", QDate(2027, 1, 31));
+        row("date cleared", "FollowupDate", QString(""), null, null);
+        row("Boolean true", "Rejected", true, qlonglong(1), true);
+        row("Boolean from number", "Deleted", 0, qlonglong(0), false);
+    }
 
-    auto none = gDatabase->OpenRecordset(kMatchNone);
-    QCOMPARE(ErrorOf([&] { none->MoveFirst(); }), 3021);
-    QCOMPARE(ErrorOf([&] { none->Edit(); }), 3021);
-    rs->Close();
-    QCOMPARE(ErrorOf([&] { rs->IsEOF(); }), 3420);
-}
+    void valuesRoundTrip() {
+        QFETCH(QString, column);
+        QFETCH(QVariant, written);
+        QFETCH(QVariant, stored);
+        QFETCH(QVariant, read);
+        Fixture fixture;
+        fixture.OpenDatabase();
+        auto rs = gDatabase->OpenRecordset(kMatchNone);
+        rs->AddNew();
+        rs->SetField("RebateID", "20261123100000");
+        rs->SetField(column, written);
+        rs->Update();
 
-void tst_store::editWritesTheOneRow() {
-    Fixture fixture;
-    fixture.OpenDatabase(
-        {{.RebateID = "1", .RebateName = "Printer"}, {.RebateID = "2", .RebateName = "Router"}});
-    auto rs = gDatabase->OpenRecordset("Select * from Rebates");
-    rs->MoveLast();
-    rs->Edit();
-    rs->SetField("RebateName", "Modem");
-    QCOMPARE(rs->Fields("RebateName"), QVariant("Modem"));
-    rs->Update();
-    QCOMPARE(rs->Fields("RebateName"), QVariant("Modem"));
-    QCOMPARE(ReadRawRebate("1").value("RebateName"), QVariant("Printer"));
-    QCOMPARE(ReadRawRebate("2").value("RebateName"), QVariant("Modem"));
+        const QVariantMap raw = ReadRawRebate("20261123100000");
+        QCOMPARE(raw.value(column).isNull(), stored.isNull());
+        if (!stored.isNull())
+            QCOMPARE(raw.value(column), stored);
 
-    rs->Edit();
-    rs->SetField("RebateName", "Switch");
-    rs->MoveFirst();
-    rs->MoveLast();
-    QCOMPARE(rs->Fields("RebateName"), QVariant("Modem"));
-    QCOMPARE(ReadRawRebate("2").value("RebateName"), QVariant("Modem"));
-}
+        auto back =
+            gDatabase->OpenRecordset("Select * from Rebates Where RebateID = '20261123100000'");
+        const QVariant value = back->Fields(column);
+        QCOMPARE(value.isNull(), read.isNull());
+        if (!read.isNull()) {
+            QCOMPARE(value.metaType(), read.metaType());
+            QCOMPARE(value, read);
+        }
+    }
 
-void tst_store::refusedUpdateCanBeRetried_data() {
-    QTest::addColumn<bool>("adding");
-    QTest::newRow("new row") << true;
-    QTest::newRow("edited row") << false;
-}
+    void unconvertibleValueChangesNothing_data() {
+        QTest::addColumn<QString>("column");
+        QTest::addColumn<QVariant>("value");
+        QTest::newRow("date") << "DateSent" << QVariant("13/45/2026");
+        QTest::newRow("money") << "PurchasePrice" << QVariant("twelve dollars");
+        QTest::newRow("Boolean") << "Rejected" << QVariant("perhaps");
+    }
 
-void tst_store::refusedUpdateCanBeRetried() {
-    QFETCH(bool, adding);
-    Fixture fixture;
-    fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Printer"}});
-    gDatabase->SetBusyTimeout(0);
-    auto rs = gDatabase->OpenRecordset(adding ? kMatchNone : "Select * from Rebates");
-    if (adding) {
+    void unconvertibleValueChangesNothing() {
+        QFETCH(QString, column);
+        QFETCH(QVariant, value);
+        Fixture fixture;
+        fixture.OpenDatabase(
+            {{.RebateID = "A", .PurchasePrice = 10.0, .DateSent = QDate(2026, 11, 1)}});
+        auto rs = gDatabase->OpenRecordset("Select * from Rebates Where RebateID = 'A'");
+        const QVariant before = rs->Fields(column);
+        const QVariantMap rawBefore = ReadRawRebate("A");
+        rs->Edit();
+        QCOMPARE(ErrorOf([&] { rs->SetField(column, value); }), 13);
+        QCOMPARE(rs->Fields(column), before);
+        rs->SetField("Remarks", "still editing");
+        rs->Update();
+        QVariantMap rawAfter = ReadRawRebate("A");
+        QCOMPARE(rawAfter.take("Remarks"), QVariant("still editing"));
+        rawAfter.insert("Remarks", rawBefore.value("Remarks"));
+        QCOMPARE(rawAfter, rawBefore);
+    }
+
+    void addedRowStaysOutOfTheRecordset() {
+        Fixture fixture;
+        fixture.OpenDatabase();
+        auto rs = gDatabase->OpenRecordset(kMatchNone);
+        QVERIFY(rs->IsEOF() && rs->IsBOF());
+        rs->AddNew();
+        QCOMPARE(rs->EditMode(), int(dbEditAdd));
+        rs->SetField("RebateID", "20261123100000");
+        QCOMPARE(rs->Fields("RebateID"), QVariant("20261123100000"));
+        QVERIFY(rs->Fields("RebateName").isNull());
+        rs->Update();
+        QCOMPARE(rs->EditMode(), int(dbEditNone));
+        QCOMPARE(rs->RecordCount(), 0);
+        QVERIFY(rs->IsEOF() && rs->IsBOF());
+        QCOMPARE(CountRebates(), 1);
+        rs->Requery();
+        QCOMPARE(rs->RecordCount(), 0);
+    }
+
+    void cursorMovesAndLimits() {
+        Fixture fixture;
+        fixture.OpenDatabase({{.RebateID = "1"}, {.RebateID = "2"}, {.RebateID = "3"}});
+        auto rs = gDatabase->OpenRecordset("Select * from Rebates");
+        QCOMPARE(rs->RecordCount(), 3);
+        QVERIFY(!rs->IsBOF() && !rs->IsEOF());
+        QCOMPARE(Keys(*rs), (QStringList{"1", "2", "3"}));
+        QVERIFY(rs->IsEOF() && !rs->IsBOF());
+        QCOMPARE(ErrorOf([&] { rs->Fields("RebateID"); }), 3021);
+        QCOMPARE(ErrorOf([&] { rs->MoveNext(); }), 3021);
+        rs->MovePrevious();
+        QCOMPARE(rs->Fields("rebateid"), QVariant("3")); // names compare without case
+        rs->MoveFirst();
+        rs->MovePrevious();
+        QVERIFY(rs->IsBOF() && !rs->IsEOF());
+        QCOMPARE(ErrorOf([&] { rs->MovePrevious(); }), 3021);
+        rs->MoveLast();
+        QCOMPARE(rs->Fields(rs->FieldIndex("RebateID")), QVariant("3"));
+        QCOMPARE(ErrorOf([&] { rs->Fields("Nope"); }), 3265);
+        QCOMPARE(ErrorOf([&] { rs->SetField("Remarks", "x"); }), 3020); // no Edit
+        QCOMPARE(ErrorOf([&] { rs->Update(); }), 3020);
+        rs->CancelUpdate(); // nothing pending: no error
+
+        auto none = gDatabase->OpenRecordset(kMatchNone);
+        QCOMPARE(ErrorOf([&] { none->MoveFirst(); }), 3021);
+        QCOMPARE(ErrorOf([&] { none->Edit(); }), 3021);
+        rs->Close();
+        QCOMPARE(ErrorOf([&] { rs->IsEOF(); }), 3420);
+    }
+
+    void editWritesTheOneRow() {
+        Fixture fixture;
+        fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Printer"},
+                              {.RebateID = "2", .RebateName = "Router"}});
+        auto rs = gDatabase->OpenRecordset("Select * from Rebates");
+        rs->MoveLast();
+        rs->Edit();
+        rs->SetField("RebateName", "Modem");
+        QCOMPARE(rs->Fields("RebateName"), QVariant("Modem"));
+        rs->Update();
+        QCOMPARE(rs->Fields("RebateName"), QVariant("Modem"));
+        QCOMPARE(ReadRawRebate("1").value("RebateName"), QVariant("Printer"));
+        QCOMPARE(ReadRawRebate("2").value("RebateName"), QVariant("Modem"));
+
+        rs->Edit();
+        rs->SetField("RebateName", "Switch");
+        rs->MoveFirst();
+        rs->MoveLast();
+        QCOMPARE(rs->Fields("RebateName"), QVariant("Modem"));
+        QCOMPARE(ReadRawRebate("2").value("RebateName"), QVariant("Modem"));
+    }
+
+    void refusedUpdateCanBeRetried_data() {
+        QTest::addColumn<bool>("adding");
+        QTest::newRow("new row") << true;
+        QTest::newRow("edited row") << false;
+    }
+
+    void refusedUpdateCanBeRetried() {
+        QFETCH(bool, adding);
+        Fixture fixture;
+        fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Printer"}});
+        gDatabase->SetBusyTimeout(0);
+        auto rs = gDatabase->OpenRecordset(adding ? kMatchNone : "Select * from Rebates");
+        if (adding) {
+            rs->AddNew();
+            rs->SetField("RebateID", "2");
+        } else {
+            rs->Edit();
+        }
+        rs->SetField("RebateName", "Router");
+
+        {
+            auto other = Database::Open(fixture.DatabasePath());
+            QSqlQuery lock(other->Connection());
+            QVERIFY(lock.exec("BEGIN EXCLUSIVE"));
+            QCOMPARE(ErrorOf([&] { rs->Update(); }), 3260);
+            QVERIFY(lock.exec("ROLLBACK"));
+        }
+        QCOMPARE(CountRebates(), 1);
+        QCOMPARE(ReadRawRebate("1").value("RebateName"), QVariant("Printer"));
+        QVERIFY(rs->EditMode() != dbEditNone);
+        QCOMPARE(rs->Fields("RebateName"), QVariant("Router"));
+
+        rs->Update();
+        QCOMPARE(CountRebates(), adding ? 2 : 1);
+        QCOMPARE(ReadRawRebate(adding ? "2" : "1").value("RebateName"), QVariant("Router"));
+    }
+
+    void duplicateKeyIsRefused() {
+        Fixture fixture;
+        fixture.OpenDatabase({{.RebateID = "20261123100000", .RebateName = "First"}});
+        auto rs = gDatabase->OpenRecordset(kMatchNone);
+        rs->AddNew();
+        rs->SetField("RebateID", "20261123100000");
+        rs->SetField("RebateName", "Second");
+        QCOMPARE(ErrorOf([&] { rs->Update(); }), 3022);
+        QCOMPARE(CountRebates(), 1);
+        QCOMPARE(ReadRawRebate("20261123100000").value("RebateName"), QVariant("First"));
+    }
+
+    void deleteRemovesTheRow() {
+        Fixture fixture;
+        fixture.OpenDatabase({{.RebateID = "1"}, {.RebateID = "2"}, {.RebateID = "3"}});
+        auto rs = gDatabase->OpenRecordset("Select * from Rebates");
+        rs->MoveNext();
+        rs->Delete();
+        QCOMPARE(CountRebates(), 2);
+        QVERIFY(ReadRawRebate("2").isEmpty());
+        QCOMPARE(rs->RecordCount(), 2);
+        QCOMPARE(ErrorOf([&] { rs->Fields("RebateID"); }), 3167);
+        QCOMPARE(ErrorOf([&] { rs->Edit(); }), 3167);
+        rs->MoveNext();
+        QCOMPARE(rs->Fields("RebateID"), QVariant("3"));
+        rs->MovePrevious();
+        QCOMPARE(rs->Fields("RebateID"), QVariant("1"));
+        rs->MoveFirst();
+        QCOMPARE(Keys(*rs), (QStringList{"1", "3"}));
+    }
+
+    void transactionCommitsOrRollsBack_data() {
+        QTest::addColumn<bool>("commit");
+        QTest::newRow("commit") << true;
+        QTest::newRow("rollback") << false;
+    }
+
+    void transactionCommitsOrRollsBack() {
+        QFETCH(bool, commit);
+        Fixture fixture;
+        fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Printer"}});
+        gDatabase->BeginTrans();
+        auto rs = gDatabase->OpenRecordset("Select * from Rebates");
+        rs->Edit();
+        rs->SetField("RebateName", "Router");
+        rs->Update();
         rs->AddNew();
         rs->SetField("RebateID", "2");
-    } else {
-        rs->Edit();
-    }
-    rs->SetField("RebateName", "Router");
-
-    {
+        rs->Update();
         auto other = Database::Open(fixture.DatabasePath());
-        QSqlQuery lock(other->Connection());
-        QVERIFY(lock.exec("BEGIN EXCLUSIVE"));
-        QCOMPARE(ErrorOf([&] { rs->Update(); }), 3260);
-        QVERIFY(lock.exec("ROLLBACK"));
+        QCOMPARE(other->OpenRecordset("Select * from Rebates")->RecordCount(), 1);
+        if (commit)
+            gDatabase->CommitTrans();
+        else
+            gDatabase->Rollback();
+        QCOMPARE(CountRebates(), commit ? 2 : 1);
+        QCOMPARE(ReadRawRebate("1").value("RebateName"), QVariant(commit ? "Router" : "Printer"));
+        QCOMPARE(ErrorOf([] { gDatabase->CommitTrans(); }), 3034); // none open any more
     }
-    QCOMPARE(CountRebates(), 1);
-    QCOMPARE(ReadRawRebate("1").value("RebateName"), QVariant("Printer"));
-    QVERIFY(rs->EditMode() != dbEditNone);
-    QCOMPARE(rs->Fields("RebateName"), QVariant("Router"));
 
-    rs->Update();
-    QCOMPARE(CountRebates(), adding ? 2 : 1);
-    QCOMPARE(ReadRawRebate(adding ? "2" : "1").value("RebateName"), QVariant("Router"));
-}
+    void snapshotIsReadOnly() {
+        Fixture fixture;
+        fixture.OpenDatabase({{.RebateID = "1"}});
+        auto rs = gDatabase->OpenRecordset("Select * from Rebates", dbOpenSnapshot);
+        QVERIFY(!rs->Updatable());
+        QCOMPARE(ErrorOf([&] { rs->Edit(); }), 3027);
+        QCOMPARE(ErrorOf([&] { rs->AddNew(); }), 3027);
+        QCOMPARE(ErrorOf([&] { rs->Delete(); }), 3027);
+        auto counted = gDatabase->OpenRecordset("Select count(*) AS n from Rebates");
+        QVERIFY(!counted->Updatable());
+        QCOMPARE(counted->Fields("n").toInt(), 1);
+    }
 
-void tst_store::duplicateKeyIsRefused() {
-    Fixture fixture;
-    fixture.OpenDatabase({{.RebateID = "20261123100000", .RebateName = "First"}});
-    auto rs = gDatabase->OpenRecordset(kMatchNone);
-    rs->AddNew();
-    rs->SetField("RebateID", "20261123100000");
-    rs->SetField("RebateName", "Second");
-    QCOMPARE(ErrorOf([&] { rs->Update(); }), 3022);
-    QCOMPARE(CountRebates(), 1);
-    QCOMPARE(ReadRawRebate("20261123100000").value("RebateName"), QVariant("First"));
-}
-
-void tst_store::deleteRemovesTheRow() {
-    Fixture fixture;
-    fixture.OpenDatabase({{.RebateID = "1"}, {.RebateID = "2"}, {.RebateID = "3"}});
-    auto rs = gDatabase->OpenRecordset("Select * from Rebates");
-    rs->MoveNext();
-    rs->Delete();
-    QCOMPARE(CountRebates(), 2);
-    QVERIFY(ReadRawRebate("2").isEmpty());
-    QCOMPARE(rs->RecordCount(), 2);
-    QCOMPARE(ErrorOf([&] { rs->Fields("RebateID"); }), 3167);
-    QCOMPARE(ErrorOf([&] { rs->Edit(); }), 3167);
-    rs->MoveNext();
-    QCOMPARE(rs->Fields("RebateID"), QVariant("3"));
-    rs->MovePrevious();
-    QCOMPARE(rs->Fields("RebateID"), QVariant("1"));
-    rs->MoveFirst();
-    QCOMPARE(Keys(*rs), (QStringList{"1", "3"}));
-}
-
-void tst_store::transactionCommitsOrRollsBack_data() {
-    QTest::addColumn<bool>("commit");
-    QTest::newRow("commit") << true;
-    QTest::newRow("rollback") << false;
-}
-
-void tst_store::transactionCommitsOrRollsBack() {
-    QFETCH(bool, commit);
-    Fixture fixture;
-    fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Printer"}});
-    gDatabase->BeginTrans();
-    auto rs = gDatabase->OpenRecordset("Select * from Rebates");
-    rs->Edit();
-    rs->SetField("RebateName", "Router");
-    rs->Update();
-    rs->AddNew();
-    rs->SetField("RebateID", "2");
-    rs->Update();
-    auto other = Database::Open(fixture.DatabasePath());
-    QCOMPARE(other->OpenRecordset("Select * from Rebates")->RecordCount(), 1);
-    if (commit)
-        gDatabase->CommitTrans();
-    else
-        gDatabase->Rollback();
-    QCOMPARE(CountRebates(), commit ? 2 : 1);
-    QCOMPARE(ReadRawRebate("1").value("RebateName"), QVariant(commit ? "Router" : "Printer"));
-    QCOMPARE(ErrorOf([] { gDatabase->CommitTrans(); }), 3034); // none open any more
-}
-
-void tst_store::snapshotIsReadOnly() {
-    Fixture fixture;
-    fixture.OpenDatabase({{.RebateID = "1"}});
-    auto rs = gDatabase->OpenRecordset("Select * from Rebates", dbOpenSnapshot);
-    QVERIFY(!rs->Updatable());
-    QCOMPARE(ErrorOf([&] { rs->Edit(); }), 3027);
-    QCOMPARE(ErrorOf([&] { rs->AddNew(); }), 3027);
-    QCOMPARE(ErrorOf([&] { rs->Delete(); }), 3027);
-    auto counted = gDatabase->OpenRecordset("Select count(*) AS n from Rebates");
-    QVERIFY(!counted->Updatable());
-    QCOMPARE(counted->Fields("n").toInt(), 1);
-}
-
-void tst_store::recordsetOutlivesItsDatabase() {
-    Fixture fixture;
-    fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Printer"}});
-    auto rs = gDatabase->OpenRecordset("Select * from Rebates");
-    gDatabase.reset();
-    QCOMPARE(rs->Fields("RebateName"), QVariant("Printer"));
-    rs->Edit();
-    rs->SetField("RebateName", "Router");
-    QCOMPARE(ErrorOf([&] { rs->Update(); }), 3420);
-    QCOMPARE(ErrorOf([&] { rs->Requery(); }), 3420);
-}
+    void recordsetOutlivesItsDatabase() {
+        Fixture fixture;
+        fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Printer"}});
+        auto rs = gDatabase->OpenRecordset("Select * from Rebates");
+        gDatabase.reset();
+        QCOMPARE(rs->Fields("RebateName"), QVariant("Printer"));
+        rs->Edit();
+        rs->SetField("RebateName", "Router");
+        QCOMPARE(ErrorOf([&] { rs->Update(); }), 3420);
+        QCOMPARE(ErrorOf([&] { rs->Requery(); }), 3420);
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_store)
 #include "tst_store.moc"
