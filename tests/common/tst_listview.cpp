@@ -5,12 +5,10 @@
 #include <QElapsedTimer>
 #include <QHeaderView>
 #include <QListView>
-#include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QTest>
 #include <QTreeView>
-#include <numeric>
 
 namespace {
 QStringList Texts(ListView& lv) {
@@ -62,35 +60,6 @@ private Q_SLOTS:
         QCOMPARE(Texts(lv), (QStringList{"b", "c", "d", "f"}));
         c->SetText("z");
         QCOMPARE(c->Index(), 4);
-    }
-
-    // Many texts over letters of both cases, accents, digits, punctuation and a character outside
-    // the basic plane: the sorted list is in Qt's case-blind order, equal texts in adding order.
-    void sortMatchesCaseBlindOrder() {
-        const QString alphabet = QStringLiteral("aAbBzZ\u00e4\u00c4\u00e9\u00df_ 0:9/-");
-        const QString emoji = QStringLiteral("\U0001F600");
-        QRandomGenerator random(7);
-        QStringList texts;
-        for (int i = 0; i < 2000; ++i) {
-            QString text;
-            const int length = random.bounded(1, 7);
-            for (int c = 0; c < length; ++c)
-                text += random.bounded(12) == 0
-                            ? emoji
-                            : QString(alphabet[random.bounded(alphabet.size())]);
-            texts << text;
-        }
-        ListView lv;
-        lv.SetSorted(true);
-        for (int i = 0; i < texts.size(); ++i)
-            lv.ListItems().Add(texts[i])->SetSubItems(1, QString::number(i));
-        QList<int> expected(texts.size());
-        std::iota(expected.begin(), expected.end(), 0);
-        std::stable_sort(expected.begin(), expected.end(), [&texts](int a, int b) {
-            return QString::compare(texts[a], texts[b], Qt::CaseInsensitive) < 0;
-        });
-        for (int i = 0; i < texts.size(); ++i)
-            QCOMPARE(lv.ListItems().Item(i + 1)->SubItems(1).toInt(), expected[i]);
     }
 
     // The Switchboard finds a record's row by its key; the index follows adds, changes, removals.
