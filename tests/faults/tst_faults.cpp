@@ -1,6 +1,7 @@
 // Faults in the store's keys: a RebateID holding a quote, and a key that no longer names
 // exactly one row. Each case reads the whole store back.
 #include "Fixture.h"
+#include "ListRows.h"
 #include "ProgramWindow.h"
 #include "RebateFormDriver.h"
 #include "RebateRows.h"
@@ -25,14 +26,6 @@ const QString kQuote = "O'Brien";
 const QString kInjected = "x' OR RebateID='20240101120000";
 // Written into the SQL text, it would match every row.
 const QString kMatchesAll = "none') OR ('1'='1";
-
-RebateRow Row(const QString& id, const QString& name) {
-    return {.RebateID = id,
-            .RebateName = name,
-            .ProductName = "Router",
-            .PurchasePrice = 89.99,
-            .RebateAmount = 30.0};
-}
 
 // Every row as stored, with its rowid, in the table's order.
 QList<QVariantMap> Store() {
@@ -63,24 +56,6 @@ QStringList Keys(Recordset& rs) {
     return keys;
 }
 
-QStringList ListedKeys(ListView* lv) {
-    QStringList keys;
-    for (int i = 1; i <= lv->ListItems().Count(); ++i)
-        keys << lv->ListItems().Item(i)->SubItems(3);
-    keys.sort();
-    return keys;
-}
-
-// Selects the first row with this key, and no other.
-void SelectOnly(ListView* lv, const QString& rebateID) {
-    bool found = false;
-    for (int i = 1; i <= lv->ListItems().Count(); ++i) {
-        ListItem* item = lv->ListItems().Item(i);
-        item->SetSelected(!found && item->SubItems(3) == rebateID);
-        found = found || item->Selected();
-    }
-}
-
 // Rebuilds Rebates without its primary key, so that a key may stand in two rows.
 void DropPrimaryKey() {
     QSqlQuery sql(gDatabase->Connection());
@@ -101,8 +76,9 @@ private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
     void init() {
         mFixture = std::make_unique<Fixture>();
-        mFixture->OpenDatabase({Row(kPlain, "Plain"), Row(kQuote, "Quote"),
-                                Row(kInjected, "Injected"), Row("20240202120000", "Other")});
+        mFixture->OpenDatabase({RouterRow(kPlain, "Plain"), RouterRow(kQuote, "Quote"),
+                                RouterRow(kInjected, "Injected"),
+                                RouterRow("20240202120000", "Other")});
         Startup::SetEndProgramHandler([](int) {});
     }
     void cleanup() {
@@ -140,7 +116,7 @@ private Q_SLOTS:
         frmSwitchboard& board = mProgram->Switchboard();
         QTRY_VERIFY(!board.Timer1->isActive());
         board.tbsSwitch->Tabs().Item("All")->SetSelected(true);
-        SelectOnly(board.lvAll, key);
+        SelectIDs(board.lvAll, {key});
         board.mnuEditRebate->trigger();
         frmRebate* form = frmRebate::Instance();
         QVERIFY(form);
@@ -159,7 +135,7 @@ private Q_SLOTS:
         QCOMPARE(Store(), expected);
         QCOMPARE(board.lvAll->ListItems().Count(), 4); // its row rebuilt, not doubled
 
-        SelectOnly(board.lvAll, key);
+        SelectIDs(board.lvAll, {key});
         mFixture->Desktop().SetNextAnswer(vb::vbYes);
         board.mnuDeleteRebate->trigger();
         Expect(expected, key, "Deleted", qlonglong(1));
@@ -168,7 +144,7 @@ private Q_SLOTS:
         QStringList left{kPlain, kQuote, kInjected, "20240202120000"};
         left.removeOne(key);
         left.sort();
-        QCOMPARE(ListedKeys(board.lvAll), left);
+        QCOMPARE(SortedIDs(board.lvAll), left);
     }
 
     void keyNotNamingOneRowChangesNothing_data() {
@@ -192,13 +168,13 @@ private Q_SLOTS:
         QFETCH(QString, told);
         if (cause == "twice") {
             DropPrimaryKey();
-            InsertRebates({Row(kQuote, "Quote again")});
+            InsertRebates({RouterRow(kQuote, "Quote again")});
         }
         mProgram = std::make_unique<ProgramWindow>();
         frmSwitchboard& board = mProgram->Switchboard();
         QTRY_VERIFY(!board.Timer1->isActive());
         board.tbsSwitch->Tabs().Item("All")->SetSelected(true);
-        SelectOnly(board.lvAll, kQuote);
+        SelectIDs(board.lvAll, {kQuote});
         frmRebate* form = nullptr;
         if (action != "delete") {
             board.mnuEditRebate->trigger();

@@ -1,4 +1,5 @@
 #include "Fixture.h"
+#include "ListRows.h"
 #include "Modal.h"
 #include "RebateRows.h"
 #include "app/Notifier.h"
@@ -32,11 +33,6 @@ QStringList Rows(frmPurge& form) {
     return rows;
 }
 
-void Select(frmPurge& form, const QStringList& ids) {
-    ListItemCollection& items = form.lvwRecords->ListItems();
-    for (int i = 1; i <= items.Count(); ++i)
-        items.Item(i)->SetSelected(ids.contains(items.Item(i)->SubItems(3)));
-}
 } // namespace
 
 class tst_purge : public QObject {
@@ -132,7 +128,7 @@ private Q_SLOTS:
                                 {.RebateID = "9", .RebateName = "Live"}});
         frmPurge form;
         form.show();
-        Select(form, selected);
+        SelectIDs(form.lvwRecords, selected);
         QSignalSpy stale(&Notifier::Instance(), &Notifier::ListsStale);
         mFixture->Desktop().SetNextAnswer(answer);
         QTest::mouseClick(purge ? form.cmdPurge : form.cmdRecover, Qt::LeftButton);
@@ -140,11 +136,7 @@ private Q_SLOTS:
         QCOMPARE(box.style, 292);
         QCOMPARE(box.title, purge ? QString("Preparing to Permanently Delete Records")
                                   : QString("Preparing to Recover Deleted Records"));
-        QStringList listed;
-        for (int i = 1; i <= form.lvwRecords->ListItems().Count(); ++i)
-            listed << form.lvwRecords->ListItems().Item(i)->SubItems(3);
-        listed.sort();
-        QCOMPARE(listed, left);
+        QCOMPARE(SortedIDs(form.lvwRecords), left);
         QStringList rows;
         for (const char* id : {"1", "2", "3", "9"})
             if (!ReadRawRebate(id).isEmpty())
@@ -157,7 +149,7 @@ private Q_SLOTS:
     void rowsGoneBehindTheFormRefresh() {
         mFixture->OpenDatabase({Deleted("1", "A")});
         frmPurge form;
-        Select(form, {"1"});
+        SelectIDs(form.lvwRecords, {"1"});
         gDatabase->Execute("DELETE FROM Rebates");
         mFixture->Desktop().SetNextAnswer(vb::vbYes);
         form.cmdRecover_Click();
@@ -178,7 +170,7 @@ private Q_SLOTS:
         QFETCH(int, selectedAfter);
         mFixture->OpenDatabase({Deleted("1", "A"), Deleted("2", "B"), Deleted("3", "C")});
         frmPurge form;
-        Select(form, selected);
+        SelectIDs(form.lvwRecords, selected);
         form.mnuInvertSelection_Click();
         int count = 0;
         for (int i = 1; i <= 3; ++i)

@@ -154,6 +154,14 @@ RebateRow MoneyRow(const QString& id, std::optional<double> price, std::optional
             .Deleted = deleted};
 }
 
+RebateRow RouterRow(const QString& id, const QString& name) {
+    return {.RebateID = id,
+            .RebateName = name,
+            .ProductName = "Router",
+            .PurchasePrice = 89.99,
+            .RebateAmount = 30.0};
+}
+
 QList<RebateRow> PlainRebates(int n) {
     QList<RebateRow> rows;
     for (int i = 1; i <= n; ++i)

@@ -52,6 +52,9 @@ RebateRow MoneyRow(const QString& id, std::optional<double> price, std::optional
                    std::optional<double> received, std::optional<double> followup,
                    std::optional<bool> rejected = false, std::optional<bool> deleted = false);
 
+// An unsent router rebate with the fields the rebate form requires.
+RebateRow RouterRow(const QString& id, const QString& name);
+
 // n unsent rows keyed "1" to "n", named "r1" to "rn".
 QList<RebateRow> PlainRebates(int n);
 
