@@ -78,16 +78,15 @@ private Q_SLOTS:
         QTest::addColumn<QString>("shown");
         QTest::addColumn<bool>("refused");
         QTest::addColumn<QString>("stored");
-        QTest::newRow("money") << "1.5"
-                               << "$1.50" << false << "$1.50";
-        QTest::newRow("dollar sign") << "$.37"
-                                     << "$0.37" << false << "$0.37";
-        QTest::newRow("empty passes") << ""
-                                      << "" << false << "";
-        QTest::newRow("two points") << "1.2.3"
-                                    << "1.2.3" << true << "$0.55";
-        QTest::newRow("letters are dropped as typed") << "4x5"
-                                                      << "$45.00" << false << "$45.00";
+        const auto row = [](const char* name, const char* typed, const char* shown, bool refused,
+                            const char* stored) {
+            QTest::newRow(name) << QString(typed) << QString(shown) << refused << QString(stored);
+        };
+        row("money", "1.5", "$1.50", false, "$1.50");
+        row("dollar sign", "$.37", "$0.37", false, "$0.37");
+        row("empty passes", "", "", false, "");
+        row("two points", "1.2.3", "1.2.3", true, "$0.55");
+        row("letters are dropped as typed", "4x5", "$45.00", false, "$45.00");
     }
     void postageValidation() {
         QFETCH(QString, typed);
