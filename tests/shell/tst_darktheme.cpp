@@ -51,70 +51,63 @@ constexpr double kReadable = 4.5;
 class tst_darktheme : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-    void statisticsSheet();
-    void helpPage();
+    void initTestCase() {
+        InitTestResources();
+        QApplication::setStyle(QStyleFactory::create("Fusion"));
+        QApplication::setPalette(DarkPalette());
+    }
+
+    void init() {
+        mFixture = std::make_unique<Fixture>();
+        mFixture->OpenDatabase();
+    }
+
+    void cleanup() { mFixture.reset(); }
+
+    void statisticsSheet() {
+        InsertRebates({{.RebateID = "1", .PurchasePrice = 19.99, .RebateAmount = 10.0},
+                       {.RebateID = "2", .PurchasePrice = 5.0, .AmountReceived = 2.5}});
+        ProgramWindow program;
+        program.ClickTab("Statistics");
+        auto* sheet = program.Switchboard().findChild<QWidget*>("picLVBack_9");
+        QVERIFY(sheet);
+        const QColor paper = sheet->palette().color(QPalette::Window);
+        QCOMPARE(paper, QColor(Qt::white));
+        const QList<QLabel*> labels = sheet->findChildren<QLabel*>();
+        int texts = 0;
+        for (const QLabel* label : labels) {
+            if (label->text().isEmpty())
+                continue;
+            ++texts;
+            const QColor ink = label->palette().color(label->foregroundRole());
+            QVERIFY2(Contrast(ink, paper) >= kReadable,
+                     qPrintable(label->objectName() + " " + ink.name()));
+        }
+        // Three headers, fifteen captions and fifteen figures.
+        QCOMPARE(texts, 33);
+        const QString shots = qEnvironmentVariable("VANTRY_SCREENSHOT_DIR");
+        if (!shots.isEmpty()) {
+            program.Mdi().resize(900, 700);
+            QVERIFY(program.Mdi().grab().save(shots + "/statistics-dark.png"));
+        }
+    }
+
+    void helpPage() {
+        HelpWindow help;
+        help.ShowContents();
+        auto* page = help.findChild<QTextBrowser*>("txtTopic");
+        QVERIFY(page);
+        const QPalette palette = page->palette();
+        // The pages' headings and links are dark blue: they keep a light page.
+        for (const QColor ink :
+             {palette.color(QPalette::Text), QColor(0x1F, 0x3A, 0x5F), QColor(0x2F, 0x6F, 0xB3)})
+            QVERIFY2(Contrast(ink, palette.color(QPalette::Base)) >= kReadable,
+                     qPrintable(ink.name()));
+    }
 
 private:
     std::unique_ptr<Fixture> mFixture;
 };
-
-void tst_darktheme::initTestCase() {
-    InitTestResources();
-    QApplication::setStyle(QStyleFactory::create("Fusion"));
-    QApplication::setPalette(DarkPalette());
-}
-
-void tst_darktheme::init() {
-    mFixture = std::make_unique<Fixture>();
-    mFixture->OpenDatabase();
-}
-
-void tst_darktheme::cleanup() {
-    mFixture.reset();
-}
-
-void tst_darktheme::statisticsSheet() {
-    InsertRebates({{.RebateID = "1", .PurchasePrice = 19.99, .RebateAmount = 10.0},
-                   {.RebateID = "2", .PurchasePrice = 5.0, .AmountReceived = 2.5}});
-    ProgramWindow program;
-    program.ClickTab("Statistics");
-    auto* sheet = program.Switchboard().findChild<QWidget*>("picLVBack_9");
-    QVERIFY(sheet);
-    const QColor paper = sheet->palette().color(QPalette::Window);
-    QCOMPARE(paper, QColor(Qt::white));
-    const QList<QLabel*> labels = sheet->findChildren<QLabel*>();
-    int texts = 0;
-    for (const QLabel* label : labels) {
-        if (label->text().isEmpty())
-            continue;
-        ++texts;
-        const QColor ink = label->palette().color(label->foregroundRole());
-        QVERIFY2(Contrast(ink, paper) >= kReadable,
-                 qPrintable(label->objectName() + " " + ink.name()));
-    }
-    // Three headers, fifteen captions and fifteen figures.
-    QCOMPARE(texts, 33);
-    const QString shots = qEnvironmentVariable("VANTRY_SCREENSHOT_DIR");
-    if (!shots.isEmpty()) {
-        program.Mdi().resize(900, 700);
-        QVERIFY(program.Mdi().grab().save(shots + "/statistics-dark.png"));
-    }
-}
-
-void tst_darktheme::helpPage() {
-    HelpWindow help;
-    help.ShowContents();
-    auto* page = help.findChild<QTextBrowser*>("txtTopic");
-    QVERIFY(page);
-    const QPalette palette = page->palette();
-    // The pages' headings and links are dark blue: they keep a light page.
-    for (const QColor ink :
-         {palette.color(QPalette::Text), QColor(0x1F, 0x3A, 0x5F), QColor(0x2F, 0x6F, 0xB3)})
-        QVERIFY2(Contrast(ink, palette.color(QPalette::Base)) >= kReadable, qPrintable(ink.name()));
-}
 
 int main(int argc, char** argv) {
     VantryApplication app(argc, argv);
