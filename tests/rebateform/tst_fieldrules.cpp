@@ -1,4 +1,4 @@
-#include "Fixture.h"
+#include "MainWindowFixture.h"
 #include "RebateFormDriver.h"
 #include "common/core/Settings.h"
 #include "rebateform/FieldEdit.h"
@@ -17,16 +17,10 @@ class tst_fieldrules : public QObject {
 private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
     void init() {
-        mFixture = std::make_unique<Fixture>();
-        mFixture->OpenDatabase();
+        mFixture = std::make_unique<MainWindowFixture>();
         mForm = OpenNew();
     }
-    void cleanup() {
-        if (frmRebate::Instance())
-            frmRebate::Instance()->Unload();
-        QTRY_VERIFY(!frmRebate::Instance());
-        mFixture.reset();
-    }
+    void cleanup() { mFixture.reset(); }
     // index, text set beforehand by code, keys typed (the field's text selected by Tab is kept
     // for the date shortcuts, which read it), expected text.
     void keys_data() {
@@ -274,7 +268,7 @@ private Q_SLOTS:
     }
 
 private:
-    std::unique_ptr<Fixture> mFixture;
+    std::unique_ptr<MainWindowFixture> mFixture;
     frmRebate* mForm = nullptr;
 };
 

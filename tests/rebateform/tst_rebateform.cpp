@@ -1,4 +1,4 @@
-#include "Fixture.h"
+#include "MainWindowFixture.h"
 #include "RebateFormDriver.h"
 #include "RebateRows.h"
 #include "common/core/Clock.h"
@@ -11,7 +11,6 @@
 #include "rebateform/RebateFields.h"
 #include "rebateform/frmRebate.h"
 #include "shell/frmMDI.h"
-#include "shell/modMain.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -21,7 +20,6 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
-#include <QPointer>
 #include <QPushButton>
 #include <QSqlQuery>
 #include <QTabBar>
@@ -81,23 +79,10 @@ class tst_rebateform : public QObject {
 private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
     void init() {
-        mFixture = std::make_unique<Fixture>();
-        mFixture->OpenDatabase();
-        gDatabase->SetBusyTimeout(0);
-        Startup::SetEndProgramHandler([](int) {});
-        mMain = new frmMDI;
-        mMain->show();
-        QApplication::setActiveWindow(mMain);
-        QVERIFY(QTest::qWaitForWindowActive(mMain));
+        mFixture = std::make_unique<MainWindowFixture>();
+        mMain = mFixture->Main();
     }
-    void cleanup() {
-        if (frmRebate* form = frmRebate::Instance())
-            form->Unload();
-        QTRY_VERIFY(!frmRebate::Instance());
-        delete mMain.data();
-        Startup::SetEndProgramHandler(nullptr);
-        mFixture.reset();
-    }
+    void cleanup() { mFixture.reset(); }
 
     void states_data() {
         QTest::addColumn<QString>("how");
@@ -652,8 +637,8 @@ private:
     bool ButtonEnabled(int index) const { return mMain->tbToolBar->Buttons(index).Enabled(); }
     bool ButtonVisible(int index) const { return mMain->tbToolBar->Buttons(index).Visible(); }
 
-    std::unique_ptr<Fixture> mFixture;
-    QPointer<frmMDI> mMain;
+    std::unique_ptr<MainWindowFixture> mFixture;
+    frmMDI* mMain = nullptr;
 };
 
 QTEST_MAIN(tst_rebateform)
