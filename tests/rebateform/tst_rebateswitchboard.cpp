@@ -1,4 +1,5 @@
-#include "Fixture.h"
+#include "ListRows.h"
+#include "MainWindowFixture.h"
 #include "RebateFormDriver.h"
 #include "common/core/Globals.h"
 #include "common/ui/ListView.h"
@@ -7,7 +8,6 @@
 #include "rebateform/RebateFields.h"
 #include "rebateform/frmRebate.h"
 #include "shell/frmMDI.h"
-#include "shell/modMain.h"
 #include "switchboard/frmSwitchboard.h"
 
 #include <QAbstractItemView>
@@ -24,13 +24,6 @@ const QString kPending = "20261101090000";
 const QString kUnsent = "20261102090000";
 const QString kSecondUnsent = "20261103090000";
 
-RebateRow Row(const QString& id, const QString& name) {
-    return {.RebateID = id,
-            .RebateName = name,
-            .ProductName = "Router",
-            .PurchasePrice = 89.99,
-            .RebateAmount = 30.0};
-}
 } // namespace
 
 class tst_rebateswitchboard : public QObject {
@@ -38,30 +31,18 @@ class tst_rebateswitchboard : public QObject {
 private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
     void init() {
-        mFixture = std::make_unique<Fixture>();
-        mFixture->OpenDatabase();
-        RebateRow pending = Row(kPending, "Router Rebate");
+        RebateRow pending = RouterRow(kPending, "Router Rebate");
         pending.DateSent = QDate(2026, 11, 2);
         pending.DateDue = QDate(2026, 12, 28);
-        InsertRebates({pending, Row(kUnsent, "Modem Rebate"), Row(kSecondUnsent, "Cable Rebate")});
-        Startup::SetEndProgramHandler([](int) {});
-        mMain = new frmMDI;
+        mFixture = std::make_unique<MainWindowFixture>(QList<RebateRow>{
+            pending, RouterRow(kUnsent, "Modem Rebate"), RouterRow(kSecondUnsent, "Cable Rebate")});
+        mMain = mFixture->Main();
         mMain->resize(1100, 800);
-        mMain->show();
-        QApplication::setActiveWindow(mMain);
-        QVERIFY(QTest::qWaitForWindowActive(mMain));
         mBoard = &frmSwitchboard::Load();
         mMain->AddChild(mBoard)->show();
         QTRY_VERIFY(!mBoard->Timer1->isActive());
     }
-    void cleanup() {
-        if (frmRebate* form = frmRebate::Instance())
-            form->Unload();
-        QTRY_VERIFY(!frmRebate::Instance());
-        delete mMain.data();
-        Startup::SetEndProgramHandler(nullptr);
-        mFixture.reset();
-    }
+    void cleanup() { mFixture.reset(); }
     // The page, the command, and the record the form opens on ("" for a new one).
     void opensForm_data() {
         QTest::addColumn<QString>("tab");
@@ -83,7 +64,7 @@ private Q_SLOTS:
             lv->ListItems().Item(1)->SetSelected(true);
             ViewOf(lv)->setFocus();
         } else {
-            SelectRows(lv, {kSecondUnsent});
+            SelectIDs(lv, {kSecondUnsent});
         }
         if (how == "menu")
             (create ? mBoard->mnuNewRebate : mBoard->mnuEditRebate)->trigger();
@@ -121,7 +102,7 @@ private Q_SLOTS:
         QFETCH(QStringList, selected);
         SelectTab("Unsent");
         ListView* lv = mBoard->lvUnsent;
-        SelectRows(lv, selected);
+        SelectIDs(lv, selected);
         if (selected.isEmpty()) {
             QTest::keyClick(ViewOf(lv), Qt::Key_Return);
             QVERIFY(mFixture->Desktop().boxes.isEmpty());
@@ -151,7 +132,7 @@ private Q_SLOTS:
         QFETCH(QString, command);
         QFETCH(QString, what);
         SelectTab("Unsent");
-        SelectRows(mBoard->lvUnsent, {kUnsent});
+        SelectIDs(mBoard->lvUnsent, {kUnsent});
         mBoard->mnuEditRebate_Click();
         QPointer<frmRebate> form = frmRebate::Instance();
         QVERIFY(form);
@@ -159,7 +140,7 @@ private Q_SLOTS:
         QVERIFY(form->RecordChanged());
 
         ActivateBoard();
-        SelectRows(mBoard->lvUnsent, {kSecondUnsent});
+        SelectIDs(mBoard->lvUnsent, {kSecondUnsent});
         if (command == "new")
             mBoard->mnuNewRebate_Click();
         else
@@ -176,7 +157,7 @@ private Q_SLOTS:
         // A clean form gives way without a word.
         form->mnuSaveRecord_Click();
         ActivateBoard();
-        SelectRows(mBoard->lvUnsent, {kSecondUnsent});
+        SelectIDs(mBoard->lvUnsent, {kSecondUnsent});
         mBoard->OpenRebate();
         QCOMPARE(boxes.size(), 1);
         QVERIFY(frmRebate::Instance());
@@ -185,7 +166,7 @@ private Q_SLOTS:
     void pendingBecomesPaid() {
         SelectTab("Pending");
         ListView* pending = mBoard->lvPending;
-        SelectRows(pending, {kPending});
+        SelectIDs(pending, {kPending});
         mBoard->mnuEditRebate_Click();
         frmRebate* form = frmRebate::Instance();
         QVERIFY(form);
@@ -207,7 +188,7 @@ private Q_SLOTS:
         SelectTab("All");
         ListView* all = mBoard->lvAll;
         for (const QString& id : {kUnsent, kSecondUnsent}) {
-            SelectRows(all, {id});
+            SelectIDs(all, {id});
             QTest::keyClick(ViewOf(all), Qt::Key_Return);
             frmRebate* form = frmRebate::Instance();
             QVERIFY(form);
@@ -216,7 +197,7 @@ private Q_SLOTS:
             QTest::keyClick(remarks, Qt::Key_O, Qt::AltModifier);
             QTRY_VERIFY(!frmRebate::Instance());
             QTRY_COMPARE(QApplication::focusWidget(), ViewOf(all));
-            QCOMPARE(SelectedIDs(all), QStringList{id});
+            QCOMPARE(ListedIDs(all, true), QStringList{id});
             QVERIFY(!gbRecordSaved);
         }
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
@@ -225,28 +206,11 @@ private Q_SLOTS:
     }
 
 private:
-    static QStringList SelectedIDs(ListView* lv) {
-        QStringList ids;
-        for (int i = 1; i <= lv->ListItems().Count(); ++i)
-            if (lv->ListItems().Item(i)->Selected())
-                ids << lv->ListItems().Item(i)->SubItems(3);
-        return ids;
-    }
     void ActivateBoard() {
         mMain->mdiArea->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(mBoard->parentWidget()));
     }
     void SelectTab(const QString& caption) {
         mBoard->tbsSwitch->Tabs().Item(caption)->SetSelected(true);
-    }
-    // Selects the rows of a list with these keys, the first of them the list's current row.
-    void SelectRows(ListView* lv, const QStringList& ids) {
-        for (int i = 1; i <= lv->ListItems().Count(); ++i)
-            lv->ListItems().Item(i)->SetSelected(false);
-        for (const QString& id : ids)
-            for (int i = 1; i <= lv->ListItems().Count(); ++i)
-                if (lv->ListItems().Item(i)->SubItems(3) == id)
-                    lv->ListItems().Item(i)->SetSelected(true);
-        ViewOf(lv)->setFocus();
     }
     QAbstractItemView* ViewOf(ListView* lv) {
         return qobject_cast<QAbstractItemView*>(lv->ActiveView());
@@ -256,8 +220,8 @@ private:
         return view->visualRect(view->model()->index(index - 1, 0)).center();
     }
 
-    std::unique_ptr<Fixture> mFixture;
-    QPointer<frmMDI> mMain;
+    std::unique_ptr<MainWindowFixture> mFixture;
+    frmMDI* mMain = nullptr;
     frmSwitchboard* mBoard = nullptr;
 };
 
