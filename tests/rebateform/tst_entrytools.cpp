@@ -1,4 +1,5 @@
-#include "Fixture.h"
+#include "MainWindowFixture.h"
+#include "Modal.h"
 #include "RebateFormDriver.h"
 #include "common/core/Globals.h"
 #include "common/ui/Toolbar.h"
@@ -16,9 +17,7 @@
 #include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QScopeGuard>
 #include <QTest>
-#include <QTimer>
 
 using namespace RebateFormDriver;
 
@@ -30,21 +29,11 @@ class tst_entrytools : public QObject {
 private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
     void init() {
-        mFixture = std::make_unique<Fixture>();
-        mFixture->OpenDatabase();
-        mMain = new frmMDI;
-        mMain->show();
-        QApplication::setActiveWindow(mMain);
-        QVERIFY(QTest::qWaitForWindowActive(mMain));
+        mFixture = std::make_unique<MainWindowFixture>();
+        mMain = mFixture->Main();
         mForm = OpenNew();
     }
-    void cleanup() {
-        if (frmRebate::Instance())
-            frmRebate::Instance()->Unload();
-        QTRY_VERIFY(!frmRebate::Instance());
-        delete mMain.data();
-        mFixture.reset();
-    }
+    void cleanup() { mFixture.reset(); }
 
     // field, its text, the keys inside the calendar, the field afterwards.
     void calendar_data() {
@@ -68,7 +57,7 @@ private Q_SLOTS:
         QFETCH(QString, after);
         mForm->txtFields(index)->setText(before);
         FieldEdit* field = Enter(mForm, index);
-        WhileModal("frmCalendar", [&](QWidget*) {
+        WhileModal("frmCalendar", &mOpened, [&](QWidget*) {
             for (int key : keys)
                 QTest::keyClick(QApplication::focusWidget(), Qt::Key(key));
         });
@@ -86,26 +75,16 @@ private Q_SLOTS:
         QTest::addColumn<QString>("button");
         QTest::addColumn<QString>("after");
         QTest::addColumn<QString>("box");
-        QTest::newRow("seeded, added, checked on leaving") << "12.50"
-                                                           << "+1="
-                                                           << "cmdOK"
-                                                           << "$13.50"
-                                                           << "";
-        QTest::newRow("a negative result loses its minus") << "2"
-                                                           << "-5="
-                                                           << "cmdOK"
-                                                           << "$3.00"
-                                                           << "";
-        QTest::newRow("beyond money: the field refuses") << "900000000000000"
-                                                         << "*10="
-                                                         << "cmdOK"
-                                                         << "9000000000000000"
-                                                         << "Invalid Amount";
-        QTest::newRow("Close leaves the field") << "7"
-                                                << "+1="
-                                                << "cmdCancel"
-                                                << "$7.00"
-                                                << "";
+        const auto row = [](const char* name, const char* typed, const char* keys,
+                            const char* button, const char* after, const char* box) {
+            QTest::newRow(name) << QString(typed) << QString(keys) << QString(button)
+                                << QString(after) << QString(box);
+        };
+        row("seeded, added, checked on leaving", "12.50", "+1=", "cmdOK", "$13.50", "");
+        row("a negative result loses its minus", "2", "-5=", "cmdOK", "$3.00", "");
+        row("beyond money: the field refuses", "900000000000000", "*10=", "cmdOK",
+            "9000000000000000", "Invalid Amount");
+        row("Close leaves the field", "7", "+1=", "cmdCancel", "$7.00", "");
     }
     void calculator() {
         QFETCH(QString, typed);
@@ -114,7 +93,7 @@ private Q_SLOTS:
         QFETCH(QString, after);
         QFETCH(QString, box);
         FieldEdit* field = Type(mForm, 4, typed);
-        WhileModal("frmCalculator", [&](QWidget* dialog) {
+        WhileModal("frmCalculator", &mOpened, [&](QWidget* dialog) {
             QTest::keyClicks(QApplication::focusWidget(), keys);
             QTest::mouseClick(dialog->findChild<QPushButton*>(button), Qt::LeftButton);
         });
@@ -136,14 +115,15 @@ private Q_SLOTS:
         QTest::addColumn<QString>("answer");
         QTest::addColumn<bool>("asked");
         QTest::addColumn<QString>("due");
-        QTest::newRow("six weeks") << 9 << "12/01/2025"
-                                   << "6" << true << "1/12/2026";
-        QTest::newRow("cancel keeps the date") << 9 << "12/01/2025"
-                                               << "" << true << "1/26/2026";
-        QTest::newRow("no date sent") << 9 << ""
-                                      << "6" << false << "";
-        QTest::newRow("not in Date Sent") << 5 << "12/01/2025"
-                                          << "6" << false << "1/26/2026";
+        const auto row = [](const char* name, int index, const char* sent, const char* answer,
+                            bool asked, const char* due) {
+            QTest::newRow(name) << index << QString(sent) << QString(answer) << asked
+                                << QString(due);
+        };
+        row("six weeks", 9, "12/01/2025", "6", true, "1/12/2026");
+        row("cancel keeps the date", 9, "12/01/2025", "", true, "1/26/2026");
+        row("no date sent", 9, "", "6", false, "");
+        row("not in Date Sent", 5, "12/01/2025", "6", false, "1/26/2026");
     }
     void weekConverter() {
         QFETCH(int, index);
@@ -166,12 +146,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("after");
         QTest::addColumn<QString>("box");
-        QTest::newRow("remarks") << 17 << " in May"
-                                 << "Mailed in May"
-                                 << "";
-        QTest::newRow("a bad date is refused on leaving") << 5 << "x"
-                                                          << "Mailedx"
-                                                          << "Invalid Date";
+        QTest::newRow("remarks") << 17 << QString(" in May") << QString("Mailed in May")
+                                 << QString();
+        QTest::newRow("a bad date is refused on leaving")
+            << 5 << QString("x") << QString("Mailedx") << QString("Invalid Date");
     }
     void zoom() {
         QFETCH(int, index);
@@ -180,7 +158,7 @@ private Q_SLOTS:
         QFETCH(QString, box);
         mForm->txtFields(index)->setText(QStringLiteral("Mailed"));
         FieldEdit* field = Enter(mForm, index);
-        WhileModal("frmZoomBox", [&](QWidget* dialog) {
+        WhileModal("frmZoomBox", &mOpened, [&](QWidget* dialog) {
             QTest::keyClicks(dialog->findChild<QPlainTextEdit*>(QStringLiteral("txtText")), typed);
             QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("btnOK")),
                               Qt::LeftButton);
@@ -210,14 +188,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("dialed");
         QTest::addColumn<QString>("box");
-        QTest::newRow("letters go as they stand") << "1-800-FLOWERS"
-                                                  << "Acme"
-                                                  << "1-800-FLOWERS|AutoDial|Acme|"
-                                                  << "";
-        QTest::newRow("punctuation only") << "(--)"
-                                          << "Acme"
-                                          << ""
-                                          << "Invalid Telephone Number";
+        QTest::newRow("letters go as they stand")
+            << QString("1-800-FLOWERS") << QString("Acme")
+            << QString("1-800-FLOWERS|AutoDial|Acme|") << QString();
+        QTest::newRow("punctuation only") << QString("(--)") << QString("Acme") << QString()
+                                          << QString("Invalid Telephone Number");
     }
     void dial() {
         QFETCH(QString, phone);
@@ -230,7 +205,7 @@ private Q_SLOTS:
         auto* cmdDial = mForm->findChild<QPushButton*>(QStringLiteral("cmdDial"));
         cmdDial->setFocus(Qt::TabFocusReason);
         QTRY_VERIFY(cmdDial->hasFocus());
-        WhileModal("frmAutoDial", [&](QWidget* dialog) {
+        WhileModal("frmAutoDial", &mOpened, [&](QWidget* dialog) {
             auto& dial = static_cast<frmAutoDial&>(*dialog);
             QCOMPARE(dial.txtNumber->text(), phone);
             QCOMPARE(dial.txtName->text(), name);
@@ -249,7 +224,7 @@ private Q_SLOTS:
 
     // The main toolbar's Calc and Dialer open the tools without a field.
     void toolbarTools() {
-        WhileModal("frmAutoDial", [&](QWidget* dialog) {
+        WhileModal("frmAutoDial", &mOpened, [&](QWidget* dialog) {
             auto& dial = static_cast<frmAutoDial&>(*dialog);
             QVERIFY(dial.txtNumber->text().isEmpty());
             QVERIFY(!dial.lblName->isVisible());
@@ -257,7 +232,7 @@ private Q_SLOTS:
         });
         mMain->tbToolBar_ButtonClick(QStringLiteral("Dialer"));
         QVERIFY(mOpened);
-        WhileModal("frmCalculator", [&](QWidget* dialog) {
+        WhileModal("frmCalculator", &mOpened, [&](QWidget* dialog) {
             QCOMPARE(dialog->findChild<QLabel*>(QStringLiteral("Readout"))->text(),
                      QStringLiteral("0."));
         });
@@ -270,18 +245,15 @@ private Q_SLOTS:
         QTest::addColumn<int>("index");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("opened");
-        QTest::newRow("web") << 22 << "www.example.com"
-                             << "http://www.example.com";
-        QTest::newRow("web with its prefix in capitals") << 22 << "HTTP://example.com"
-                                                         << "HTTP://example.com";
-        QTest::newRow("https gets the http prefix") << 22 << "https://example.com"
-                                                    << "http://https://example.com";
-        QTest::newRow("email") << 7 << "rebates@example.com"
-                               << "mailto:rebates@example.com";
-        QTest::newRow("email with its prefix") << 7 << "MailTo:a@example.com"
-                                               << "MailTo:a@example.com";
-        QTest::newRow("empty opens nothing") << 7 << ""
-                                             << "";
+        const auto row = [](const char* name, int index, const char* text, const char* opened) {
+            QTest::newRow(name) << index << QString(text) << QString(opened);
+        };
+        row("web", 22, "www.example.com", "http://www.example.com");
+        row("web with its prefix in capitals", 22, "HTTP://example.com", "HTTP://example.com");
+        row("https gets the http prefix", 22, "https://example.com", "http://https://example.com");
+        row("email", 7, "rebates@example.com", "mailto:rebates@example.com");
+        row("email with its prefix", 7, "MailTo:a@example.com", "MailTo:a@example.com");
+        row("empty opens nothing", 7, "", "");
     }
     void links() {
         QFETCH(int, index);
@@ -398,34 +370,14 @@ private Q_SLOTS:
     }
 
 private:
-    // Runs the check inside the next modal dialog (which must be the named form), then makes
-    // sure it is closed. mOpened tells whether it came.
-    void WhileModal(const char* name, const std::function<void(QWidget*)>& whileOpen) {
-        mOpened = false;
-        QTimer::singleShot(0, this, [this, name, whileOpen] {
-            QWidget* dialog = QApplication::activeModalWidget();
-            if (!dialog)
-                return;
-            mOpened = true;
-            const auto closeAtEnd = qScopeGuard([dialog] {
-                if (dialog->isVisible())
-                    static_cast<QDialog*>(dialog)->reject();
-            });
-            QCOMPARE(dialog->objectName(), QLatin1String(name));
-            // The window manager's part: the new window becomes the active one.
-            dialog->activateWindow();
-            QTRY_COMPARE(QApplication::activeWindow(), dialog);
-            whileOpen(dialog);
-        });
-    }
     static void MoveMouse(QWidget* widget) {
         QMouseEvent move(QEvent::MouseMove, QPointF(2, 2), widget->mapToGlobal(QPointF(2, 2)),
                          Qt::NoButton, Qt::NoButton, Qt::NoModifier);
         QApplication::sendEvent(widget, &move);
     }
 
-    std::unique_ptr<Fixture> mFixture;
-    QPointer<frmMDI> mMain;
+    std::unique_ptr<MainWindowFixture> mFixture;
+    frmMDI* mMain = nullptr;
     frmRebate* mForm = nullptr;
     bool mOpened = false;
 };

@@ -1,8 +1,11 @@
 #include "Modal.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QElapsedTimer>
 #include <QPointer>
+#include <QScopeGuard>
+#include <QTest>
 #include <QTimer>
 #include <QWidget>
 #include <memory>
@@ -31,4 +34,24 @@ void WhenModal(const QString& name, std::function<void(QWidget*)> action) {
         action(modal);
     });
     poll->start(10);
+}
+
+void WhileModal(const QString& name, bool* opened, std::function<void(QWidget*)> whileOpen) {
+    if (opened)
+        *opened = false;
+    QTimer::singleShot(0, qApp, [name, whileOpen = std::move(whileOpen), opened] {
+        QWidget* dialog = QApplication::activeModalWidget();
+        if (!dialog)
+            return;
+        if (opened)
+            *opened = true;
+        const auto closeAtEnd = qScopeGuard([dialog] {
+            if (dialog->isVisible())
+                static_cast<QDialog*>(dialog)->reject();
+        });
+        QCOMPARE(dialog->objectName(), name);
+        dialog->activateWindow();
+        QTRY_COMPARE(QApplication::activeWindow(), dialog);
+        whileOpen(dialog);
+    });
 }

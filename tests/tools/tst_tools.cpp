@@ -1,4 +1,5 @@
 #include "Fixture.h"
+#include "Modal.h"
 #include "common/core/Globals.h"
 #include "common/ui/Forms.h"
 #include "tools/frmAutoDial.h"
@@ -11,14 +12,12 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QRegularExpressionValidator>
-#include <QScopeGuard>
 #include <QTest>
-#include <QTimer>
 #include <QVBoxLayout>
 
-// The entry tools on their own: each dialog driven by keys and clicks, and each run once as a
-// real modal window over a field that must have the focus again afterwards.
+// The entry tools on their own, driven by keys and clicks (tst_entrytools runs the calendar and
+// the calculator over the rebate form's fields). The zoom box and the dialer run as real modal
+// windows over a field that must have the focus again afterwards.
 class tst_tools : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -128,39 +127,6 @@ private Q_SLOTS:
         QVERIFY(!cell(21)->styleSheet().contains(QLatin1String("color: red")));
     }
 
-    // The real modal window: keys choose the day, Enter writes it; Escape leaves the field.
-    void calendarModal_data() {
-        QTest::addColumn<QString>("keys");
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<QString>("result");
-        QTest::newRow("enter writes") << "Right Enter"
-                                      << "11/25/2026"
-                                      << "11/25/2026";
-        QTest::newRow("escape leaves") << "Right Escape"
-                                       << "11/24/2026"
-                                       << "";
-    }
-    void calendarModal() {
-        QFETCH(QString, keys);
-        QFETCH(QString, field);
-        QFETCH(QString, result);
-        mField->setText(QStringLiteral("11/24/2026"));
-        gsCalendarDate = mField->text();
-        gCalendarTarget = mField;
-        WhileModal([&](QWidget* dialog) {
-            QCOMPARE(dialog->objectName(), QStringLiteral("frmCalendar"));
-            for (const QString& key : keys.split(' '))
-                QTest::keyClick(QApplication::focusWidget(),
-                                key == QLatin1String("Right")   ? Qt::Key_Right
-                                : key == QLatin1String("Enter") ? Qt::Key_Return
-                                                                : Qt::Key_Escape);
-        });
-        frmCalendar::ShowModal(mOwner.get());
-        QCOMPARE(mField->text(), field);
-        QCOMPARE(gsCalendarDate, result);
-        QTRY_COMPARE(QApplication::focusWidget(), mField);
-    }
-
     // seed, keys typed, display afterwards, message boxes.
     void calculatorKeys_data() {
         QTest::addColumn<double>("seed");
@@ -204,47 +170,6 @@ private Q_SLOTS:
                  box);
     }
 
-    // The real modal window over a field that takes digits and "." only: OK types the result
-    // into it as keys (so a "-" is refused by the field), Close leaves it, and the focus is back
-    // in the field either way.
-    void calculatorModal_data() {
-        QTest::addColumn<double>("seed");
-        QTest::addColumn<QString>("keys");
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("field");
-        QTest::newRow("OK types the result") << 12.5 << "+1\r"
-                                             << "cmdOK"
-                                             << "13.5";
-        QTest::newRow("the field refuses the minus") << 0.0 << "5-8="
-                                                     << "cmdOK"
-                                                     << "3";
-        QTest::newRow("beyond money: digits for the field to refuse") << 900000000000000.0 << "*10="
-                                                                      << "cmdOK"
-                                                                      << "9000000000000000";
-        QTest::newRow("Close leaves the field") << 12.5 << "+1="
-                                                << "cmdCancel"
-                                                << "12.50";
-    }
-    void calculatorModal() {
-        QFETCH(double, seed);
-        QFETCH(QString, keys);
-        QFETCH(QString, button);
-        QFETCH(QString, field);
-        mField->setValidator(
-            new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9.]*")), mField));
-        mField->setText(QStringLiteral("12.50"));
-        gcCalculatorValue = Currency::FromDouble(seed);
-        WhileModal([&](QWidget* dialog) {
-            QCOMPARE(dialog->objectName(), QStringLiteral("frmCalculator"));
-            QTest::keyClicks(QApplication::focusWidget(), keys);
-            QTest::mouseClick(dialog->findChild<QPushButton*>(button), Qt::LeftButton);
-        });
-        frmCalculator::ShowModal(mOwner.get());
-        QCOMPARE(mField->text(), field);
-        QCOMPARE(gcCalculatorValue, Currency());
-        QTRY_COMPARE(QApplication::focusWidget(), mField);
-    }
-
     // The zoom box as a real modal window: what comes back, what the field holds, whether the
     // field heard of a change.
     void zoomBox_data() {
@@ -253,18 +178,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("result");
         QTest::addColumn<QString>("field");
         QTest::addColumn<int>("changes");
-        QTest::newRow("OK writes an edit") << " and more"
-                                           << "btnOK"
-                                           << "OK"
-                                           << "Remark and more" << 1;
-        QTest::newRow("OK without an edit writes nothing") << ""
-                                                           << "btnOK"
-                                                           << "OK"
-                                                           << "Remark" << 0;
-        QTest::newRow("Cancel leaves the field") << "xyz"
-                                                 << "btnCancel"
-                                                 << "Canceled"
-                                                 << "Remark" << 0;
+        const auto row = [](const char* name, const char* typed, const char* button,
+                            const char* result, const char* field, int changes) {
+            QTest::newRow(name) << QString(typed) << QString(button) << QString(result)
+                                << QString(field) << changes;
+        };
+        row("OK writes an edit", " and more", "btnOK", "OK", "Remark and more", 1);
+        row("OK without an edit writes nothing", "", "btnOK", "OK", "Remark", 0);
+        row("Cancel leaves the field", "xyz", "btnCancel", "Canceled", "Remark", 0);
     }
     void zoomBox() {
         QFETCH(QString, typed);
@@ -274,7 +195,7 @@ private Q_SLOTS:
         QFETCH(int, changes);
         mField->setText(QStringLiteral("Remark"));
         QSignalSpy changed(mField, &QLineEdit::textChanged);
-        WhileModal([&](QWidget* dialog) {
+        WhileModal("frmZoomBox", nullptr, [&](QWidget* dialog) {
             QCOMPARE(dialog->windowTitle(), QStringLiteral("Zoom"));
             auto* text = dialog->findChild<QPlainTextEdit*>(QStringLiteral("txtText"));
             QCOMPARE(QApplication::focusWidget(), text);
@@ -298,24 +219,15 @@ private Q_SLOTS:
         QTest::addColumn<QString>("answer");
         QTest::addColumn<QString>("due");
         QTest::addColumn<bool>("box");
-        QTest::newRow("six weeks") << "12/01/2025"
-                                   << "6"
-                                   << "1/12/2026" << false;
-        QTest::newRow("half days round to even") << "12/01/2025"
-                                                 << "1.5"
-                                                 << "12/11/2025" << false;
-        QTest::newRow("letters") << "12/01/2025"
-                                 << "soon"
-                                 << "" << true;
-        QTest::newRow("cancel") << "12/01/2025"
-                                << ""
-                                << "" << false;
-        QTest::newRow("too many days") << "12/01/2025"
-                                       << "5000"
-                                       << "" << true;
-        QTest::newRow("past the year 9999") << "12/01/9999"
-                                            << "6"
-                                            << "" << true;
+        const auto row = [](const char* name, const char* sent, const char* answer, const char* due,
+                            bool box) {
+            QTest::newRow(name) << QString(sent) << QString(answer) << QString(due) << box;
+        };
+        row("six weeks", "12/01/2025", "6", "1/12/2026", false);
+        row("half days round to even", "12/01/2025", "1.5", "12/11/2025", false);
+        row("letters", "12/01/2025", "soon", "", true);
+        row("too many days", "12/01/2025", "5000", "", true);
+        row("past the year 9999", "12/01/9999", "6", "", true);
     }
     void weekConverter() {
         QFETCH(QString, sent);
@@ -340,23 +252,20 @@ private Q_SLOTS:
         QTest::addColumn<int>("code");
         QTest::addColumn<QString>("call");
         QTest::addColumn<QString>("box");
-        const QString number = QStringLiteral("1-800-FLOWERS");
-        QTest::newRow("with a name") << "Acme Rebate" << 0 << number + "|AutoDial|Acme Rebate|"
+        const QString call = "1-800-FLOWERS|AutoDial|1-800-FLOWERS|";
+        const QString error = "Error dialing number : ";
+        QTest::newRow("with a name") << "Acme Rebate" << 0 << "1-800-FLOWERS|AutoDial|Acme Rebate|"
                                      << "";
-        QTest::newRow("without a name the number is the party")
-            << "" << 0 << number + "|AutoDial|" + number + "|"
-            << "";
+        QTest::newRow("without a name the number is the party") << "" << 0 << call << "";
         QTest::newRow("no dialing program")
-            << "" << -2 << number + "|AutoDial|" + number + "|"
-            << "Error dialing number : No Windows Telephony dialing application is running and "
-               "none could be started.";
-        QTest::newRow("queue full") << "" << -3 << number + "|AutoDial|" + number + "|"
-                                    << "Error dialing number : The queue of pending Windows "
-                                       "Telephony dialing requests is full.";
-        QTest::newRow("invalid") << "" << -4 << number + "|AutoDial|" + number + "|"
-                                 << "Error dialing number : The phone number is invalid.";
-        QTest::newRow("other") << "" << -7 << number + "|AutoDial|" + number + "|"
-                               << "Error dialing number : Unknown error.";
+            << "" << -2 << call
+            << error + "No Windows Telephony dialing application is running and none could be "
+                       "started.";
+        QTest::newRow("queue full")
+            << "" << -3 << call
+            << error + "The queue of pending Windows Telephony dialing requests is full.";
+        QTest::newRow("invalid") << "" << -4 << call << error + "The phone number is invalid.";
+        QTest::newRow("other") << "" << -7 << call << error + "Unknown error.";
     }
     void dialer() {
         QFETCH(QString, name);
@@ -366,7 +275,7 @@ private Q_SLOTS:
         auto& desktop = mFixture->Desktop();
         desktop.SetNextDialResult(code);
         QString status;
-        WhileModal([&](QWidget* dialog) {
+        WhileModal("frmAutoDial", nullptr, [&](QWidget* dialog) {
             auto& dial = static_cast<frmAutoDial&>(*dialog);
             QCOMPARE(dial.lblName->isVisible(), !name.isEmpty());
             auto* cmdDial = dial.findChild<QPushButton*>(QStringLiteral("cmdDial"));
@@ -393,21 +302,6 @@ private Q_SLOTS:
     }
 
 private:
-    // Runs the check inside the next modal dialog, then makes sure it is closed.
-    void WhileModal(const std::function<void(QWidget*)>& whileOpen) {
-        QTimer::singleShot(0, this, [this, whileOpen] {
-            QWidget* dialog = QApplication::activeModalWidget();
-            QVERIFY(dialog);
-            const auto closeAtEnd = qScopeGuard([dialog] {
-                if (dialog->isVisible())
-                    static_cast<QDialog*>(dialog)->reject();
-            });
-            // The dialog takes the focus as its window becomes active.
-            QVERIFY(QTest::qWaitForWindowActive(dialog));
-            whileOpen(dialog);
-        });
-    }
-
     std::unique_ptr<Fixture> mFixture;
     std::unique_ptr<QWidget> mOwner;
     QLineEdit* mField = nullptr;
