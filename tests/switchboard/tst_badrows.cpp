@@ -1,4 +1,5 @@
 #include "Fixture.h"
+#include "ListRows.h"
 #include "RebateRows.h"
 #include "app/AppSettings.h"
 #include "app/clsRebate.h"
@@ -26,13 +27,6 @@ void StoreAsText(const QString& id, const QString& column, const QString& text) 
     QCOMPARE(query.numRowsAffected(), 1);
 }
 
-QStringList IDs(ListView* lv) {
-    QStringList ids;
-    for (int i = 1; i <= lv->ListItems().Count(); ++i)
-        ids << lv->ListItems().Item(i)->SubItems(3);
-    ids.sort();
-    return ids;
-}
 } // namespace
 
 class tst_badrows : public QObject {
@@ -56,18 +50,15 @@ private Q_SLOTS:
         QTest::addColumn<QString>("column");
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("listedAsStored"); // else listed by its status as usual
-        QTest::newRow("text for money received") << "AmountReceived"
-                                                 << "lots" << true;
-        QTest::newRow("text for a price") << "PurchasePrice"
-                                          << "cheap" << false;
-        QTest::newRow("February 30") << "DateSent"
-                                     << "2024-02-30" << true;
-        QTest::newRow("year zero") << "DateDue"
-                                   << "0000-01-01" << true;
-        QTest::newRow("tomorrow") << "FollowupDate"
-                                  << "tomorrow" << true;
-        QTest::newRow("yes for rejected") << "Rejected"
-                                          << "yes" << true;
+        const auto row = [](const char* name, const char* column, const char* text, bool asStored) {
+            QTest::newRow(name) << QString(column) << QString(text) << asStored;
+        };
+        row("text for money received", "AmountReceived", "lots", true);
+        row("text for a price", "PurchasePrice", "cheap", false);
+        row("February 30", "DateSent", "2024-02-30", true);
+        row("year zero", "DateDue", "0000-01-01", true);
+        row("tomorrow", "FollowupDate", "tomorrow", true);
+        row("yes for rejected", "Rejected", "yes", true);
     }
     void badRowDoesNotStopTheLoad() {
         QFETCH(QString, column);
@@ -81,8 +72,8 @@ private Q_SLOTS:
         area.show();
         board->show();
         QTRY_VERIFY(!board->Timer1->isActive());
-        QCOMPARE(IDs(board->lvAll), QStringList({"1", "2", "3"}));
-        QCOMPARE(IDs(board->lvPending),
+        QCOMPARE(SortedIDs(board->lvAll), QStringList({"1", "2", "3"}));
+        QCOMPARE(SortedIDs(board->lvPending),
                  listedAsStored ? QStringList({"1", "3"}) : QStringList({"1", "2", "3"}));
         const QString log = mFixture->LogText();
         QCOMPARE(log.count("RebateID 2"), listedAsStored ? 1 : 0);
