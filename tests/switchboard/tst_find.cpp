@@ -135,16 +135,11 @@ private Q_SLOTS:
         const auto pattern = [row](const char* name, const char* text, const char* hit) {
             row(name, "New", text, hit);
         };
-        pattern("no date", "no date", "Unsent | No date: Alpha Unsent");
         pattern("No Date in capitals", "NO DATE", "Unsent | No date: Alpha Unsent");
         pattern("capitals", "HOTEL", "Pending | 11/12/2026: Hotel Pending");
         pattern("date prefix", "2000", "Paid | 3/15/2000: Delta Paid");
         pattern("star", "ch*ue", "Overdue | 8/1/2026: Charlie Overdue");
-        pattern("question mark", "h?tel", "Pending | 11/12/2026: Hotel Pending");
-        pattern("digit", "#7 u", "Unsent | No date: Golf 47 Unsent");
         pattern("set", "[xf]ox", "Rejected | 6/1/2026: Foxtrot Rejected");
-        pattern("range", "[d-e]cho", "Active Followups | 7/1/2026: Echo Followup");
-        pattern("negated set", "[!6-7]/1/2026", "Overdue | 8/1/2026: Charlie Overdue");
         pattern("the product isn't searched", "product", "");
         pattern("the hidden id isn't searched", "99887766", "");
         pattern("no match, quoted as typed", "ZuLu", "");
