@@ -138,18 +138,17 @@ private Q_SLOTS:
         QTest::addColumn<QString>("status");
         QTest::addColumn<int>("dialogs");
         QTest::addColumn<QString>("boxTitle");
-        QTest::newRow("cancel, record") << "cancel record"
-                                        << "Cancelled print job..." << 1 << "";
-        QTest::newRow("cancel, selected") << "cancel selected"
-                                          << "Cancelled print job..." << 1 << "";
-        QTest::newRow("cancel, statistics") << "cancel statistics"
-                                            << "Cancelled print job..." << 1 << "";
-        QTest::newRow("record gone") << "gone"
-                                     << "Ready..." << 0 << "Unable to Print";
-        QTest::newRow("nothing selected") << "no selection"
-                                          << "Ready..." << 0 << "";
-        QTest::newRow("statistics tab") << "statistics tab"
-                                        << "Ready..." << 0 << "";
+        const auto row = [](const char* command, const char* status, int dialogs,
+                            const char* boxTitle) {
+            QTest::newRow(command)
+                << QString(command) << QString(status) << dialogs << QString(boxTitle);
+        };
+        // Cancelling the dialog on the selected rows: realPrinterDialogGivesFocusBack.
+        row("cancel record", "Cancelled print job...", 1, "");
+        row("cancel statistics", "Cancelled print job...", 1, "");
+        row("gone", "Ready...", 0, "Unable to Print");
+        row("no selection", "Ready...", 0, "");
+        row("statistics tab", "Ready...", 0, "");
     }
     void printsNothing() {
         QFETCH(QString, command);

@@ -7,6 +7,7 @@
 #include "common/ui/ListView.h"
 #include "common/ui/ReportHooks.h"
 #include "data/Database.h"
+#include "data/RebateQueries.h"
 #include "data/Recordset.h"
 #include "reports/ReportLayout.h"
 #include "reports/Reports.h"
@@ -42,8 +43,7 @@ RebateRow FullRecord() {
 RtfDocument ReportOf(const QStringList& ids) {
     RtfDocument document;
     for (const QString& id : ids) {
-        auto rs = gDatabase->OpenRecordset("select * from Rebates where RebateID = '" + id + "'");
-        rs->MoveFirst();
+        auto rs = RebateQueries::OpenRebateByID(id);
         AddRecordToRTF(document, *rs);
     }
     return document;
@@ -67,7 +67,6 @@ class tst_rtfreport : public QObject {
 private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
     void init() {
-        // Each test gets a temporary folder of its own.
         mTemp = std::make_unique<QTemporaryDir>();
         qputenv("TMPDIR", mTemp->path().toUtf8());
     }
@@ -229,20 +228,6 @@ private Q_SLOTS:
         QCOMPARE(desktop.boxes[0].style, 48);
         QCOMPARE(QDir(mTemp->path()).entryList({"~va*"}, QDir::Files).size(), files);
         QCOMPARE(StatusText(), QString("Ready..."));
-    }
-
-    // The Switchboard's unload removes the report files of the session.
-    void unloadRemovesReportFiles() {
-        Fixture fixture;
-        fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Alpha"}});
-        Reports::PrintPreviewSelected({"1"});
-        Reports::PrintPreviewSelected({"1"});
-        QCOMPARE(ReportFiles().size(), 2);
-        {
-            ProgramWindow window;
-            window.Switchboard().Form_Unload();
-        }
-        QCOMPARE(ReportFiles().size(), 0);
     }
 
 private:
