@@ -53,33 +53,6 @@ const struct {
 class tst_clsrebate : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void newRecordSavedTwiceIsOneRow() {
-        Fixture fixture;
-        fixture.OpenDatabase();
-        gbNewRecord = true;
-        clsRebate rebate;
-        rebate.AddNew();
-        rebate.SetRebateID("20261123100000");
-        rebate.SetRebateName("Router");
-        rebate.SetPurchasePrice(79.99);
-        rebate.Update();
-        QCOMPARE(CountRebates(), 1);
-
-        ShowInForm(QString("20261123100000"));
-        rebate.RefreshFromRebateForm();
-        QCOMPARE(rebate.RebateName(), QString("Router"));
-        rebate.SetRebateName("Cable Modem");
-        rebate.Update();
-        rebate.Requery();
-        rebate.SetRemarks("mailed");
-        rebate.Update();
-        QCOMPARE(CountRebates(), 1);
-        const QVariantMap raw = ReadRawRebate("20261123100000");
-        QCOMPARE(raw.value("RebateName"), QVariant("Cable Modem"));
-        QCOMPARE(raw.value("Remarks"), QVariant("mailed"));
-        QCOMPARE(raw.value("PurchasePrice"), QVariant(qlonglong(799900)));
-    }
-
     void blankMemberIsStored_data() {
         QTest::addColumn<int>("blank");
         for (int i = 0; i < int(std::size(kBlanks)); ++i)

@@ -230,25 +230,6 @@ private Q_SLOTS:
         QCOMPARE(rawAfter, rawBefore);
     }
 
-    void addedRowStaysOutOfTheRecordset() {
-        Fixture fixture;
-        fixture.OpenDatabase();
-        auto rs = gDatabase->OpenRecordset(kMatchNone);
-        QVERIFY(rs->IsEOF() && rs->IsBOF());
-        rs->AddNew();
-        QCOMPARE(rs->EditMode(), int(dbEditAdd));
-        rs->SetField("RebateID", "20261123100000");
-        QCOMPARE(rs->Fields("RebateID"), QVariant("20261123100000"));
-        QVERIFY(rs->Fields("RebateName").isNull());
-        rs->Update();
-        QCOMPARE(rs->EditMode(), int(dbEditNone));
-        QCOMPARE(rs->RecordCount(), 0);
-        QVERIFY(rs->IsEOF() && rs->IsBOF());
-        QCOMPARE(CountRebates(), 1);
-        rs->Requery();
-        QCOMPARE(rs->RecordCount(), 0);
-    }
-
     void cursorMovesAndLimits() {
         Fixture fixture;
         fixture.OpenDatabase({{.RebateID = "1"}, {.RebateID = "2"}, {.RebateID = "3"}});
@@ -301,43 +282,6 @@ private Q_SLOTS:
         QCOMPARE(ReadRawRebate("2").value("RebateName"), QVariant("Modem"));
     }
 
-    void refusedUpdateCanBeRetried_data() {
-        QTest::addColumn<bool>("adding");
-        QTest::newRow("new row") << true;
-        QTest::newRow("edited row") << false;
-    }
-
-    void refusedUpdateCanBeRetried() {
-        QFETCH(bool, adding);
-        Fixture fixture;
-        fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Printer"}});
-        gDatabase->SetBusyTimeout(0);
-        auto rs = gDatabase->OpenRecordset(adding ? kMatchNone : "Select * from Rebates");
-        if (adding) {
-            rs->AddNew();
-            rs->SetField("RebateID", "2");
-        } else {
-            rs->Edit();
-        }
-        rs->SetField("RebateName", "Router");
-
-        {
-            auto other = Database::Open(fixture.DatabasePath());
-            QSqlQuery lock(other->Connection());
-            QVERIFY(lock.exec("BEGIN EXCLUSIVE"));
-            QCOMPARE(ErrorOf([&] { rs->Update(); }), 3260);
-            QVERIFY(lock.exec("ROLLBACK"));
-        }
-        QCOMPARE(CountRebates(), 1);
-        QCOMPARE(ReadRawRebate("1").value("RebateName"), QVariant("Printer"));
-        QVERIFY(rs->EditMode() != dbEditNone);
-        QCOMPARE(rs->Fields("RebateName"), QVariant("Router"));
-
-        rs->Update();
-        QCOMPARE(CountRebates(), adding ? 2 : 1);
-        QCOMPARE(ReadRawRebate(adding ? "2" : "1").value("RebateName"), QVariant("Router"));
-    }
-
     void duplicateKeyIsRefused() {
         Fixture fixture;
         fixture.OpenDatabase({{.RebateID = "20261123100000", .RebateName = "First"}});
@@ -367,35 +311,6 @@ private Q_SLOTS:
         QCOMPARE(rs->Fields("RebateID"), QVariant("1"));
         rs->MoveFirst();
         QCOMPARE(Keys(*rs), (QStringList{"1", "3"}));
-    }
-
-    void transactionCommitsOrRollsBack_data() {
-        QTest::addColumn<bool>("commit");
-        QTest::newRow("commit") << true;
-        QTest::newRow("rollback") << false;
-    }
-
-    void transactionCommitsOrRollsBack() {
-        QFETCH(bool, commit);
-        Fixture fixture;
-        fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Printer"}});
-        gDatabase->BeginTrans();
-        auto rs = gDatabase->OpenRecordset("Select * from Rebates");
-        rs->Edit();
-        rs->SetField("RebateName", "Router");
-        rs->Update();
-        rs->AddNew();
-        rs->SetField("RebateID", "2");
-        rs->Update();
-        auto other = Database::Open(fixture.DatabasePath());
-        QCOMPARE(other->OpenRecordset("Select * from Rebates")->RecordCount(), 1);
-        if (commit)
-            gDatabase->CommitTrans();
-        else
-            gDatabase->Rollback();
-        QCOMPARE(CountRebates(), commit ? 2 : 1);
-        QCOMPARE(ReadRawRebate("1").value("RebateName"), QVariant(commit ? "Router" : "Printer"));
-        QCOMPARE(ErrorOf([] { gDatabase->CommitTrans(); }), 3034); // none open any more
     }
 
     void snapshotIsReadOnly() {
