@@ -62,30 +62,6 @@ private Q_SLOTS:
         QCOMPARE(c->Index(), 4);
     }
 
-    // The Switchboard finds a record's row by its key; the index follows adds, changes, removals.
-    void rowsFoundByKey() {
-        ListView lv;
-        lv.SetKeySubItem(3);
-        lv.ListItems().Add("a")->SetSubItems(3, "1");
-        ListItem* b = lv.ListItems().Add("b");
-        b->SetSubItems(3, "2");
-        lv.ListItems().Add("c")->SetSubItems(3, "3");
-        QCOMPARE(lv.FindByKey("2"), b);
-        b->SetSubItems(3, "20");
-        QVERIFY(!lv.FindByKey("2"));
-        QCOMPARE(lv.FindByKey("20"), b);
-        lv.ListItems().Remove(b->Index());
-        QVERIFY(!lv.FindByKey("20"));
-        lv.ListItems().RemoveIf([](const ListItem& item) { return item.Text() == "a"; });
-        QVERIFY(!lv.FindByKey("1"));
-        QCOMPARE(lv.FindByKey("3")->Text(), QString("c"));
-        lv.ListItems().Item(1)->SetSelected(true);
-        lv.SelectOnly(nullptr);
-        QVERIFY(!lv.ListItems().Item(1)->Selected());
-        lv.ListItems().Clear();
-        QVERIFY(!lv.FindByKey("3"));
-    }
-
     void bulkLoadIsFast() {
         ListView lv;
         lv.SetView(ListView::lvwReport);

@@ -222,33 +222,6 @@ private Q_SLOTS:
         QVERIFY(!main->mnuTbPopup->isVisible());
     }
 
-    void rebateButtons() {
-        frmMDI* main = MakeMain();
-        const auto visible = [main] {
-            QList<int> shown;
-            for (int i = 1; i <= main->tbToolBar->Count(); ++i)
-                if (main->tbToolBar->Buttons(i).Visible())
-                    shown.append(i);
-            return shown;
-        };
-        main->HideRebateButtons();
-        QCOMPARE(visible(), (QList<int>{1, 2, 4, 5, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21}));
-        QTRY_VERIFY(!main->findChild<QToolButton*>("Save")->isVisible());
-        QVERIFY(main->findChild<QToolButton*>("Print")->isVisible());
-
-        // A rebate form whose record was never saved: all back, Print disabled.
-        FakeForm* rebate = AddForm("frmRebate");
-        main->ShowRebateButtons();
-        QCOMPARE(visible().size(), 21);
-        QVERIFY(!main->tbToolBar->Buttons(4).Enabled());
-
-        main->tbToolBar->Buttons(4).SetEnabled(true);
-        rebate->mRebateID = "20261123100000";
-        main->HideRebateButtons();
-        main->ShowRebateButtons();
-        QVERIFY(main->tbToolBar->Buttons(4).Enabled());
-    }
-
     void settingsAtClose_data() {
         QTest::addColumn<bool>("minimised");
         QTest::addColumn<bool>("large");
