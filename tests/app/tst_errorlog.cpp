@@ -179,18 +179,6 @@ private Q_SLOTS:
         QVERIFY(ReadFile(mFixture->LogPath()).startsWith("Date:\t\t\t"));
     }
 
-    void displayMissingLog() {
-        QCOMPARE(gErrorLog->Display(), QString());
-        QCOMPARE(ReadFile(mFixture->LogPath()), QByteArray()); // created, empty
-        QVERIFY(QFile::exists(mFixture->LogPath()));
-        mFixture->Desktop().SetNextAnswer(6);
-        QVERIFY(gErrorLog->PurgeIt()); // the empty file is found
-
-        gErrorLog->LogIt(91, "Object variable or With block variable not set", "frmSwitchboard",
-                         "tbsSwitch_Click");
-        QCOMPARE(gErrorLog->Display().toUtf8(), ReadFile(mFixture->LogPath()));
-    }
-
     void unwritableLog_data() {
         QTest::addColumn<QString>("log"); // "" for a folder where the log should be
         QTest::addColumn<QString>("why");
