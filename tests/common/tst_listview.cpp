@@ -152,35 +152,6 @@ private Q_SLOTS:
         QCOMPARE(lv.SelectedItem()->Text(), QString("a"));
     }
 
-    void singleSelect() {
-        ListView lv;
-        ListItem* a = lv.ListItems().Add("a");
-        ListItem* b = lv.ListItems().Add("b");
-        a->SetSelected(true);
-        b->SetSelected(true);
-        QVERIFY(!a->Selected());
-        QCOMPARE(lv.SelectedItem(), b);
-    }
-
-    void keyPressCanSwallow() {
-        ListView lv;
-        lv.ListItems().Add("alpha");
-        lv.ListItems().Add("apple");
-        lv.show();
-        QList<int> seen;
-        connect(&lv, &ListView::KeyPress, this, [&](int& key) {
-            seen << key;
-            if (key == 'a')
-                key = 0;
-        });
-        lv.ActiveView()->setFocus();
-        QTest::keyClick(lv.ActiveView(), Qt::Key_A);
-        QCOMPARE(lv.SelectedItem(), nullptr); // swallowed: no search
-        QTest::keyClick(lv.ActiveView(), Qt::Key_Return);
-        QTest::keyClick(lv.ActiveView(), Qt::Key_Space);
-        QCOMPARE(seen, (QList<int>{'a', 13, 32}));
-    }
-
     void columnClickAndWidths() {
         ListView lv;
         lv.SetView(ListView::lvwReport);
