@@ -1,7 +1,6 @@
 #include "Fixture.h"
 #include "RebateRows.h"
 #include "app/clsRebate.h"
-#include "app/clsRebates.h"
 #include "common/core/Globals.h"
 #include "common/core/VbError.h"
 
@@ -119,7 +118,6 @@ private Q_SLOTS:
         QCOMPARE(ErrorOf([] { clsRebate rebate; }), 91); // no list to ask
         SelectRow("20990101000000");
         QCOMPARE(ErrorOf([] { clsRebate rebate; }), 3021);
-        QCOMPARE(ErrorOf([] { clsRebates walker; }), 3075); // its query is refused by the store
     }
 
     void refreshNeedsTheFormAndAKey_data() {
