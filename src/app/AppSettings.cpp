@@ -5,40 +5,9 @@
 #include "common/core/Settings.h"
 #include "common/core/VbError.h"
 
-#include <array>
 #include <cmath>
 
 namespace {
-constexpr std::array kTable{
-    Setting::Sound,
-    Setting::Tips,
-    Setting::Alarm,
-    Setting::ErrorLogging,
-    Setting::Postage,
-    Setting::MainLeft,
-    Setting::MainTop,
-    Setting::MainWidth,
-    Setting::MainHeight,
-    Setting::MdiToolbar,
-    Setting::MdiToolbarText,
-    Setting::SwitchboardLeft,
-    Setting::SwitchboardTop,
-    Setting::SwitchboardWidth,
-    Setting::SwitchboardHeight,
-    Setting::ViewNew,
-    Setting::ViewAll,
-    Setting::ViewFollowup,
-    Setting::ViewOverdue,
-    Setting::ViewPaid,
-    Setting::ViewPending,
-    Setting::ViewRejected,
-    Setting::ViewUnsent,
-    Setting::RebateLeft,
-    Setting::RebateTop,
-    Setting::FindLeft,
-    Setting::FindTop,
-};
-
 // Positions beyond this many twips (over 100,000 pixels) are no position on any screen.
 constexpr double kTwipsLimit = 1.5e6;
 
@@ -54,10 +23,6 @@ std::optional<double> UsableTwips(const QString& text) {
     return value;
 }
 } // namespace
-
-std::span<const SettingSpec> AllSettings() {
-    return kTable;
-}
 
 QString ReadSetting(const SettingSpec& setting) {
     return GetSetting(kAppTitle, QLatin1String(setting.section), QLatin1String(setting.key),

@@ -4,7 +4,6 @@
 
 #include <QString>
 #include <optional>
-#include <span>
 
 // The one table of every setting the program keeps: its section and key in the settings
 // store (application "Vantry! Vantry!"), what kind of value it holds, and its default. Every
@@ -59,9 +58,6 @@ inline constexpr SettingSpec RebateTop{"Settings", "RebateTop", SettingType::Twi
 inline constexpr SettingSpec FindLeft{"Settings", "FindLeft", SettingType::Twips, nullptr};
 inline constexpr SettingSpec FindTop{"Settings", "FindTop", SettingType::Twips, nullptr};
 } // namespace Setting
-
-// Every setting of the table, in its order.
-std::span<const SettingSpec> AllSettings();
 
 // The stored text, or the default ("" when there is none) when the key is missing.
 QString ReadSetting(const SettingSpec& setting);

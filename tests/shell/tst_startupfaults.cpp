@@ -1,5 +1,6 @@
 #include "Fixture.h"
 #include "RebateRows.h"
+#include "app/AppSettings.h"
 #include "app/clsRebate.h"
 #include "common/core/Globals.h"
 #include "data/Database.h"
@@ -140,6 +141,7 @@ private Q_SLOTS:
     // A folder that can't be written: the store opens read-only, says so, and refuses saves
     // as read-only without touching the file.
     void readOnlyFolder() {
+        WriteSetting(Setting::Tips, QStringLiteral("0"));
         const QString folder = mFixture->ProgramDir();
         const auto permissions = QFile::permissions(folder);
         QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));

@@ -35,8 +35,11 @@ QString AppPath() {
 }
 
 QString DataPath() {
+    // A store already beside the program stays the user's store even when the folder can't be
+    // written now: it opens read-only rather than a fresh empty store elsewhere taking its place.
     const QString program = AppPath();
-    if (QFileInfo(program).isWritable())
+    if (QFileInfo(program).isWritable() ||
+        QFileInfo::exists(program + AppExeName() + QStringLiteral(".mdb")))
         return program;
     QString path = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
     QDir().mkpath(path);

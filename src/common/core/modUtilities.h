@@ -10,8 +10,8 @@ QVariant NZ(const QVariant& value, const QVariant& defaultValue = QString());
 // The program's folder with one trailing separator. Every file name is built on it.
 QString AppPath();
 // The folder of the store, its reserve copy, the log and the compaction files, with one
-// trailing separator: the program's folder while the user can write there (a portable copy),
-// otherwise the user's data folder, created when missing.
+// trailing separator: the program's folder while the user can write there (a portable copy) or
+// while it holds the store, otherwise the user's data folder, created when missing.
 QString DataPath();
 // The empty store delivered with an installed program, in its share folder beside bin/.
 QString InstalledReservePath();
