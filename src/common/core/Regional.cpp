@@ -273,7 +273,7 @@ std::optional<QTime> ParseTimePart(const QString& text) {
     return time;
 }
 
-// A date, optionally followed by a time of day (see Regional::ParseDateTime).
+// A date, optionally followed by a time of day, which must be a valid one.
 std::optional<Moment> ParseMoment(const QString& text) {
     const QString trimmed = text.trimmed();
     if (trimmed.isEmpty())
@@ -795,13 +795,6 @@ std::optional<Moment> ToMoment(const QVariant& value) {
 } // namespace
 
 // --- Regional ---------------------------------------------------------------------------------
-
-std::optional<QDateTime> Regional::ParseDateTime(const QString& text) {
-    const auto moment = ParseMoment(text);
-    if (!moment)
-        return std::nullopt;
-    return QDateTime(moment->date, moment->time);
-}
 
 std::optional<QDate> Regional::ParseDate(const QString& text) {
     const auto moment = ParseMoment(text);

@@ -23,8 +23,6 @@ namespace Regional {
 // "-" and "." may stand for "/". Blanks around the text are allowed, and so is a time of day
 // after the date ("3/5/2026 2:07 PM", "2026-03-05 14:07:09").
 std::optional<QDate> ParseDate(const QString& text);
-// As ParseDate, keeping the time of day (midnight when the text has none).
-std::optional<QDateTime> ParseDateTime(const QString& text);
 
 // --- money ---------------------------------------------------------------------------
 // Money text: blanks around it, an optional "$", thousands commas in the whole part, a
