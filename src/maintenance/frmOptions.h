@@ -4,6 +4,7 @@
 
 class QCheckBox;
 class QLineEdit;
+class QSpinBox;
 class QPushButton;
 class TabStrip;
 
@@ -35,6 +36,7 @@ public:
     QCheckBox* chkAlarm;
     QCheckBox* chkErrorLogging;
     QLineEdit* Postage;
+    QSpinBox* spnBackupsKept;
     QPushButton* cmdRepair;
     QPushButton* cmdRecordMgr;
     QPushButton* cmdViewLog;
