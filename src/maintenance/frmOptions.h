@@ -8,7 +8,7 @@ class QSpinBox;
 class QPushButton;
 class TabStrip;
 
-// The five options and the maintenance commands: compact and repair, the deleted record
+// The six options and the maintenance commands: compact and repair, the deleted record
 // manager and the error log. Each opening loads the settings anew.
 class frmOptions : public QDialog {
     Q_OBJECT
