@@ -156,7 +156,7 @@ frmOptions::frmOptions(QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(tbsTabs, 1);
     layout->addWidget(picButtons);
-    setMinimumSize(480, 420);
+    setMinimumSize(480, 520);
 
     connect(tbsTabs, &TabStrip::Click, this, &frmOptions::tbsTabs_Click);
     for (QCheckBox* box : {chkSound, chkTips, chkAlarm, chkErrorLogging})

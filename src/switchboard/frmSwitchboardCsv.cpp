@@ -23,7 +23,7 @@ const QString kCsvFilter = QStringLiteral("CSV files (*.csv);;All files (*)");
 
 QString StartFolder() {
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return documents.isEmpty() ? QDir::homePath() : documents;
+    return !documents.isEmpty() && QDir(documents).exists() ? documents : QDir::homePath();
 }
 
 // Writes the rows to a file the user names; the file is written whole or not at all.
@@ -104,9 +104,11 @@ void frmSwitchboard::mnuImport_Click() {
             InsertRebateValues(reading.rows);
         }
         Q_EMIT Notifier::Instance().ListsStale();
-        MsgBox(reading.rows.size() == 1
-                   ? QStringLiteral("1 rebate was added.")
-                   : QStringLiteral("%1 rebates were added.").arg(reading.rows.size()),
+        const QString added = reading.rows.size() == 1
+                                  ? QStringLiteral("1 rebate")
+                                  : QStringLiteral("%1 rebates").arg(reading.rows.size());
+        MsgBox(QStringLiteral("%1 from '%2' added to your database.")
+                   .arg(added, QFileInfo(path).fileName()),
                vb::vbInformation, QStringLiteral("Import Complete"));
     } catch (const VbError& error) {
         LogError(error, objectName(), QStringLiteral("mnuImport_Click"));
