@@ -17,14 +17,11 @@ Database& Db() {
     return *gDatabase;
 }
 
-QSqlQuery Run(const QString& sql, const QVariantList& params = {}) {
+// A fixed statement, read forward once.
+QSqlQuery Run(const QString& sql) {
     QSqlQuery query(Db().Connection());
     query.setForwardOnly(true);
-    if (!query.prepare(sql))
-        throw store::SqlFailure(query.lastError(), dbError::QueryError);
-    for (const QVariant& value : params)
-        query.addBindValue(value);
-    if (!query.exec())
+    if (!query.exec(sql))
         throw store::SqlFailure(query.lastError(), dbError::QueryError);
     return query;
 }

@@ -24,6 +24,8 @@
 #include <QDir>
 #include <QProcess>
 #include <QPushButton>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QStandardPaths>
 #include <QTest>
 #include <QTreeWidget>
@@ -50,6 +52,31 @@ QStringList Rows(const frmRestore& form) {
                     form.lstBackups->topLevelItem(i)->text(1);
     return rows;
 }
+// Start-up's settings for a start over the fixture's store with a stand-in Switchboard; the
+// program's windows go with this object.
+class StartSettings {
+public:
+    StartSettings() {
+        gDatabase.reset();
+        Startup::SetSplashSeconds(0);
+        WriteSetting(Setting::Tips, "0");
+        Forms::SetFactory("frmSwitchboard", [] {
+            auto* form = new QWidget;
+            form->setObjectName("frmSwitchboard");
+            Forms::Register(form);
+            return form;
+        });
+    }
+    ~StartSettings() {
+        delete frmMDI::Instance();
+        Help::Quit();
+        Forms::SetFactory("frmSwitchboard", nullptr);
+        PrevInstance::Release();
+        Startup::SetSplashSeconds(4);
+    }
+    StartSettings(const StartSettings&) = delete;
+    StartSettings& operator=(const StartSettings&) = delete;
+};
 } // namespace
 
 class tst_backup : public QObject {
@@ -83,22 +110,7 @@ private Q_SLOTS:
     // The start makes a backup; another program reads it while the program runs and writes.
     void startBackupReadsBackWhileRunning() {
         mFixture->OpenDatabase(GenerateRebates(40, 5));
-        gDatabase.reset();
-        Startup::SetSplashSeconds(0);
-        WriteSetting(Setting::Tips, "0");
-        Forms::SetFactory("frmSwitchboard", [] {
-            auto* form = new QWidget;
-            form->setObjectName("frmSwitchboard");
-            Forms::Register(form);
-            return form;
-        });
-        const auto end = qScopeGuard([] {
-            delete frmMDI::Instance();
-            Help::Quit();
-            Forms::SetFactory("frmSwitchboard", nullptr);
-            PrevInstance::Release();
-            Startup::SetSplashSeconds(4);
-        });
+        const StartSettings start;
         QVERIFY(Main());
         QVERIFY(mFixture->Desktop().boxes.isEmpty());
         QCOMPARE(BackupNames(*mFixture), QStringList{"Vantry-20261123-100000.mdb"});
@@ -148,7 +160,9 @@ private Q_SLOTS:
         QFile blocker(mFixture->ProgramDir() + "Backups");
         QVERIFY(blocker.open(QIODevice::WriteOnly));
         blocker.close();
-        QVERIFY(Backups::MakeBackup().isEmpty());
+        const StartSettings start;
+        QVERIFY(Main());
+        QVERIFY(frmMDI::Instance() && frmMDI::Instance()->isVisible());
         QCOMPARE(PurgeDeletedRecords({"gone"}), 1);
         QCOMPARE(CountRebates(), 1);
         QCOMPARE(mFixture->Desktop().boxes.size(), 1);
@@ -230,6 +244,8 @@ private Q_SLOTS:
         QTest::newRow("fails half-way") << "half-way";
         QTest::newRow("backup cut short") << "truncated";
         QTest::newRow("not a store") << "text";
+        QTest::newRow("damaged page") << "damaged";
+        QTest::newRow("another program's database") << "foreign";
     }
     void failedRestoreKeepsStore() {
         QFETCH(QString, fault);
@@ -243,13 +259,24 @@ private Q_SLOTS:
             // After the first step some pages lie in the store's open transaction.
             Backups::SetRestoreFaultHook(
                 [] { throw VbError(dbError::DiskFull, "Injected failure"); });
+        } else if (fault == "foreign") {
+            QVERIFY(QFile::remove(backup));
+            auto db = QSqlDatabase::addDatabase("QSQLITE", "foreign");
+            db.setDatabaseName(backup);
+            QVERIFY(db.open());
+            QVERIFY(QSqlQuery(db).exec("CREATE TABLE Other (x)"));
+            db.close();
         } else {
             QFile file(backup);
             QVERIFY(file.open(QIODevice::ReadWrite));
-            if (fault == "truncated")
+            if (fault == "truncated") {
                 QVERIFY(file.resize(file.size() / 2));
-            else
+            } else if (fault == "damaged") {
+                QVERIFY(file.seek(file.size() / 2));
+                QVERIFY(file.write(QByteArray(8192, '\xff')) == 8192);
+            } else {
                 QVERIFY(file.resize(0) && file.write("RebateID,RebateName\r\n") > 0);
+            }
         }
         Clock::Advance(60);
         ProgramWindow window;

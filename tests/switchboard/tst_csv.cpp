@@ -150,6 +150,20 @@ private Q_SLOTS:
         QCOMPARE(lines[2].left(lines[2].indexOf(',')), order[1].toUtf8());
     }
 
+    void exportFileNotWritten() {
+        mFixture->OpenDatabase(PlainRebates(2));
+        ProgramWindow window;
+        window.ClickTab("All");
+        const QString out = mFixture->ProgramDir() + "missing/all.csv";
+        mFixture->Desktop().filePaths << out;
+        window.Switchboard().mnuExportList->trigger();
+        QVERIFY(!QFile::exists(out));
+        QCOMPARE(mFixture->Desktop().boxes.size(), 1);
+        QCOMPARE(mFixture->Desktop().boxes[0].title, QString("Export Failed"));
+        QVERIFY(mFixture->Desktop().boxes[0].prompt.startsWith("The file '" + out +
+                                                               "' could not be written"));
+    }
+
     // Each line that can't be read is named with its reason; the readable one is added.
     void refusesBadLines_data() {
         QTest::addColumn<QByteArray>("header");
