@@ -173,9 +173,11 @@ QVariant ValueOf(const Field& field, const QString& text, ColumnType type, QStri
     }
     case ColumnType::Boolean: {
         const QString word = text.toLower();
-        if (word == QStringLiteral("true") || word == QStringLiteral("1") || word == QStringLiteral("yes"))
+        if (word == QStringLiteral("true") || word == QStringLiteral("1") ||
+            word == QStringLiteral("yes"))
             return 1;
-        if (word == QStringLiteral("false") || word == QStringLiteral("0") || word == QStringLiteral("no"))
+        if (word == QStringLiteral("false") || word == QStringLiteral("0") ||
+            word == QStringLiteral("no"))
             return 0;
         problem = QStringLiteral("%1 is not True or False").arg(Show(text));
         return QVariant();
@@ -183,6 +185,8 @@ QVariant ValueOf(const Field& field, const QString& text, ColumnType type, QStri
     }
     return QVariant();
 }
+
+const QString kNotUtf8 = QStringLiteral("not UTF-8 text (the file may be in another encoding)");
 
 QString LineText(int line) {
     return QStringLiteral("Line %1: ").arg(line);
@@ -246,7 +250,11 @@ RebateCsv::Reading RebateCsv::Read(const QByteArray& file, const QList<RebateCol
     }
     for (const Field& field : header.fields) {
         QString name;
-        Decode(field.bytes, name);
+        if (!Decode(field.bytes, name)) {
+            reading.problems.append(LineText(header.line) + kNotUtf8 +
+                                    QStringLiteral("; no line can be read"));
+            return reading;
+        }
         const int column = columnOf.value(name.trimmed().toLower(), -1);
         if (column < 0)
             unknown.append(Show(name));
@@ -307,8 +315,7 @@ RebateCsv::Reading RebateCsv::Read(const QByteArray& file, const QList<RebateCol
                 fieldProblems.append(column.name + u' ' + problem);
         }
         if (!utf8) {
-            reading.problems.append(where + QStringLiteral("not UTF-8 text (the file may be in "
-                                                           "another encoding)"));
+            reading.problems.append(where + kNotUtf8);
             continue;
         }
         const QString key = values[keyColumn].toString();

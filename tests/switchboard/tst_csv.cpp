@@ -198,6 +198,12 @@ private Q_SLOTS:
         QTest::newRow("RebateID in the store")
             << kHeader << Line("stored")
             << "Line 3: RebateID \"stored\" is already in the database; the record there is kept";
+        QTest::newRow("UTF-16 file")
+            << QByteArray("\xff\xfe") +
+                   QByteArray(reinterpret_cast<const char*>(QString::fromLatin1(kHeader).utf16()),
+                              kHeader.size() * 2)
+            << QByteArray()
+            << "Line 1: not UTF-8 text (the file may be in another encoding); no line can be read";
         QTest::newRow("wrong header")
             << QByteArray(kHeader).replace("RebateName", "Name").replace(",Remarks", "")
             << QByteArray()
