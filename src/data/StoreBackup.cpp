@@ -72,7 +72,8 @@ void StoreBackup::Copy(const QString& from, const QString& to,
             throw VbError(dbError::CannotOpen, source.Message());
         Handle target(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
         if (!target.Ok())
-            throw Failure(sqlite3_errcode(target.Get()), target.Message() + QStringLiteral(": ") + to);
+            throw Failure(sqlite3_errcode(target.Get()),
+                          target.Message() + QStringLiteral(": ") + to);
         sqlite3_busy_timeout(target.Get(), 2000);
         sqlite3_backup* backup = sqlite3_backup_init(target.Get(), "main", source.Get(), "main");
         if (!backup)
@@ -91,7 +92,8 @@ void StoreBackup::Copy(const QString& from, const QString& to,
         }
         sqlite3_backup_finish(backup);
         if (step != SQLITE_DONE)
-            throw Failure(step, QString::fromUtf8(sqlite3_errstr(step)) + QStringLiteral(": ") + to);
+            throw Failure(step,
+                          QString::fromUtf8(sqlite3_errstr(step)) + QStringLiteral(": ") + to);
         // A new copy is one file of its own, readable without the store's write-ahead log.
         if (created)
             sqlite3_exec(target.Get(), "PRAGMA journal_mode=DELETE", nullptr, nullptr, nullptr);
