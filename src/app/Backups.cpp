@@ -54,8 +54,8 @@ QList<Named> Scan(const QString& folder) {
     return found;
 }
 
-// The next name of this second: after the highest number in use, even when older backups of
-// the same second have been pruned, so that the newest always sorts last.
+// The next name of this second: the number after the highest in use, even when older backups
+// of the same second have been pruned, so that a new backup always counts as the newest.
 QString NewName(const QString& folder, const QList<Named>& existing) {
     const QDateTime now = Now();
     const QString stamp = now.toString(QStringLiteral("yyyyMMdd-hhmmss"));
