@@ -71,3 +71,9 @@ int ReadListView(const SettingSpec& setting) {
     const int view = ReadSetting(setting).toInt(&ok);
     return ok && view >= 0 && view <= 3 ? view : DefaultOf(setting).toInt();
 }
+
+int ReadCount(const SettingSpec& setting) {
+    bool ok = false;
+    const int count = ReadSetting(setting).trimmed().toInt(&ok);
+    return ok && count >= 1 && count <= 999 ? count : DefaultOf(setting).toInt();
+}

@@ -14,6 +14,7 @@ enum class SettingType {
     Twips,       // a window position or size in twips, the text of a number
     ListView,    // a list's view, 0 to 3
     ToolbarSize, // "Large" or "Small"
+    Count,       // a whole number from 1 to 999
 };
 
 struct SettingSpec {
@@ -29,6 +30,7 @@ inline constexpr SettingSpec Tips{"Options", "chkTips", SettingType::Flag, "1"};
 inline constexpr SettingSpec Alarm{"Options", "chkAlarm", SettingType::Flag, "1"};
 inline constexpr SettingSpec ErrorLogging{"Options", "chkErrorLogging", SettingType::Flag, "1"};
 inline constexpr SettingSpec Postage{"Options", "Postage", SettingType::Money, ".32"};
+inline constexpr SettingSpec BackupsKept{"Options", "BackupsKept", SettingType::Count, "10"};
 
 inline constexpr SettingSpec MainLeft{"Settings", "MainLeft", SettingType::Twips, nullptr};
 inline constexpr SettingSpec MainTop{"Settings", "MainTop", SettingType::Twips, nullptr};
@@ -70,3 +72,4 @@ Currency ReadMoney(const SettingSpec& setting);
 // nullopt when neither the stored value nor the default is a usable number.
 std::optional<double> ReadTwips(const SettingSpec& setting);
 int ReadListView(const SettingSpec& setting);
+int ReadCount(const SettingSpec& setting);

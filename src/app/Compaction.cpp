@@ -1,5 +1,6 @@
 #include "app/Compaction.h"
 
+#include "app/Backups.h"
 #include "app/cLogErr.h"
 #include "common/core/VbError.h"
 #include "common/core/modUtilities.h"
@@ -68,6 +69,7 @@ bool CompactRebateDatabase(const std::function<void(const QString&)>& status) {
     bool result = false;
     bool liveMoved = false;     // the live file lies under the backup's name
     bool liveCompacted = false; // the live file is the new copy, the old one is the backup
+    Backups::MakeBackup();
     try {
         Step(3, status, QStringLiteral("Removing old temp files..."));
         Remove(target);

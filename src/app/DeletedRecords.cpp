@@ -1,5 +1,6 @@
 #include "app/DeletedRecords.h"
 
+#include "app/Backups.h"
 #include "common/core/Clock.h"
 #include "common/core/Regional.h"
 #include "common/core/VbError.h"
@@ -95,6 +96,8 @@ int RecoverDeletedRecords(const QStringList& rebateIDs) {
 }
 
 int PurgeDeletedRecords(const QStringList& rebateIDs) {
+    if (!rebateIDs.isEmpty())
+        Backups::MakeBackup();
     return ChangeRows(rebateIDs,
                       QStringLiteral("DELETE FROM Rebates WHERE RebateID = ? AND Deleted = True"));
 }

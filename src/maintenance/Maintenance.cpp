@@ -2,6 +2,7 @@
 
 #include "maintenance/frmAbout.h"
 #include "maintenance/frmOptions.h"
+#include "maintenance/frmRestore.h"
 #include "maintenance/frmTip.h"
 #include "maintenance/modMultimedia.h"
 
@@ -31,6 +32,11 @@ void Maintenance::ShowOptions(QWidget* owner) {
 
 void Maintenance::ShowAbout(QWidget* owner) {
     frmAbout dialog(owner);
+    RunModal(dialog);
+}
+
+void Maintenance::ShowRestore(QWidget* owner) {
+    frmRestore dialog(owner);
     RunModal(dialog);
 }
 

@@ -9,6 +9,8 @@ namespace Maintenance {
 void ShowOptions(QWidget* owner);
 // The about box, modal over the owner.
 void ShowAbout(QWidget* owner);
+// "Restore from Backup", modal over the owner.
+void ShowRestore(QWidget* owner);
 // The Tip of the Day, modal over the owner. Before start-up has finished it stays away when
 // the user turned the start-up tips off.
 void ShowTipOfTheDay(QWidget* owner);

@@ -23,6 +23,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
+#include <QSpinBox>
 #include <QVBoxLayout>
 
 namespace {
@@ -64,6 +65,7 @@ frmOptions::frmOptions(QWidget* parent)
       chkErrorLogging(Named(new QCheckBox(QStringLiteral("&Log Errors (bugs!) for tech support.")),
                             "chkErrorLogging")),
       Postage(Named(new QLineEdit, "Postage")),
+      spnBackupsKept(Named(new QSpinBox, "spnBackupsKept")),
       cmdRepair(Named(new QPushButton(QStringLiteral("Compact/Repair Database...")), "cmdRepair")),
       cmdRecordMgr(Named(new QPushButton(QStringLiteral("&Deleted Records...")), "cmdRecordMgr")),
       cmdViewLog(Named(new QPushButton(QStringLiteral("&View Error Log...")), "cmdViewLog")),
@@ -124,6 +126,18 @@ frmOptions::frmOptions(QWidget* parent)
     postageLayout->addStretch(1);
     general->addWidget(Frame("Frame1", QStringLiteral("Postage"),
                              Picture("imgStamp", QStringLiteral("Paid")), {postageRow}));
+    auto* backupRow = new QWidget;
+    auto* backupLayout = new QHBoxLayout(backupRow);
+    backupLayout->setContentsMargins(0, 0, 0, 0);
+    auto* lblBackupsKept =
+        Named(new QLabel(QStringLiteral("&Backups of the database to keep:")), "lblBackupsKept");
+    lblBackupsKept->setBuddy(spnBackupsKept);
+    spnBackupsKept->setRange(1, 999);
+    backupLayout->addWidget(lblBackupsKept);
+    backupLayout->addWidget(spnBackupsKept);
+    backupLayout->addStretch(1);
+    general->addWidget(Frame("fraBackups", QStringLiteral("Backups"),
+                             Picture("imgBackups", QStringLiteral("Save")), {backupRow}));
     general->addStretch(1);
 
     tbsTabs->AddPage(picOptions[0]);
@@ -142,12 +156,13 @@ frmOptions::frmOptions(QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(tbsTabs, 1);
     layout->addWidget(picButtons);
-    setMinimumSize(480, 420);
+    setMinimumSize(480, 520);
 
     connect(tbsTabs, &TabStrip::Click, this, &frmOptions::tbsTabs_Click);
     for (QCheckBox* box : {chkSound, chkTips, chkAlarm, chkErrorLogging})
         connect(box, &QCheckBox::toggled, this, &frmOptions::Changed);
     connect(Postage, &QLineEdit::textChanged, this, &frmOptions::Changed);
+    connect(spnBackupsKept, &QSpinBox::valueChanged, this, &frmOptions::Changed);
     connect(cmdOK, &QPushButton::clicked, this, &frmOptions::cmdOK_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &frmOptions::cmdCancel_Click);
     connect(cmdApply, &QPushButton::clicked, this, &frmOptions::cmdApply_Click);
@@ -170,6 +185,7 @@ frmOptions::frmOptions(QWidget* parent)
 void frmOptions::LoadData() {
     const BusyState busy(QStringLiteral("Loading data..."));
     Postage->setText(ReadSetting(Setting::Postage));
+    spnBackupsKept->setValue(ReadCount(Setting::BackupsKept));
     const std::pair<QCheckBox*, const SettingSpec*> boxes[] = {
         {chkSound, &Setting::Sound},
         {chkTips, &Setting::Tips},
@@ -185,6 +201,7 @@ void frmOptions::SaveData() {
     try {
         WriteSetting(Setting::Postage, Postage->text());
         Postage->setModified(false);
+        WriteSetting(Setting::BackupsKept, QString::number(spnBackupsKept->value()));
         const std::pair<QCheckBox*, const SettingSpec*> boxes[] = {
             {chkTips, &Setting::Tips},
             {chkErrorLogging, &Setting::ErrorLogging},

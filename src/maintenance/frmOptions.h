@@ -4,10 +4,11 @@
 
 class QCheckBox;
 class QLineEdit;
+class QSpinBox;
 class QPushButton;
 class TabStrip;
 
-// The five options and the maintenance commands: compact and repair, the deleted record
+// The six options and the maintenance commands: compact and repair, the deleted record
 // manager and the error log. Each opening loads the settings anew.
 class frmOptions : public QDialog {
     Q_OBJECT
@@ -35,6 +36,7 @@ public:
     QCheckBox* chkAlarm;
     QCheckBox* chkErrorLogging;
     QLineEdit* Postage;
+    QSpinBox* spnBackupsKept;
     QPushButton* cmdRepair;
     QPushButton* cmdRecordMgr;
     QPushButton* cmdViewLog;

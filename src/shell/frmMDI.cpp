@@ -139,6 +139,10 @@ frmMDI* frmMDI::Instance() {
 
 void frmMDI::CreateMenus() {
     mnuFile = MakeMenu(this, "mnuFile", QStringLiteral("&File"), 3000);
+    mnuFileRestore =
+        MakeAction(mnuFile, "mnuFileRestore", QStringLiteral("Restore from Backup..."), 3000);
+    connect(mnuFileRestore, &QAction::triggered, this, &frmMDI::mnuFileRestore_Click);
+    mnuFile->addSeparator()->setObjectName(QStringLiteral("mnuSepRestore"));
     mnuFileExit = MakeAction(mnuFile, "mnuFileExit", QStringLiteral("E&xit"), 3000);
     mnuFileExit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
     connect(mnuFileExit, &QAction::triggered, this, &frmMDI::mnuFileExit_Click);
@@ -378,6 +382,10 @@ void frmMDI::mnuTipOfTheDay_Click() {
     Maintenance::ShowTipOfTheDay(this);
 }
 
+void frmMDI::mnuFileRestore_Click() {
+    Maintenance::ShowRestore(this);
+}
+
 void frmMDI::mnuFileExit_Click() {
     close();
 }
@@ -491,6 +499,9 @@ void frmMDI::Run(Command command) {
         break;
     case Command::Cascade:
         mnuCascade->trigger();
+        break;
+    case Command::RestoreFromBackup:
+        mnuFileRestore_Click();
         break;
     }
 }

@@ -59,6 +59,7 @@ public:
     ImageList imlToolbarSmall{16};
 
     QMenu* mnuFile;
+    QAction* mnuFileRestore;
     QAction* mnuFileExit;
     QMenu* mnuView;
     QAction* mnuViewToolbar;
@@ -87,6 +88,7 @@ public Q_SLOTS:
     void mnuViewToolbar_Click();
     void mnuViewStatusBar_Click();
     void mnuViewOptions_Click();
+    void mnuFileRestore_Click();
     void mnuFileExit_Click();
     void mnuHelpContents_Click();
     void mnuSearchForHelpOn_Click();

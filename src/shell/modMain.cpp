@@ -1,5 +1,6 @@
 #include "shell/modMain.h"
 
+#include "app/Backups.h"
 #include "app/Compaction.h"
 #include "app/cLogErr.h"
 #include "common/core/Desktop.h"
@@ -238,7 +239,10 @@ bool Main() {
         CorruptDatabaseBox();
         return false;
     }
-    // From here on a failure neither stops the start nor is reported.
+    // From here on a failure neither stops the start nor is reported. A store opened
+    // read-only can't change in this run, so it needs no backup.
+    if (gDatabase && !gDatabase->IsReadOnly())
+        Backups::MakeBackup();
     try {
         if (gMainForm)
             Maintenance::ShowTipOfTheDay(gMainForm);

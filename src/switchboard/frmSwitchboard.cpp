@@ -239,6 +239,7 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
     connect(&notifier, &Notifier::RecordDeleted, this, &frmSwitchboard::DeleteIcons);
     connect(&notifier, &Notifier::RecordFormClosed, this, &frmSwitchboard::tbsSwitch_Click);
     connect(&notifier, &Notifier::ListsStale, this, &frmSwitchboard::mnuRefresh_Click);
+    connect(&notifier, &Notifier::DatabaseReopened, this, &frmSwitchboard::mnuRefresh_Click);
 
     ActiveXImageList.Add(kListIcons);
     xImageListSmall.Add(kListIcons);
@@ -374,6 +375,13 @@ void frmSwitchboard::BuildMenus() {
         item(mnuFile, "mnuPrintPrevewStats", "View Statistics in &Word Processor", 7001);
     mnuPrintStats =
         item(mnuFile, "mnuPrintStats", "&Print Statistics...", 7000, Qt::CTRL | Qt::Key_P);
+    separator(mnuFile, "mnuSepCsv");
+    mnuExportSelected =
+        item(mnuFile, "mnuExportSelected", "&Export Selected Rebates to CSV...", 2500);
+    mnuExportList = item(mnuFile, "mnuExportList", "Export &List to CSV...", 2500);
+    mnuImport = item(mnuFile, "mnuImport", "&Import Rebates from CSV...", 2500);
+    separator(mnuFile, "mnuSepRestore");
+    mnuRestore = item(mnuFile, "mnuRestore", "Restore from &Backup...", 2500);
     separator(mnuFile, "mnuSepHalf");
     mnuExit = item(mnuFile, "mnuExit", "E&xit", 2500, Qt::CTRL | Qt::Key_Q);
 
@@ -459,6 +467,7 @@ void frmSwitchboard::BuildMenus() {
     connect(mnuFile, &QMenu::aboutToShow, this, &frmSwitchboard::mnuFile_Click);
     for (const auto& [entry, command] :
          {std::pair{mnuOptions, MainFrame::Command::Options},
+          std::pair{mnuRestore, MainFrame::Command::RestoreFromBackup},
           std::pair{mnuAbout, MainFrame::Command::About},
           std::pair{mnuTipOfTheDay, MainFrame::Command::TipOfTheDay}})
         connect(entry, &QAction::triggered, this, [command] {
@@ -474,6 +483,9 @@ void frmSwitchboard::BuildMenus() {
         connect(a, &QAction::triggered, this, slot);
     };
     on(mnuPrintSelected, &frmSwitchboard::mnuPrintSelected_Click);
+    on(mnuExportSelected, &frmSwitchboard::mnuExportSelected_Click);
+    on(mnuExportList, &frmSwitchboard::mnuExportList_Click);
+    on(mnuImport, &frmSwitchboard::mnuImport_Click);
     on(mnuPrintStats, &frmSwitchboard::mnuPrintStats_Click);
     on(mnuPrintPreview, &frmSwitchboard::mnuPrintPreview_Click);
     on(mnuPrintPrevewStats, &frmSwitchboard::mnuPrintPrevewStats_Click);
@@ -1167,6 +1179,9 @@ void frmSwitchboard::mnuFile_Click() {
         mnuPrintSelected->setEnabled(false);
         mnuPrintPreview->setEnabled(false);
     }
+    const bool records = lv && lv->Name() != QLatin1String("lvNew");
+    mnuExportSelected->setEnabled(records && CountSelected(lv) > 0);
+    mnuExportList->setEnabled(records && lv->ListItems().Count() > 0);
 }
 
 void frmSwitchboard::mnuEdit_Click() {

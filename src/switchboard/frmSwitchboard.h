@@ -77,6 +77,10 @@ public:
     QAction* mnuPrintSelected;
     QAction* mnuPrintPrevewStats;
     QAction* mnuPrintStats;
+    QAction* mnuExportSelected;
+    QAction* mnuExportList;
+    QAction* mnuImport;
+    QAction* mnuRestore;
     QAction* mnuExit;
     QMenu* mnuEdit;
     QAction* mnuEditRebate;
@@ -182,6 +186,14 @@ public Q_SLOTS:
     void mnuPrintPreview_Click();
     void mnuPrintStats_Click();
     void mnuPrintPrevewStats_Click();
+    // CSV: the selected rows or the whole current list written to a file the user names; a
+    // file read, shown in frmImport and added on the user's word.
+    void mnuExportSelected_Click();
+    void mnuExportList_Click();
+    void mnuImport_Click();
+    // The RebateIDs of the current list's rows (only the selected ones when asked), in list
+    // order; none on the New and Statistics pages.
+    QStringList ListedRebateIDs(bool selectedOnly) const;
     // Find: modal from the menus and the toolbar, with the last search text; modeless from F7.
     void mnuFind_Click();
     void ShowFindModeless();

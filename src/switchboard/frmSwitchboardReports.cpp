@@ -9,25 +9,6 @@
 #include <QLabel>
 
 namespace {
-// The RebateIDs of the current list's selected rows, in list order; none on the New and
-// Statistics pages.
-QStringList SelectedRebateIDs(const frmSwitchboard& form) {
-    const Tab* tab = form.tbsSwitch->SelectedItem();
-    const QString caption = tab ? tab->Caption() : QString();
-    if (caption == QLatin1String("Statistics") || caption == QLatin1String("New"))
-        return {};
-    ListView* lv = form.GetCurrentLV();
-    QStringList ids;
-    if (!lv)
-        return ids;
-    for (int i = 1; i <= lv->ListItems().Count(); ++i) {
-        const ListItem* item = lv->ListItems().Item(i);
-        if (item->Selected())
-            ids.append(item->SubItems(3));
-    }
-    return ids;
-}
-
 StatisticsSheet SheetOf(const StatisticsPage& page) {
     StatisticsSheet sheet;
     for (size_t i = 0; i < sheet.headers.size(); ++i)
@@ -41,13 +22,13 @@ StatisticsSheet SheetOf(const StatisticsPage& page) {
 } // namespace
 
 void frmSwitchboard::mnuPrintSelected_Click() {
-    const QStringList ids = SelectedRebateIDs(*this);
+    const QStringList ids = ListedRebateIDs(true);
     if (!ids.isEmpty() && ReportHooks::Instance().PrintRecords)
         ReportHooks::Instance().PrintRecords(ids);
 }
 
 void frmSwitchboard::mnuPrintPreview_Click() {
-    const QStringList ids = SelectedRebateIDs(*this);
+    const QStringList ids = ListedRebateIDs(true);
     if (!ids.isEmpty() && ReportHooks::Instance().ViewRecords)
         ReportHooks::Instance().ViewRecords(ids);
 }
@@ -65,4 +46,21 @@ void frmSwitchboard::mnuPrintPrevewStats_Click() {
     UpdateStatistics();
     if (ReportHooks::Instance().ViewStatistics)
         ReportHooks::Instance().ViewStatistics(SheetOf(*Statistics()));
+}
+
+QStringList frmSwitchboard::ListedRebateIDs(bool selectedOnly) const {
+    const Tab* tab = tbsSwitch->SelectedItem();
+    const QString caption = tab ? tab->Caption() : QString();
+    if (caption == QLatin1String("Statistics") || caption == QLatin1String("New"))
+        return {};
+    ListView* lv = GetCurrentLV();
+    QStringList ids;
+    if (!lv)
+        return ids;
+    for (int i = 1; i <= lv->ListItems().Count(); ++i) {
+        const ListItem* item = lv->ListItems().Item(i);
+        if (!selectedOnly || item->Selected())
+            ids.append(item->SubItems(3));
+    }
+    return ids;
 }

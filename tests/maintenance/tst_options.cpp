@@ -11,6 +11,7 @@
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QTest>
 
 namespace {
@@ -33,12 +34,13 @@ private Q_SLOTS:
     void init() { mFixture = std::make_unique<Fixture>(); }
     void cleanup() { mFixture.reset(); }
 
-    void loadsDefaultsAndOkWritesAllFive() {
+    void loadsDefaultsAndOkWritesAllSix() {
         frmOptions options;
         for (QCheckBox* box :
              {options.chkSound, options.chkTips, options.chkAlarm, options.chkErrorLogging})
             QVERIFY2(box->isChecked(), qPrintable(box->objectName()));
         QCOMPARE(options.Postage->text(), QString(".32"));
+        QCOMPARE(options.spnBackupsKept->value(), 10);
         QVERIFY(!options.cmdApply->isEnabled());
         QCOMPARE(SelectedTab(options), QString("Startup"));
         QCOMPARE(Stored(Setting::Sound), QString("<none>"));
@@ -48,6 +50,22 @@ private Q_SLOTS:
              {&Setting::Sound, &Setting::Tips, &Setting::Alarm, &Setting::ErrorLogging})
             QCOMPARE(ReadSetting(*setting), QString("1"));
         QCOMPARE(ReadSetting(Setting::Postage), QString("$0.32"));
+        QCOMPARE(Stored(Setting::BackupsKept), QString("10"));
+    }
+
+    void backupsKeptTyped() {
+        WriteSetting(Setting::BackupsKept, "ten");
+        frmOptions options;
+        options.show();
+        QCOMPARE(options.spnBackupsKept->value(), 10);
+        options.tbsTabs->Tabs().Item("General")->SetSelected(true);
+        options.spnBackupsKept->setFocus();
+        QTest::keyClick(options.spnBackupsKept, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(options.spnBackupsKept, "3");
+        QVERIFY(options.cmdApply->isEnabled());
+        QTest::mouseClick(options.cmdOK, Qt::LeftButton);
+        QCOMPARE(Stored(Setting::BackupsKept), QString("3"));
+        QCOMPARE(ReadCount(Setting::BackupsKept), 3);
     }
 
     void applyCancelSemantics_data() {

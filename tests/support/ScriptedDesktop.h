@@ -36,7 +36,21 @@ public:
         return sendMailResult;
     }
 
+    // Records "title|suggested|filter" and answers the next queued path, else "" (cancelled).
+    QString SaveFileName(const QString& title, const QString& suggested,
+                         const QString& filter) override {
+        return FileDialog(title, suggested, filter);
+    }
+    QString OpenFileName(const QString& title, const QString& suggested,
+                         const QString& filter) override {
+        return FileDialog(title, suggested, filter);
+    }
+
 private:
+    QString FileDialog(const QString& title, const QString& suggested, const QString& filter) {
+        fileDialogs.append(title + u'|' + suggested + u'|' + filter);
+        return filePaths.isEmpty() ? QString() : filePaths.takeFirst();
+    }
     void RunModalWindow(const Box& box, const std::function<void(const Box&)>& action);
 
 public:
@@ -64,6 +78,8 @@ public:
     QList<int> answers;
     QList<std::function<void(const Box&)>> boxActions;
     QStringList inputs;
+    QStringList filePaths;   // the answers of the file dialogs, in turn
+    QStringList fileDialogs; // "title|suggested|filter" of each file dialog shown
     QStringList inputPrompts;
     QStringList openedDocuments;
     QStringList dialed;

@@ -20,6 +20,8 @@ public:
         return DialNoRequestRecipient;
     }
     bool SendMail(const QString&, const QString&, const QString&) override { return false; }
+    QString SaveFileName(const QString&, const QString&, const QString&) override { return {}; }
+    QString OpenFileName(const QString&, const QString&, const QString&) override { return {}; }
 };
 } // namespace
 

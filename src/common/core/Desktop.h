@@ -63,6 +63,13 @@ public:
     // request, else one of the DialResult codes.
     virtual int Dial(const QString& number, const QString& appName, const QString& calledParty,
                      const QString& comment) = 0;
+    // The file dialogs: the path the user chose, "" when the user cancels. `suggested` is the
+    // file name (or folder) the dialog starts on, `filter` the dialog's filter text
+    // ("CSV files (*.csv)").
+    virtual QString SaveFileName(const QString& title, const QString& suggested,
+                                 const QString& filter) = 0;
+    virtual QString OpenFileName(const QString& title, const QString& suggested,
+                                 const QString& filter) = 0;
 };
 
 // The answers of Desktop::Dial other than 0, as telephony has always numbered them.

@@ -22,6 +22,7 @@ public:
         TileHorizontally,
         TileVertically,
         Cascade,
+        RestoreFromBackup,
     };
 
     static MainFrame* Instance();

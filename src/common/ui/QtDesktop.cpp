@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QLabel>
@@ -183,4 +184,14 @@ bool QtDesktop::SendMail(const QString& address, const QString& subject, const Q
                      QStringLiteral("&body=") + QString::fromLatin1(QUrl::toPercentEncoding(text)),
                  QUrl::StrictMode);
     return QDesktopServices::openUrl(url);
+}
+
+QString QtDesktop::SaveFileName(const QString& title, const QString& suggested,
+                                const QString& filter) {
+    return QFileDialog::getSaveFileName(QApplication::activeWindow(), title, suggested, filter);
+}
+
+QString QtDesktop::OpenFileName(const QString& title, const QString& suggested,
+                                const QString& filter) {
+    return QFileDialog::getOpenFileName(QApplication::activeWindow(), title, suggested, filter);
 }

@@ -1,0 +1,255 @@
+#include "Fixture.h"
+#include "ListRows.h"
+#include "Modal.h"
+#include "ProgramWindow.h"
+#include "RebateRows.h"
+#include "app/Backups.h"
+#include "data/Database.h"
+#include "switchboard/frmImport.h"
+#include "switchboard/frmSwitchboard.h"
+
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QTest>
+
+namespace {
+const QByteArray kHeader =
+    "RebateID,RebateName,Address,PhoneNumber,Email,WebSite,ProductName,PurchasePrice,ExpDate,"
+    "DatePurchased,LocationPurchased,RebateAmount,PostagePrice,CouponAmount,DateSent,DateDue,"
+    "AmountReceived,FollowupDate,FollowupPostage,DateReceived,Rejected,ReasonRejected,Deleted,"
+    "Remarks\r\n";
+
+// A record that reads, with some fields replaced (by index); an empty field is Null.
+QByteArray Line(const QByteArray& id, const QMap<int, QByteArray>& changes = {}) {
+    QList<QByteArray> fields = {id, "Name " + id, "", "",     "",      "", "Product", "10.00",
+                                "", "",           "", "5.00", "",      "", "",        "",
+                                "", "",           "", "",     "False", "", "False",   ""};
+    for (auto it = changes.cbegin(); it != changes.cend(); ++it)
+        fields[it.key()] = it.value();
+    return fields.join(',') + "\r\n";
+}
+
+QString WriteFile(const Fixture& fixture, const QByteArray& bytes) {
+    const QString path = fixture.ProgramDir() + "in.csv";
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        return {};
+    return path;
+}
+
+struct Preview {
+    QString summary;
+    QString report;
+    int rows = -1;
+    bool importable = false;
+};
+} // namespace
+
+class tst_csv : public QObject {
+    Q_OBJECT
+    std::unique_ptr<Fixture> mFixture;
+
+    // Imports the file through the File menu; the preview is read, then Import (or Cancel)
+    // is clicked.
+    Preview Import(ProgramWindow& window, const QString& path, bool confirm = true) {
+        Preview seen;
+        mFixture->Desktop().filePaths << path;
+        WhenModal("frmImport", [&seen, confirm](QWidget* dialog) {
+            auto* form = static_cast<frmImport*>(dialog);
+            seen = {form->lblSummary->text(), form->txtReport->toPlainText(),
+                    form->tblPreview->model()->rowCount(), form->cmdImport->isEnabled()};
+            QTest::mouseClick(confirm && seen.importable ? form->cmdImport : form->cmdCancel,
+                              Qt::LeftButton);
+        });
+        window.Switchboard().mnuImport->trigger();
+        return seen;
+    }
+
+private Q_SLOTS:
+    void initTestCase() { InitTestResources(); }
+    void init() { mFixture = std::make_unique<Fixture>(); }
+    void cleanup() { mFixture.reset(); }
+
+    // Every kind of value goes out and comes back the same.
+    void roundTrip() {
+        RebateRow odd{.RebateID = "q1",
+                      .RebateName = "Say \"hi\", you",
+                      .Address = "12 Main St\nApt 4\r\nSpringfield",
+                      .PhoneNumber = "",
+                      .ProductName = "Café 中文 😀",
+                      .PurchasePrice = -3.25,
+                      .ExpDate = QDate(2026, 12, 31),
+                      .RebateAmount = 0.0005,
+                      .Remarks = ", leading comma"};
+        RebateRow nulls{.RebateID = "n1",
+                        .RebateName = std::nullopt,
+                        .Address = std::nullopt,
+                        .PhoneNumber = std::nullopt,
+                        .ProductName = std::nullopt,
+                        .PurchasePrice = std::nullopt,
+                        .RebateAmount = std::nullopt,
+                        .PostagePrice = std::nullopt,
+                        .CouponAmount = std::nullopt,
+                        .AmountReceived = std::nullopt,
+                        .FollowupPostage = std::nullopt,
+                        .Rejected = std::nullopt};
+        RebateRow paid = RouterRow("p1", "Router");
+        paid.DateSent = QDate(2026, 9, 1);
+        paid.DateDue = QDate(2026, 10, 27);
+        paid.DateReceived = QDate(2026, 10, 20);
+        paid.AmountReceived = 1234567.89;
+        paid.Rejected = true;
+        mFixture->OpenDatabase({odd, nulls, paid});
+        const QStringList ids = {"n1", "p1", "q1"};
+        QList<QVariantMap> before;
+        for (const QString& id : ids)
+            before << ReadRawRebate(id);
+
+        ProgramWindow window;
+        window.ClickTab("All");
+        const QString out = mFixture->ProgramDir() + "all.csv";
+        mFixture->Desktop().filePaths << out;
+        window.Switchboard().mnuExportList->trigger();
+        QVERIFY(mFixture->Desktop().fileDialogs.first().endsWith(
+            "/All.csv|CSV files (*.csv);;All files (*)"));
+        const QByteArray file = ReadFile(out);
+        QVERIFY(file.startsWith(kHeader));
+        QVERIFY(file.contains("\r\nq1,\"Say \"\"hi\"\", you\",\"12 Main St\nApt 4\r\nSpringfield\","
+                              "\"\",,,Café 中文 😀,-3.25,2026-12-31,,,0.0005,0.00,0.00,,,0.00,,"
+                              "0.00,,False,,False,\", leading comma\"\r\n"));
+        QVERIFY(file.contains("\r\nn1,,,,,,,,,,,,,,,,,,,,,,False,\r\n"));
+        QCOMPARE(file.count("\r\n"), 1 + 3 + 1);
+
+        gDatabase->Execute("DELETE FROM Rebates");
+        const Preview preview = Import(window, out);
+        QCOMPARE(preview.summary.split('\n').first(),
+                 QString("3 rebates will be added from 'all.csv'."));
+        QCOMPARE(preview.report, QString());
+        for (int i = 0; i < ids.size(); ++i)
+            QCOMPARE(ReadRawRebate(ids[i]), before[i]);
+        QCOMPARE(SortedIDs(window.Switchboard().lvAll), ids);
+        // The store as it was before the import is kept.
+        QCOMPARE(Backups::List().size(), 1);
+        QCOMPARE(Backups::List().first().records, 0);
+    }
+
+    void exportsSelectedInListOrder() {
+        mFixture->OpenDatabase(PlainRebates(5));
+        ProgramWindow window;
+        window.ClickTab("All");
+        SelectIDs(window.Switchboard().lvAll, {"4", "2"});
+        const QStringList order = ListedIDs(window.Switchboard().lvAll, true);
+        const QString out = mFixture->ProgramDir() + "sel.csv";
+        mFixture->Desktop().filePaths << out;
+        window.Switchboard().mnuExportSelected->trigger();
+        QList<QByteArray> lines = ReadFile(out).split('\n');
+        QCOMPARE(lines.size(), 4);
+        QCOMPARE(lines[1].left(lines[1].indexOf(',')), order[0].toUtf8());
+        QCOMPARE(lines[2].left(lines[2].indexOf(',')), order[1].toUtf8());
+    }
+
+    void exportFileNotWritten() {
+        mFixture->OpenDatabase(PlainRebates(2));
+        ProgramWindow window;
+        window.ClickTab("All");
+        const QString out = mFixture->ProgramDir() + "missing/all.csv";
+        mFixture->Desktop().filePaths << out;
+        window.Switchboard().mnuExportList->trigger();
+        QVERIFY(!QFile::exists(out));
+        QCOMPARE(mFixture->Desktop().boxes.size(), 1);
+        QCOMPARE(mFixture->Desktop().boxes[0].title, QString("Export Failed"));
+        QVERIFY(mFixture->Desktop().boxes[0].prompt.startsWith("The file '" + out +
+                                                               "' could not be written"));
+    }
+
+    // Each line that can't be read is named with its reason; the readable one is added.
+    void refusesBadLines_data() {
+        QTest::addColumn<QByteArray>("header");
+        QTest::addColumn<QByteArray>("bad");
+        QTest::addColumn<QString>("report");
+        QTest::newRow("other encoding")
+            << kHeader << Line("b", {{1, "Caf\xE9"}})
+            << "Line 3: not UTF-8 text (the file may be in another encoding)";
+        QTest::newRow("too few fields") << kHeader << QByteArray("b,Name,Product\r\n")
+                                        << "Line 3: 3 fields where the header has 24";
+        QTest::newRow("quote left open")
+            << kHeader << Line("b", {{1, "\"open"}}) << "Line 3: a quoted field is never closed";
+        QTest::newRow("text after a closing quote")
+            << kHeader << Line("b", {{1, "\"Name\"x"}})
+            << "Line 3: text follows the closing quote of field 2";
+        QTest::newRow("impossible date")
+            << kHeader << Line("b", {{14, "2024-02-30"}})
+            << "Line 3: DateSent \"2024-02-30\" is not a date (yyyy-mm-dd)";
+        QTest::newRow("date not ISO")
+            << kHeader << Line("b", {{8, "11/23/2026"}})
+            << "Line 3: ExpDate \"11/23/2026\" is not a date (yyyy-mm-dd)";
+        QTest::newRow("amount with a sign")
+            << kHeader << Line("b", {{7, "$12.50"}, {20, "maybe"}})
+            << "Line 3: PurchasePrice \"$12.50\" is not an amount (a plain decimal such as "
+               "12.50); Rejected \"maybe\" is not True or False";
+        QTest::newRow("amount too large")
+            << kHeader << Line("b", {{11, "922337203685477.5808"}})
+            << "Line 3: RebateAmount \"922337203685477.5808\" is too large an amount";
+        QTest::newRow("no RebateID") << kHeader << Line("") << "Line 3: no RebateID";
+        QTest::newRow("RebateID twice")
+            << kHeader << Line("good") << "Line 3: RebateID \"good\" again (first on line 2)";
+        QTest::newRow("RebateID in the store")
+            << kHeader << Line("stored")
+            << "Line 3: RebateID \"stored\" is already in the database; the record there is kept";
+        QTest::newRow("UTF-16 file")
+            << QByteArray("\xff\xfe") +
+                   QByteArray(reinterpret_cast<const char*>(QString::fromLatin1(kHeader).utf16()),
+                              kHeader.size() * 2)
+            << QByteArray()
+            << "Line 1: not UTF-8 text (the file may be in another encoding); no line can be read";
+        QTest::newRow("wrong header")
+            << QByteArray(kHeader).replace("RebateName", "Name").replace(",Remarks", "")
+            << QByteArray()
+            << "Line 1: the header doesn't name the columns of the table Rebates (missing "
+               "RebateName, Remarks; not in the table \"Name\"); no line can be read";
+    }
+    void refusesBadLines() {
+        QFETCH(QByteArray, header);
+        QFETCH(QByteArray, bad);
+        QFETCH(QString, report);
+        mFixture->OpenDatabase({RouterRow("stored", "Stored")});
+        const QVariantMap stored = ReadRawRebate("stored");
+        ProgramWindow window;
+        const bool headerRight = header == kHeader;
+        const Preview preview = Import(window, WriteFile(*mFixture, header + Line("good") + bad));
+        QCOMPARE(preview.report, report);
+        QCOMPARE(preview.importable, headerRight);
+        QCOMPARE(preview.rows, headerRight ? 1 : 0);
+        QCOMPARE(CountRebates(), headerRight ? 2 : 1);
+        QCOMPARE(ReadRawRebate("good").value("ProductName"),
+                 headerRight ? QVariant("Product") : QVariant());
+        QCOMPARE(ReadRawRebate("stored"), stored);
+    }
+
+    void cancelWritesNothing() {
+        mFixture->OpenDatabase();
+        ProgramWindow window;
+        const Preview preview =
+            Import(window, WriteFile(*mFixture, kHeader + Line("a") + Line("b")), false);
+        QCOMPARE(preview.rows, 2);
+        QCOMPARE(CountRebates(), 0);
+        QVERIFY(Backups::List().isEmpty());
+    }
+
+    // A store that refuses one record takes none of them.
+    void refusedRecordWritesNone() {
+        mFixture->OpenDatabase();
+        gDatabase->Execute("CREATE TRIGGER refuse BEFORE INSERT ON Rebates WHEN "
+                           "NEW.RebateID = 'b' BEGIN SELECT RAISE(ABORT, 'refused'); END");
+        ProgramWindow window;
+        Import(window, WriteFile(*mFixture, kHeader + Line("a") + Line("b") + Line("c")));
+        QCOMPARE(CountRebates(), 0);
+        QVERIFY(mFixture->LogText().contains("mnuImport_Click"));
+        QVERIFY(!mFixture->Desktop().Shown().join('\n').contains("Import Complete"));
+    }
+};
+
+QTEST_MAIN(tst_csv)
+#include "tst_csv.moc"
