@@ -284,7 +284,10 @@ RebateCsv::Reading RebateCsv::Read(const QByteArray& file, const QList<RebateCol
         return reading;
     }
 
-    const int keyColumn = static_cast<int>(columnOf.value(QStringLiteral("rebateid")));
+    const int keyColumn = columnOf.value(QStringLiteral("rebateid"));
+    // An empty Deleted reads as False: the lists' condition NOT (Deleted = True) is never true
+    // of Null, so such a rebate would be in no list at all.
+    const int deletedColumn = columnOf.value(QStringLiteral("deleted"));
     QHash<QString, int> lineOfKey; // keys read so far, with their line
     for (qsizetype r = 1; r < records.size(); ++r) {
         const Record& record = records[r];
@@ -339,6 +342,8 @@ RebateCsv::Reading RebateCsv::Read(const QByteArray& file, const QList<RebateCol
                             .arg(Show(key)));
             continue;
         }
+        if (values[deletedColumn].isNull())
+            values[deletedColumn] = 0;
         reading.rows.append(values);
         reading.rowLines.append(record.line);
     }

@@ -150,6 +150,18 @@ private Q_SLOTS:
         QCOMPARE(lines[2].left(lines[2].indexOf(',')), order[1].toUtf8());
     }
 
+    // A file that leaves Deleted empty (a spreadsheet's own rows) adds rebates the lists show.
+    void emptyDeletedIsListed() {
+        mFixture->OpenDatabase();
+        ProgramWindow window;
+        window.ClickTab("All");
+        const Preview preview =
+            Import(window, WriteFile(*mFixture, kHeader + Line("e", {{20, ""}, {22, ""}})));
+        QCOMPARE(preview.rows, 1);
+        QCOMPARE(SortedIDs(window.Switchboard().lvAll), QStringList{"e"});
+        QCOMPARE(ReadRawRebate("e").value("Deleted").toInt(), 0);
+    }
+
     void exportFileNotWritten() {
         mFixture->OpenDatabase(PlainRebates(2));
         ProgramWindow window;
