@@ -71,3 +71,9 @@ int ReadListView(const SettingSpec& setting) {
     const int view = ReadSetting(setting).toInt(&ok);
     return ok && view >= 0 && view <= 3 ? view : DefaultOf(setting).toInt();
 }
+
+int ReadDays(const SettingSpec& setting) {
+    bool ok = false;
+    const int days = ReadSetting(setting).toInt(&ok);
+    return ok && days >= 0 && days <= kMaxDays ? days : DefaultOf(setting).toInt();
+}

@@ -14,6 +14,7 @@ enum class SettingType {
     Twips,       // a window position or size in twips, the text of a number
     ListView,    // a list's view, 0 to 3
     ToolbarSize, // "Large" or "Small"
+    Days,        // a whole number of days, 0 to kMaxDays
 };
 
 struct SettingSpec {
@@ -29,6 +30,9 @@ inline constexpr SettingSpec Tips{"Options", "chkTips", SettingType::Flag, "1"};
 inline constexpr SettingSpec Alarm{"Options", "chkAlarm", SettingType::Flag, "1"};
 inline constexpr SettingSpec ErrorLogging{"Options", "chkErrorLogging", SettingType::Flag, "1"};
 inline constexpr SettingSpec Postage{"Options", "Postage", SettingType::Money, ".32"};
+// The Switchboard's panel of unsent claims near their postmark deadline, and how near.
+inline constexpr SettingSpec Deadlines{"Options", "chkDeadlines", SettingType::Flag, "1"};
+inline constexpr SettingSpec DeadlineDays{"Options", "DeadlineDays", SettingType::Days, "7"};
 
 inline constexpr SettingSpec MainLeft{"Settings", "MainLeft", SettingType::Twips, nullptr};
 inline constexpr SettingSpec MainTop{"Settings", "MainTop", SettingType::Twips, nullptr};
@@ -70,3 +74,5 @@ Currency ReadMoney(const SettingSpec& setting);
 // nullopt when neither the stored value nor the default is a usable number.
 std::optional<double> ReadTwips(const SettingSpec& setting);
 int ReadListView(const SettingSpec& setting);
+inline constexpr int kMaxDays = 365;
+int ReadDays(const SettingSpec& setting);

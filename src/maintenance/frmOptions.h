@@ -5,9 +5,10 @@
 class QCheckBox;
 class QLineEdit;
 class QPushButton;
+class QSpinBox;
 class TabStrip;
 
-// The five options and the maintenance commands: compact and repair, the deleted record
+// The options and the maintenance commands: compact and repair, the deleted record
 // manager and the error log. Each opening loads the settings anew.
 class frmOptions : public QDialog {
     Q_OBJECT
@@ -35,6 +36,8 @@ public:
     QCheckBox* chkAlarm;
     QCheckBox* chkErrorLogging;
     QLineEdit* Postage;
+    QCheckBox* chkDeadlines;
+    QSpinBox* DeadlineDays;
     QPushButton* cmdRepair;
     QPushButton* cmdRecordMgr;
     QPushButton* cmdViewLog;

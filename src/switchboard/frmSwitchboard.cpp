@@ -1,4 +1,5 @@
 #include "switchboard/frmSwitchboard.h"
+#include "switchboard/DeadlinePanel.h"
 
 #include "app/AppSettings.h"
 #include "app/Notifier.h"
@@ -55,7 +56,7 @@ struct TabDesign {
     const char* tag;
     const char* toolTip;
 };
-constexpr std::array<TabDesign, 9> kTabs{{
+constexpr std::array<TabDesign, 10> kTabs{{
     {"New", "1079", "Create a new rebate record"},
     {"Unsent", "", "View rebates requests you have not yet mailed"},
     {"Pending", "1083", "View rebates which are not yet due payment"},
@@ -65,6 +66,7 @@ constexpr std::array<TabDesign, 9> kTabs{{
     {"Rejected", "", "View rebates which were rejected"},
     {"All", "1080", "View all rebates"},
     {"Statistics", "1084", "View statistics"},
+    {"Savings", "", "View savings by month and by state"},
 }};
 
 const QStringList kListIcons{QStringLiteral("New"),     QStringLiteral("Unsent"),
@@ -296,6 +298,7 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
     layout->addLayout(top);
     layout->addWidget(picSwitchboard);
     layout->addWidget(tbsSwitch, 1);
+    layout->addWidget(mDeadlines);
 
     Timer1 = new QTimer(this);
     Timer1->setObjectName(QStringLiteral("Timer1"));
@@ -776,6 +779,7 @@ void frmSwitchboard::AddAllListItems() {
     }
     if (rs)
         rs->Close();
+    mDeadlines->Refresh();
 }
 
 void frmSwitchboard::AddIcons(const QString& rebateID) {
@@ -832,7 +836,7 @@ void frmSwitchboard::UpdateIcons(const QString& rebateID) {
     AddIcons(rebateID);
     ListView* lv = GetCurrentLV();
     if (!lv)
-        return; // on the Statistics page the rows are rebuilt and the page stays
+        return; // on the Statistics and Savings pages the rows are rebuilt and the page stays
     if (lv == lvAll) {
         SelectRecordRow(lvAll, rebateID);
         return;
@@ -942,10 +946,13 @@ void frmSwitchboard::tbsSwitch_Click() {
         const Tab* tab = tbsSwitch->SelectedItem();
         const QString caption = tab ? tab->Caption() : QString();
 
-        if (caption == QLatin1String("Statistics")) {
+        if (caption == QLatin1String("Statistics") || caption == QLatin1String("Savings")) {
             DisableToolbarButtons();
             DisableListMenus();
-            UpdateStatistics();
+            if (caption == QLatin1String("Savings"))
+                UpdateSavings();
+            else
+                UpdateStatistics();
             if (print) {
                 print->SetEnabled(true);
                 print->SetToolTipText(QStringLiteral("Print statistics"));
@@ -1097,6 +1104,7 @@ bool frmSwitchboard::DeleteRebateRecord() {
         }
         // The rows come off after the walk, which must not lose its place.
         DeleteIconsOf(marked);
+        mDeadlines->Refresh();
     } catch (const VbError& e) {
         // What the store did mark is kept and leaves the lists, so that they show what it
         // holds; when even that can't be written, nothing is, and every row stays.
@@ -1113,6 +1121,7 @@ bool frmSwitchboard::DeleteRebateRecord() {
             }
         }
         DeleteIconsOf(marked);
+        mDeadlines->Refresh();
         if (busy)
             busy->Failed(QStringLiteral("Error deleting record(s)..."));
         LogError(e, kSource, QStringLiteral("DeleteRebateRecord()"));
@@ -1126,7 +1135,7 @@ void frmSwitchboard::EnableToolbarButtons() {
     ToolbarButton& remove = xToolbar->Buttons(QStringLiteral("Delete"));
     if (caption == QLatin1String("New")) {
         remove.SetEnabled(false);
-    } else if (caption != QLatin1String("Statistics")) {
+    } else if (caption != QLatin1String("Statistics") && caption != QLatin1String("Savings")) {
         ListView* lv = GetCurrentLV();
         remove.SetEnabled(lv && lv->ListItems().Count() >= 1);
     }

@@ -36,6 +36,12 @@ public:
         return sendMailResult;
     }
 
+    // Records the title; answers the next queued choice, else nothing (the user cancels).
+    QStringList GetOpenFileNames(const QString& title, QWidget*) override {
+        fileDialogs.append(title);
+        return fileChoices.isEmpty() ? QStringList() : fileChoices.takeFirst();
+    }
+
 private:
     void RunModalWindow(const Box& box, const std::function<void(const Box&)>& action);
 
@@ -66,6 +72,8 @@ public:
     QStringList inputs;
     QStringList inputPrompts;
     QStringList openedDocuments;
+    QList<QStringList> fileChoices;
+    QStringList fileDialogs;
     QStringList dialed;
     QList<int> dialResults;
     bool openDocumentResult = true;

@@ -20,6 +20,7 @@ public:
         return DialNoRequestRecipient;
     }
     bool SendMail(const QString&, const QString&, const QString&) override { return false; }
+    QStringList GetOpenFileNames(const QString&, QWidget*) override { return {}; }
 };
 } // namespace
 

@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <memory>
 
 class QPrinter;
@@ -63,6 +64,8 @@ public:
     // request, else one of the DialResult codes.
     virtual int Dial(const QString& number, const QString& appName, const QString& calledParty,
                      const QString& comment) = 0;
+    // The file dialog for picking existing files, several at once; empty when the user cancels.
+    virtual QStringList GetOpenFileNames(const QString& title, QWidget* parent) = 0;
 };
 
 // The answers of Desktop::Dial other than 0, as telephony has always numbered them.

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QLabel>
@@ -183,4 +184,8 @@ bool QtDesktop::SendMail(const QString& address, const QString& subject, const Q
                      QStringLiteral("&body=") + QString::fromLatin1(QUrl::toPercentEncoding(text)),
                  QUrl::StrictMode);
     return QDesktopServices::openUrl(url);
+}
+
+QStringList QtDesktop::GetOpenFileNames(const QString& title, QWidget* parent) {
+    return QFileDialog::getOpenFileNames(parent, title);
 }

@@ -21,6 +21,7 @@ public:
     int Dial(const QString& number, const QString& appName, const QString& calledParty,
              const QString& comment) override;
     bool SendMail(const QString& address, const QString& subject, const QString& body) override;
+    QStringList GetOpenFileNames(const QString& title, QWidget* parent) override;
 
     // The box MsgBox shows: the style's icon, buttons and default button; each line of the
     // prompt a line of its own (CR LF, CR or LF), a leading tab a modest indent that wrapped
