@@ -15,11 +15,12 @@ QList<DeadlineRow> ReadDeadlineRows(const QDate& until) {
     QList<DeadlineRow> rows;
     rows.reserve(rs->RecordCount());
     for (; !rs->IsEOF(); rs->MoveNext()) {
-        const QVariant exp = rs->Fields(3);
-        if (exp.metaType().id() != QMetaType::QDate || !exp.toDate().isValid())
+        // The columns of a chosen list come as stored: the date as its yyyy-mm-dd text.
+        const QDate exp = QDate::fromString(rs->Fields(3).toString(), Qt::ISODate);
+        if (!exp.isValid())
             continue;
-        rows.append({rs->Fields(0).toString(), rs->Fields(1).toString(), rs->Fields(2).toString(),
-                     exp.toDate()});
+        rows.append(
+            {rs->Fields(0).toString(), rs->Fields(1).toString(), rs->Fields(2).toString(), exp});
     }
     rs->Close();
     return rows;

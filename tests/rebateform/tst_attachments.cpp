@@ -5,6 +5,7 @@
 #include "data/Database.h"
 #include "data/Schema.h"
 #include "rebateform/AttachmentsBox.h"
+#include "rebateform/FieldEdit.h"
 #include "rebateform/RebateFields.h"
 #include "rebateform/frmRebate.h"
 
@@ -13,6 +14,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QTabWidget>
 #include <QTest>
@@ -39,9 +41,10 @@ QList<StoredFile> StoredFiles() {
     while (query.next()) {
         if (query.value(4).toLongLong() != query.value(2).toByteArray().size())
             qWarning("Size doesn't match the bytes of %s", qPrintable(query.value(1).toString()));
+        const QByteArray thumbnail = query.value(3).toByteArray();
         files.append({query.value(0).toString(), query.value(1).toString(),
                       query.value(2).toByteArray(),
-                      QImage::fromData(query.value(3).toByteArray()).size()});
+                      thumbnail.isEmpty() ? QSize() : QImage::fromData(thumbnail).size()});
     }
     return files;
 }
@@ -86,8 +89,8 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("listed");
         QTest::addColumn<QStringList>("boxes");
         QTest::newRow("a picture and a PDF at once")
-            << QStringList{"receipt.png", "form.pdf"}
-            << QStringList{"receipt.png (2 KB)", "form.pdf (34 bytes)"} << QStringList{};
+            << QStringList{"receipt.ppm", "form.pdf"}
+            << QStringList{"receipt.ppm (59 KB)", "form.pdf (34 bytes)"} << QStringList{};
         QTest::newRow("exactly 20 MB is taken")
             << QStringList{"limit.bin"} << QStringList{"limit.bin (20.0 MB)"} << QStringList{};
         QTest::newRow("over 20 MB is refused, the rest attached")
@@ -105,9 +108,12 @@ private Q_SLOTS:
         QFETCH(QStringList, listed);
         QFETCH(QStringList, boxes);
         const QString dir = mFixture->ProgramDir();
-        QImage picture(200, 100, QImage::Format_RGB32);
-        picture.fill(Qt::darkGreen);
-        QVERIFY(picture.save(dir + "receipt.png"));
+        // A scan as a plain pixel map: 200 by 100, a file of 60,015 bytes.
+        QFile picture(dir + "receipt.ppm");
+        QVERIFY(picture.open(QIODevice::WriteOnly));
+        picture.write("P6\n200 100\n255\n");
+        picture.write(QByteArray(200 * 100 * 3, '\x40'));
+        picture.close();
         QFile pdf(dir + "form.pdf");
         QVERIFY(pdf.open(QIODevice::WriteOnly) && pdf.write(kPdf) == kPdf.size());
         pdf.close();
@@ -136,7 +142,7 @@ private Q_SLOTS:
             QVERIFY(original.open(QIODevice::ReadOnly));
             QVERIFY(file.data == original.readAll());
             // Pictures get a thumbnail within 48 pixels, other files none.
-            QCOMPARE(file.thumbnail, file.fileName == "receipt.png" ? QSize(48, 24) : QSize());
+            QCOMPARE(file.thumbnail, file.fileName == "receipt.ppm" ? QSize(48, 24) : QSize());
         }
         // The newest file is the current row, ready to open.
         QCOMPARE(box->cmdOpen->isEnabled(), !listed.isEmpty());

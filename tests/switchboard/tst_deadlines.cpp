@@ -105,7 +105,9 @@ private Q_SLOTS:
         list->setCurrentItem(second);
         list->setFocus();
         if (doubleClick) {
+            // A double click as the window system delivers it: a click, then the second press.
             const QPoint at = list->visualItemRect(second).center();
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, at);
             QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, at);
         } else {
             QTest::keyClick(list, Qt::Key_Return);

@@ -18,8 +18,8 @@ namespace {
 // Each category of a chart as "category: value of each set".
 QStringList Bars(const QChartView* view) {
     QChart* chart = view->chart();
-    const auto* series = qobject_cast<QBarSeries*>(chart->series().value(0));
-    const auto* axis = qobject_cast<QBarCategoryAxis*>(chart->axes(Qt::Horizontal).value(0));
+    auto* series = qobject_cast<QBarSeries*>(chart->series().value(0));
+    auto* axis = qobject_cast<QBarCategoryAxis*>(chart->axes(Qt::Horizontal).value(0));
     if (!series || !axis)
         return {"no bars"};
     QStringList bars;
