@@ -4,14 +4,14 @@
 #include "data/Database.h"
 #include "data/Recordset.h"
 
-QList<DeadlineRow> ReadDeadlineRows(const QDate& until) {
+QList<DeadlineRow> ReadDeadlineRows(const QDate& from, const QDate& until) {
     if (!gDatabase)
         throw VbError(VbError::ObjectNotSet);
     auto rs = gDatabase->OpenRecordset(
         QStringLiteral("SELECT RebateID, RebateName, ProductName, ExpDate FROM Rebates WHERE "
                        "NOT (Deleted = True) AND DateSent IS NULL AND "
-                       "ExpDate <= ? ORDER BY ExpDate, RebateID"),
-        dbOpenSnapshot, {until.toString(Qt::ISODate)});
+                       "ExpDate >= ? AND ExpDate <= ? ORDER BY ExpDate, RebateID"),
+        dbOpenSnapshot, {from.toString(Qt::ISODate), until.toString(Qt::ISODate)});
     QList<DeadlineRow> rows;
     rows.reserve(rs->RecordCount());
     for (; !rs->IsEOF(); rs->MoveNext()) {

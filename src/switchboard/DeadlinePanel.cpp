@@ -32,9 +32,7 @@ DeadlinePanel::DeadlinePanel(QWidget* parent)
     lvDeadlines->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     lvDeadlines->header()->setSectionResizeMode(1, QHeaderView::Stretch);
     lvDeadlines->setToolTip(QStringLiteral("Double-click a rebate or press Enter to open it"));
-    const int rowHeight = lvDeadlines->fontMetrics().height() + 6;
-    lvDeadlines->setMaximumHeight(lvDeadlines->header()->sizeHint().height() +
-                                  rowHeight * kVisibleRows + 4);
+    lvDeadlines->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     connect(lvDeadlines, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem* item) {
         if (item)
             Q_EMIT OpenRequested(item->data(0, Qt::UserRole).toString());
@@ -66,7 +64,7 @@ void DeadlinePanel::Refresh() {
     const QDate today = Date();
     QList<DeadlineRow> rows;
     try {
-        rows = ReadDeadlineRows(today.addDays(days));
+        rows = ReadDeadlineRows(today.addDays(-kLateDays), today.addDays(days));
     } catch (const VbError& e) {
         LogError(e, QStringLiteral("frmSwitchboard"), QStringLiteral("DeadlinePanel::Refresh()"));
     }
@@ -83,8 +81,14 @@ void DeadlinePanel::Refresh() {
         items.append(item);
     }
     lvDeadlines->addTopLevelItems(items);
-    if (!items.isEmpty())
+    if (!items.isEmpty()) {
         lvDeadlines->setCurrentItem(items.first());
+        // As high as its rows, up to a few; the lists above keep the room.
+        const int rows = std::min(static_cast<int>(items.size()), kVisibleRows);
+        lvDeadlines->setFixedHeight(lvDeadlines->header()->sizeHint().height() +
+                                    lvDeadlines->sizeHintForRow(0) * rows +
+                                    2 * lvDeadlines->frameWidth());
+    }
     lvDeadlines->setVisible(!items.isEmpty());
     const QString within =
         days == 1 ? QStringLiteral("1 day") : QStringLiteral("%1 days").arg(days);

@@ -47,7 +47,8 @@ void ShowBars(QChart* chart, const QStringList& categories, const QList<QBarSet*
     series->attachAxis(x);
     auto* y = new QValueAxis;
     y->setLabelFormat(QStringLiteral("$%.0f"));
-    y->setRange(0, top > 0 ? top * 1.1 : 1);
+    y->setRange(0, top > 0 ? top : 1);
+    y->applyNiceNumbers();
     chart->addAxis(y, Qt::AlignLeft);
     series->attachAxis(y);
 }

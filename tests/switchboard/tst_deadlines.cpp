@@ -65,6 +65,9 @@ private Q_SLOTS:
         QTest::newRow("sent, deleted or without a date: not shown")
             << QList<RebateRow>{sent, deleted, noDate, ExpiresIn("g", 2)} << QString()
             << QStringList{"2 days | Claim g | 11/25/2026"};
+        QTest::newRow("more than 30 days late: given up")
+            << QList<RebateRow>{ExpiresIn("a", -31), ExpiresIn("b", -30)} << QString()
+            << QStringList{"30 days late | Claim b | 10/24/2026"};
         QTest::newRow("the days from the options")
             << QList<RebateRow>{ExpiresIn("a", 3), ExpiresIn("b", 4)} << "3"
             << QStringList{"3 days | Claim a | 11/26/2026"};
