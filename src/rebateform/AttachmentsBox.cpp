@@ -179,8 +179,9 @@ void AttachmentsBox::cmdOpen_Click() {
     try {
         const QByteArray data =
             AttachmentQueries::ReadAttachmentData(item->data(Qt::UserRole).toLongLong());
-        // A folder of its own keeps the file's name, by which the desktop picks the program.
-        QTemporaryDir folder(TempPath() + QStringLiteral("/~vaXXXXXX"));
+        // A folder of its own keeps the file's name, by which the desktop picks the program;
+        // the Switchboard's unload removes the folders.
+        QTemporaryDir folder(TempPath() + QStringLiteral("/~vaatXXXXXX"));
         folder.setAutoRemove(false);
         QString safeName = QFileInfo(name).fileName();
         if (safeName.isEmpty() || safeName == QLatin1String("..") || safeName == QLatin1String("."))

@@ -29,6 +29,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QDir>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QIcon>
@@ -284,6 +285,8 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
         tbsSwitch->AddPage(mPages[i]);
         mPages[i]->hide();
     }
+    // picLVBack_9 names the statistics sheet inside picLVBack(8).
+    mPages[9]->setObjectName(QStringLiteral("picSavings"));
     BuildLists();
     BuildStatisticsAndFind();
 
@@ -773,13 +776,15 @@ void frmSwitchboard::AddAllListItems() {
                                      : QString())),
                     kSource, QStringLiteral("AddAllListItems()"));
         }
+        // A store the lists can't read has been reported once: the panel waits for the next
+        // load.
+        mDeadlines->Refresh();
     } catch (const VbError& e) {
         busy.Failed(QStringLiteral("Error loading records..."));
         LogError(e, kSource, QStringLiteral("AddAllListItems()"));
     }
     if (rs)
         rs->Close();
-    mDeadlines->Refresh();
 }
 
 void frmSwitchboard::AddIcons(const QString& rebateID) {
@@ -1505,6 +1510,11 @@ void frmSwitchboard::Form_Unload() {
     } catch (const VbError&) {
         // A report file still open elsewhere stays; the next exit tries again.
     }
+    // The copies of attachments opened with the desktop, each in a folder of its own.
+    const QDir temp(TempPath());
+    for (const QString& folder :
+         temp.entryList({QStringLiteral("~vaat*")}, QDir::Dirs | QDir::NoDotAndDotDot))
+        QDir(temp.filePath(folder)).removeRecursively();
 }
 
 void frmSwitchboard::closeEvent(QCloseEvent* event) {

@@ -58,7 +58,7 @@ public:
     void SelectTabOf(ListView* lv);
     // The Statistics page inside picLVBack(8).
     StatisticsPage* Statistics() const { return mStatistics; }
-    // The Savings page inside picLVBack(9).
+    // The Savings page inside picLVBack(9), the widget named "picSavings".
     SavingsPage* Savings() const { return mSavings; }
     // The postmark deadline panel under the lists.
     DeadlinePanel* Deadlines() const { return mDeadlines; }
