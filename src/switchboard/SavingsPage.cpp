@@ -11,6 +11,8 @@
 #include <QBarSet>
 #include <QChart>
 #include <QChartView>
+#include <QHBoxLayout>
+#include <QHorizontalBarSeries>
 #include <QLabel>
 #include <QVBoxLayout>
 #include <QValueAxis>
@@ -21,19 +23,23 @@ QChartView* NewChartView(const char* name, const QString& title) {
     chart->setTitle(title);
     chart->setAnimationOptions(QChart::NoAnimation);
     chart->legend()->setAlignment(Qt::AlignBottom);
+    chart->setMargins(QMargins(4, 4, 4, 4));
     auto* view = new QChartView(chart);
     view->setObjectName(QLatin1String(name));
     view->setRenderHint(QPainter::Antialiasing);
-    view->setMinimumHeight(160);
+    view->setMinimumSize(200, 160);
     return view;
 }
 
-// Replaces the chart's series and axes with bars of the sets over the categories.
-void ShowBars(QChart* chart, const QStringList& categories, const QList<QBarSet*>& sets) {
+// Replaces the chart's series and axes with bars of the sets over the categories, standing or
+// (with the categories down the left) lying.
+void ShowBars(QChart* chart, const QStringList& categories, const QList<QBarSet*>& sets,
+              bool lying) {
     chart->removeAllSeries();
     for (QAbstractAxis* axis : chart->axes())
         chart->removeAxis(axis);
-    auto* series = new QBarSeries;
+    QAbstractBarSeries* series =
+        lying ? static_cast<QAbstractBarSeries*>(new QHorizontalBarSeries) : new QBarSeries;
     double top = 0;
     for (QBarSet* set : sets) {
         series->append(set);
@@ -43,13 +49,13 @@ void ShowBars(QChart* chart, const QStringList& categories, const QList<QBarSet*
     chart->addSeries(series);
     auto* x = new QBarCategoryAxis;
     x->append(categories);
-    chart->addAxis(x, Qt::AlignBottom);
+    chart->addAxis(x, lying ? Qt::AlignLeft : Qt::AlignBottom);
     series->attachAxis(x);
     auto* y = new QValueAxis;
     y->setLabelFormat(QStringLiteral("$%.0f"));
     y->setRange(0, top > 0 ? top : 1);
     y->applyNiceNumbers();
-    chart->addAxis(y, Qt::AlignLeft);
+    chart->addAxis(y, lying ? Qt::AlignBottom : Qt::AlignLeft);
     series->attachAxis(y);
 }
 } // namespace
@@ -59,11 +65,13 @@ SavingsPage::SavingsPage(QWidget* parent)
       chtMonths(NewChartView("chtMonths", QStringLiteral("Received and Outstanding by Month"))),
       chtStates(NewChartView("chtStates", QStringLiteral("Rebates by State"))) {
     lblSavingsTotals->setObjectName(QStringLiteral("lblSavingsTotals"));
+    auto* charts = new QHBoxLayout;
+    charts->addWidget(chtMonths, 3);
+    charts->addWidget(chtStates, 2);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->addWidget(lblSavingsTotals);
-    layout->addWidget(chtMonths, 3);
-    layout->addWidget(chtStates, 2);
+    layout->addLayout(charts, 1);
 }
 
 void SavingsPage::UpdateSavings() {
@@ -90,14 +98,16 @@ void SavingsPage::UpdateSavings() {
         received->append(month.received.ToDouble());
         outstanding->append(month.outstanding.ToDouble());
     }
-    ShowBars(chtMonths->chart(), months, {received, outstanding});
+    ShowBars(chtMonths->chart(), months, {received, outstanding}, false);
 
     QStringList states;
     auto* amount = new QBarSet(QStringLiteral("Amount"));
     amount->setColor(QColor(0x1F, 0x3A, 0x5F));
-    for (const SavingsState& state : figures.states) {
-        states.append(QStringLiteral("%1 (%2)").arg(state.state).arg(state.count));
-        amount->append(state.amount.ToDouble());
+    // Lying bars stand from the bottom up: the last state goes first, so that they read in the
+    // order of the tabs from the top.
+    for (auto it = figures.states.crbegin(); it != figures.states.crend(); ++it) {
+        states.append(QStringLiteral("%1 (%2)").arg(it->state).arg(it->count));
+        amount->append(it->amount.ToDouble());
     }
-    ShowBars(chtStates->chart(), states, {amount});
+    ShowBars(chtStates->chart(), states, {amount}, true);
 }

@@ -2,7 +2,6 @@
 
 #include <QWidget>
 
-class QBarSeries;
 class QChartView;
 class QLabel;
 
@@ -19,5 +18,5 @@ public:
 
     QLabel* lblSavingsTotals;
     QChartView* chtMonths; // bar sets "Received" and "Outstanding" over the months
-    QChartView* chtStates; // one bar set "Amount" over the states
+    QChartView* chtStates; // one bar set "Amount" over the states, the bars lying
 };
