@@ -77,3 +77,9 @@ int ReadCount(const SettingSpec& setting) {
     const int count = ReadSetting(setting).trimmed().toInt(&ok);
     return ok && count >= 1 && count <= 999 ? count : DefaultOf(setting).toInt();
 }
+
+int ReadDays(const SettingSpec& setting) {
+    bool ok = false;
+    const int days = ReadSetting(setting).toInt(&ok);
+    return ok && days >= 0 && days <= kMaxDays ? days : DefaultOf(setting).toInt();
+}

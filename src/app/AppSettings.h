@@ -15,6 +15,7 @@ enum class SettingType {
     ListView,    // a list's view, 0 to 3
     ToolbarSize, // "Large" or "Small"
     Count,       // a whole number from 1 to 999
+    Days,        // a whole number of days, 0 to kMaxDays
 };
 
 struct SettingSpec {
@@ -31,6 +32,9 @@ inline constexpr SettingSpec Alarm{"Options", "chkAlarm", SettingType::Flag, "1"
 inline constexpr SettingSpec ErrorLogging{"Options", "chkErrorLogging", SettingType::Flag, "1"};
 inline constexpr SettingSpec Postage{"Options", "Postage", SettingType::Money, ".32"};
 inline constexpr SettingSpec BackupsKept{"Options", "BackupsKept", SettingType::Count, "10"};
+// The Switchboard's panel of unsent claims near their postmark deadline, and how near.
+inline constexpr SettingSpec Deadlines{"Options", "chkDeadlines", SettingType::Flag, "1"};
+inline constexpr SettingSpec DeadlineDays{"Options", "DeadlineDays", SettingType::Days, "7"};
 
 inline constexpr SettingSpec MainLeft{"Settings", "MainLeft", SettingType::Twips, nullptr};
 inline constexpr SettingSpec MainTop{"Settings", "MainTop", SettingType::Twips, nullptr};
@@ -73,3 +77,5 @@ Currency ReadMoney(const SettingSpec& setting);
 std::optional<double> ReadTwips(const SettingSpec& setting);
 int ReadListView(const SettingSpec& setting);
 int ReadCount(const SettingSpec& setting);
+inline constexpr int kMaxDays = 365;
+int ReadDays(const SettingSpec& setting);

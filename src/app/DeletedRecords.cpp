@@ -5,10 +5,12 @@
 #include "common/core/Regional.h"
 #include "common/core/VbError.h"
 #include "common/core/modUtilities.h"
+#include "data/AttachmentQueries.h"
 #include "data/Database.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
+#include <vector>
 
 namespace {
 const QString kDeletedRows =
@@ -37,24 +39,39 @@ Database& Db() {
     return *gDatabase;
 }
 
-int ChangeRows(const QStringList& rebateIDs, const QString& statement) {
+// Runs the statements for each key, in order, in one transaction; each statement takes the key
+// for every ? it holds. Returns the rows the last statement changed.
+int ChangeRows(const QStringList& rebateIDs, const QStringList& statements) {
     Database& db = Db();
-    QSqlQuery query(db.Connection());
-    if (!query.prepare(statement))
-        throw VbError(dbError::QueryError, query.lastError().text());
+    std::vector<QSqlQuery> queries;
+    std::vector<qsizetype> placeholders;
+    for (const QString& statement : statements) {
+        placeholders.push_back(statement.count(QLatin1Char('?')));
+        QSqlQuery& query = queries.emplace_back(db.Connection());
+        if (!query.prepare(statement))
+            throw VbError(dbError::QueryError, query.lastError().text());
+    }
+    const auto finish = [&queries] {
+        for (QSqlQuery& query : queries)
+            query.finish();
+    };
     int changed = 0;
     db.BeginTrans();
     try {
         for (const QString& id : rebateIDs) {
-            query.bindValue(0, id);
-            if (!query.exec())
-                throw VbError(dbError::QueryError, query.lastError().text());
-            changed += query.numRowsAffected();
+            for (size_t q = 0; q < queries.size(); ++q) {
+                QSqlQuery& query = queries[q];
+                for (int i = 0; i < placeholders[q]; ++i)
+                    query.bindValue(i, id);
+                if (!query.exec())
+                    throw VbError(dbError::QueryError, query.lastError().text());
+            }
+            changed += queries.back().numRowsAffected();
         }
-        query.finish();
+        finish();
         db.CommitTrans();
     } catch (...) {
-        query.finish();
+        finish();
         try {
             db.Rollback();
         } catch (const VbError&) {
@@ -91,13 +108,15 @@ bool AnyDeletedRecords() {
 }
 
 int RecoverDeletedRecords(const QStringList& rebateIDs) {
-    return ChangeRows(rebateIDs, QStringLiteral("UPDATE Rebates SET Deleted = False WHERE "
-                                                "RebateID = ? AND Deleted = True"));
+    return ChangeRows(rebateIDs, {QStringLiteral("UPDATE Rebates SET Deleted = False WHERE "
+                                                 "RebateID = ? AND Deleted = True")});
 }
 
 int PurgeDeletedRecords(const QStringList& rebateIDs) {
     if (!rebateIDs.isEmpty())
         Backups::MakeBackup();
-    return ChangeRows(rebateIDs,
-                      QStringLiteral("DELETE FROM Rebates WHERE RebateID = ? AND Deleted = True"));
+    // A purged rebate's attachments go with it, in the same transaction.
+    return ChangeRows(
+        rebateIDs, {AttachmentQueries::PurgeStatement(),
+                    QStringLiteral("DELETE FROM Rebates WHERE RebateID = ? AND Deleted = True")});
 }

@@ -24,6 +24,8 @@ Q_SIGNALS:
     // gDatabase was closed and opened again (compaction, restore); recordsets held before are
     // stale.
     void DatabaseReopened();
+    // The options were saved; whoever shows something by them reads them anew.
+    void OptionsChanged();
 
 private:
     Notifier() = default;

@@ -84,6 +84,18 @@ void Sum(Currency& total, Currency value, bool assign) {
 
 } // namespace
 
+Currency clsRebateStats::Money(const QVariant& value) {
+    return MoneyOf(value);
+}
+
+bool clsRebateStats::IsReceived(const QVariant& amountReceived) {
+    return Compare(amountReceived, true) == Tri::True;
+}
+
+bool clsRebateStats::IsOutstanding(const QVariant& amountReceived, const QVariant& rejected) {
+    return And(Compare(amountReceived, false), Not(IsTrue(rejected))) == Tri::True;
+}
+
 bool clsRebateStats::GetStats() {
     return GetStatistics();
 }
@@ -130,11 +142,11 @@ bool clsRebateStats::GetStatistics() {
             } else if (Not(Compare(received, true)) == Tri::True) {
                 CountOne(miCountPending, first);
             }
-            if (Compare(received, true) == Tri::True)
+            if (IsReceived(received))
                 CountOne(miCountReceived, first);
             if (Compare(rs->Fields(followupPostage), true) == Tri::True)
                 CountOne(miCountFollowups, first);
-            if (And(Compare(received, false), Not(IsTrue(isRejected))) == Tri::True)
+            if (IsOutstanding(received, isRejected))
                 Sum(mcTotalOutstanding, MoneyOf(rs->Fields(rebateAmount)), first);
             rs->MoveNext();
         }

@@ -2,6 +2,7 @@
 
 #include "common/core/Currency.h"
 
+#include <QVariant>
 #include <cstdint>
 
 // Twelve figures over all undeleted rebates, worked out in one walk of the table. Create a
@@ -26,6 +27,12 @@ public:
     Currency TotalReceived() const { return mcTotalReceived; }
     Currency TotalRejected() const { return mcTotalRejected; }
     Currency TotalSpent() const { return mcTotalSpent; }
+
+    // The rules the figures follow, for whoever shows them another way: a value as money (Null
+    // or unreadable is 0), and whether a row's amount counts as received or as outstanding.
+    static Currency Money(const QVariant& value);
+    static bool IsReceived(const QVariant& amountReceived);
+    static bool IsOutstanding(const QVariant& amountReceived, const QVariant& rejected);
 
 private:
     bool GetStatistics();

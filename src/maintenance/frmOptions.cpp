@@ -66,6 +66,11 @@ frmOptions::frmOptions(QWidget* parent)
                             "chkErrorLogging")),
       Postage(Named(new QLineEdit, "Postage")),
       spnBackupsKept(Named(new QSpinBox, "spnBackupsKept")),
+      chkDeadlines(
+          Named(new QCheckBox(QStringLiteral(
+                    "Show unsent rebates near their &postmark deadline on the Switchboard.")),
+                "chkDeadlines")),
+      DeadlineDays(Named(new QSpinBox, "DeadlineDays")),
       cmdRepair(Named(new QPushButton(QStringLiteral("Compact/Repair Database...")), "cmdRepair")),
       cmdRecordMgr(Named(new QPushButton(QStringLiteral("&Deleted Records...")), "cmdRecordMgr")),
       cmdViewLog(Named(new QPushButton(QStringLiteral("&View Error Log...")), "cmdViewLog")),
@@ -87,6 +92,20 @@ frmOptions::frmOptions(QWidget* parent)
                              Picture("imgTip", QStringLiteral("Tip")), {chkTips}));
     startup->addWidget(Frame("fraAlarms", QStringLiteral("Alarms"),
                              Picture("imgAlarm", QStringLiteral("Overdue")), {chkAlarm}));
+    auto* daysRow = new QWidget;
+    auto* daysLayout = new QHBoxLayout(daysRow);
+    daysLayout->setContentsMargins(0, 0, 0, 0);
+    auto* lblDeadlineDays =
+        Named(new QLabel(QStringLiteral("Days &before the deadline:")), "lblDeadlineDays");
+    lblDeadlineDays->setBuddy(DeadlineDays);
+    DeadlineDays->setRange(0, kMaxDays);
+    daysLayout->addWidget(lblDeadlineDays);
+    daysLayout->addWidget(DeadlineDays);
+    daysLayout->addStretch(1);
+    connect(chkDeadlines, &QCheckBox::toggled, DeadlineDays, &QWidget::setEnabled);
+    startup->addWidget(Frame("fraDeadlines", QStringLiteral("Postmark Deadlines"),
+                             Picture("imgDeadlines", QStringLiteral("Unsent")),
+                             {chkDeadlines, daysRow}));
     startup->addStretch(1);
 
     picOptions[1] = Named(new QWidget, "picOptions_1");
@@ -159,8 +178,9 @@ frmOptions::frmOptions(QWidget* parent)
     setMinimumSize(480, 520);
 
     connect(tbsTabs, &TabStrip::Click, this, &frmOptions::tbsTabs_Click);
-    for (QCheckBox* box : {chkSound, chkTips, chkAlarm, chkErrorLogging})
+    for (QCheckBox* box : {chkSound, chkTips, chkAlarm, chkErrorLogging, chkDeadlines})
         connect(box, &QCheckBox::toggled, this, &frmOptions::Changed);
+    connect(DeadlineDays, &QSpinBox::valueChanged, this, &frmOptions::Changed);
     connect(Postage, &QLineEdit::textChanged, this, &frmOptions::Changed);
     connect(spnBackupsKept, &QSpinBox::valueChanged, this, &frmOptions::Changed);
     connect(cmdOK, &QPushButton::clicked, this, &frmOptions::cmdOK_Click);
@@ -190,9 +210,12 @@ void frmOptions::LoadData() {
         {chkSound, &Setting::Sound},
         {chkTips, &Setting::Tips},
         {chkAlarm, &Setting::Alarm},
-        {chkErrorLogging, &Setting::ErrorLogging}};
+        {chkErrorLogging, &Setting::ErrorLogging},
+        {chkDeadlines, &Setting::Deadlines}};
     for (const auto& [box, setting] : boxes)
         box->setChecked(ReadFlag(*setting));
+    DeadlineDays->setValue(ReadDays(Setting::DeadlineDays));
+    DeadlineDays->setEnabled(chkDeadlines->isChecked());
     cmdApply->setEnabled(false);
 }
 
@@ -206,9 +229,12 @@ void frmOptions::SaveData() {
             {chkTips, &Setting::Tips},
             {chkErrorLogging, &Setting::ErrorLogging},
             {chkAlarm, &Setting::Alarm},
-            {chkSound, &Setting::Sound}};
+            {chkSound, &Setting::Sound},
+            {chkDeadlines, &Setting::Deadlines}};
         for (const auto& [box, setting] : boxes)
             WriteSetting(*setting, box->isChecked() ? QStringLiteral("1") : QStringLiteral("0"));
+        WriteSetting(Setting::DeadlineDays, QString::number(DeadlineDays->value()));
+        Q_EMIT Notifier::Instance().OptionsChanged();
     } catch (const VbError& error) {
         busy.Failed(QStringLiteral("Saving..."));
         LogError(error, objectName(), QStringLiteral("SaveData()"),

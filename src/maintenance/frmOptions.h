@@ -6,9 +6,10 @@ class QCheckBox;
 class QLineEdit;
 class QSpinBox;
 class QPushButton;
+class QSpinBox;
 class TabStrip;
 
-// The six options and the maintenance commands: compact and repair, the deleted record
+// The options and the maintenance commands: compact and repair, the deleted record
 // manager and the error log. Each opening loads the settings anew.
 class frmOptions : public QDialog {
     Q_OBJECT
@@ -37,6 +38,8 @@ public:
     QCheckBox* chkErrorLogging;
     QLineEdit* Postage;
     QSpinBox* spnBackupsKept;
+    QCheckBox* chkDeadlines;
+    QSpinBox* DeadlineDays;
     QPushButton* cmdRepair;
     QPushButton* cmdRecordMgr;
     QPushButton* cmdViewLog;

@@ -19,6 +19,7 @@
 #include "common/ui/ReportHooks.h"
 #include "common/ui/Toolbar.h"
 #include "data/RebateQueries.h"
+#include "rebateform/AttachmentsBox.h"
 #include "rebateform/FieldEdit.h"
 #include "rebateform/FieldHelpers.h"
 #include "rebateform/RebateFields.h"
@@ -33,6 +34,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -533,10 +535,11 @@ QWidget* frmRebate::BuildFollowupPage() {
          {RebateField::FollowupDate, RebateField::FollowupPostage, RebateField::ReasonRejected})
         mLabels.key(index)->setMinimumWidth(labelWidth);
 
+    fraAttachments = new AttachmentsBox;
     auto* layout = new QVBoxLayout(page);
     layout->addWidget(Frame4);
     layout->addWidget(fraRejected);
-    layout->addStretch(1);
+    layout->addWidget(fraAttachments, 1);
     return page;
 }
 
@@ -647,6 +650,10 @@ void frmRebate::BuildPages() {
                                    txtFields(RebateField::FollowupPostage),
                                    chkFields(RebateCheck::Rejected),
                                    txtFields(RebateField::ReasonRejected),
+                                   fraAttachments->lstAttachments,
+                                   fraAttachments->cmdAttach,
+                                   fraAttachments->cmdOpen,
+                                   fraAttachments->cmdRemove,
                                    cmdDelete,
                                    cmdOK,
                                    cmdCancel};
@@ -696,6 +703,7 @@ void frmRebate::Form_Load() {
     }
     cmdCancel->setEnabled(true);
     DisableSave();
+    fraAttachments->SetRebateID(RebateID());
 }
 
 // Fills the controls in index order; each fill runs the field's change rules, which is why
@@ -1362,6 +1370,8 @@ void frmRebate::mnuSaveRecord_Click() {
             DoEvents();
             gbRecordSaved = true;
             gsSavedRebateID = txtFields(RebateField::RebateID)->text();
+            if (fraAttachments->RebateID() != gsSavedRebateID)
+                fraAttachments->SetRebateID(gsSavedRebateID);
         }
     } catch (const VbError& e) {
         busy.Done();

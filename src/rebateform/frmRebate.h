@@ -7,6 +7,7 @@
 #include <QWidget>
 #include <memory>
 
+class AttachmentsBox;
 class FieldEdit;
 class QAction;
 class QCheckBox;
@@ -17,7 +18,8 @@ class QPushButton;
 class QTabWidget;
 class clsRebate;
 
-// The rebate form: one record on three pages (Product Info, Rebate Info, Followup Info),
+// The rebate form: one record on three pages (Product Info, Rebate Info, Followup Info with
+// the attached files),
 // created, changed, deleted and saved through its clsRebate. A child window of frmMDI with
 // menus of its own, loaded by the Switchboard after it has set gbNewRecord.
 class frmRebate : public QWidget, public MdiChild, public RecordForm {
@@ -164,6 +166,7 @@ private:
     QMap<QLabel*, int> mLabels;
 
     QTabWidget* tbsTabs = nullptr;
+    AttachmentsBox* fraAttachments = nullptr;
     QLabel* lblStatus = nullptr;
     QPushButton* cmdOK = nullptr;
     QPushButton* cmdCancel = nullptr;

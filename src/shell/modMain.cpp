@@ -10,6 +10,7 @@
 #include "common/core/modUtilities.h"
 #include "common/ui/Forms.h"
 #include "data/Database.h"
+#include "data/Schema.h"
 #include "maintenance/Maintenance.h"
 #include "shell/frmMDI.h"
 #include "shell/frmSplash.h"
@@ -122,6 +123,8 @@ std::unique_ptr<Database> OpenProgramStore(const QString& path) {
     if (const QString damage = db->CheckIntegrity(); !damage.isEmpty())
         throw VbError(dbError::NotADatabase, damage);
     db->OpenRecordset(QStringLiteral("select * from Rebates where 0 = 1"), dbOpenSnapshot);
+    if (!db->IsReadOnly())
+        AddMissingTables(*db);
     return db;
 }
 

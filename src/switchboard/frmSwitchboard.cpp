@@ -1,4 +1,5 @@
 #include "switchboard/frmSwitchboard.h"
+#include "switchboard/DeadlinePanel.h"
 
 #include "app/AppSettings.h"
 #include "app/Notifier.h"
@@ -28,6 +29,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QDir>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QIcon>
@@ -55,7 +57,7 @@ struct TabDesign {
     const char* tag;
     const char* toolTip;
 };
-constexpr std::array<TabDesign, 9> kTabs{{
+constexpr std::array<TabDesign, 10> kTabs{{
     {"New", "1079", "Create a new rebate record"},
     {"Unsent", "", "View rebates requests you have not yet mailed"},
     {"Pending", "1083", "View rebates which are not yet due payment"},
@@ -65,6 +67,7 @@ constexpr std::array<TabDesign, 9> kTabs{{
     {"Rejected", "", "View rebates which were rejected"},
     {"All", "1080", "View all rebates"},
     {"Statistics", "1084", "View statistics"},
+    {"Savings", "", "View savings by month and by state"},
 }};
 
 const QStringList kListIcons{QStringLiteral("New"),     QStringLiteral("Unsent"),
@@ -283,6 +286,8 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
         tbsSwitch->AddPage(mPages[i]);
         mPages[i]->hide();
     }
+    // picLVBack_9 names the statistics sheet inside picLVBack(8).
+    mPages[9]->setObjectName(QStringLiteral("picSavings"));
     BuildLists();
     BuildStatisticsAndFind();
 
@@ -297,6 +302,7 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
     layout->addLayout(top);
     layout->addWidget(picSwitchboard);
     layout->addWidget(tbsSwitch, 1);
+    layout->addWidget(mDeadlines);
 
     Timer1 = new QTimer(this);
     Timer1->setObjectName(QStringLiteral("Timer1"));
@@ -782,6 +788,9 @@ void frmSwitchboard::AddAllListItems() {
                                      : QString())),
                     kSource, QStringLiteral("AddAllListItems()"));
         }
+        // A store the lists can't read has been reported once: the panel waits for the next
+        // load.
+        mDeadlines->Refresh();
     } catch (const VbError& e) {
         busy.Failed(QStringLiteral("Error loading records..."));
         LogError(e, kSource, QStringLiteral("AddAllListItems()"));
@@ -844,7 +853,7 @@ void frmSwitchboard::UpdateIcons(const QString& rebateID) {
     AddIcons(rebateID);
     ListView* lv = GetCurrentLV();
     if (!lv)
-        return; // on the Statistics page the rows are rebuilt and the page stays
+        return; // on the Statistics and Savings pages the rows are rebuilt and the page stays
     if (lv == lvAll) {
         SelectRecordRow(lvAll, rebateID);
         return;
@@ -954,10 +963,13 @@ void frmSwitchboard::tbsSwitch_Click() {
         const Tab* tab = tbsSwitch->SelectedItem();
         const QString caption = tab ? tab->Caption() : QString();
 
-        if (caption == QLatin1String("Statistics")) {
+        if (caption == QLatin1String("Statistics") || caption == QLatin1String("Savings")) {
             DisableToolbarButtons();
             DisableListMenus();
-            UpdateStatistics();
+            if (caption == QLatin1String("Savings"))
+                UpdateSavings();
+            else
+                UpdateStatistics();
             if (print) {
                 print->SetEnabled(true);
                 print->SetToolTipText(QStringLiteral("Print statistics"));
@@ -1109,6 +1121,7 @@ bool frmSwitchboard::DeleteRebateRecord() {
         }
         // The rows come off after the walk, which must not lose its place.
         DeleteIconsOf(marked);
+        mDeadlines->Refresh();
     } catch (const VbError& e) {
         // What the store did mark is kept and leaves the lists, so that they show what it
         // holds; when even that can't be written, nothing is, and every row stays.
@@ -1125,6 +1138,7 @@ bool frmSwitchboard::DeleteRebateRecord() {
             }
         }
         DeleteIconsOf(marked);
+        mDeadlines->Refresh();
         if (busy)
             busy->Failed(QStringLiteral("Error deleting record(s)..."));
         LogError(e, kSource, QStringLiteral("DeleteRebateRecord()"));
@@ -1138,7 +1152,7 @@ void frmSwitchboard::EnableToolbarButtons() {
     ToolbarButton& remove = xToolbar->Buttons(QStringLiteral("Delete"));
     if (caption == QLatin1String("New")) {
         remove.SetEnabled(false);
-    } else if (caption != QLatin1String("Statistics")) {
+    } else if (caption != QLatin1String("Statistics") && caption != QLatin1String("Savings")) {
         ListView* lv = GetCurrentLV();
         remove.SetEnabled(lv && lv->ListItems().Count() >= 1);
     }
@@ -1511,6 +1525,11 @@ void frmSwitchboard::Form_Unload() {
     } catch (const VbError&) {
         // A report file still open elsewhere stays; the next exit tries again.
     }
+    // The copies of attachments opened with the desktop, each in a folder of its own.
+    const QDir temp(TempPath());
+    for (const QString& folder :
+         temp.entryList({QStringLiteral("~vaat*")}, QDir::Dirs | QDir::NoDotAndDotDot))
+        QDir(temp.filePath(folder)).removeRecursively();
 }
 
 void frmSwitchboard::closeEvent(QCloseEvent* event) {

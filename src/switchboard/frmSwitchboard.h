@@ -8,6 +8,7 @@
 #include <QWidget>
 #include <array>
 
+class DeadlinePanel;
 class ListItem;
 class ListView;
 class QAction;
@@ -15,14 +16,16 @@ class QLabel;
 class QMenu;
 class QTimer;
 class Recordset;
+class SavingsPage;
 class StatisticsPage;
 class TabStrip;
 class Toolbar;
 struct RebateRowTexts;
 
-// The Switchboard: the window of status lists. A tab strip of nine pages (creating a rebate,
-// seven lists of rebates by status, the statistics), its own toolbar and the menus it brings to
-// the main window. Every list row carries its record's RebateID in a hidden fourth column.
+// The Switchboard: the window of status lists. A tab strip of ten pages (creating a rebate,
+// seven lists of rebates by status, the statistics, the savings chart), its own toolbar and the
+// menus it brings to the main window. Every list row carries its record's RebateID in a hidden
+// fourth column.
 class frmSwitchboard : public QWidget, public MdiChild {
     Q_OBJECT
 public:
@@ -42,7 +45,7 @@ public:
     bool CanPrint() const override { return true; }
     void Print() override;
 
-    // The list of the selected tab; nullptr on the Statistics page.
+    // The list of the selected tab; nullptr on the Statistics and Savings pages.
     ListView* GetCurrentLV() const;
     // The page of tab n is picLVBack(n - 1).
     QWidget* picLVBack(int index) const { return mPages.at(static_cast<size_t>(index)); }
@@ -55,6 +58,10 @@ public:
     void SelectTabOf(ListView* lv);
     // The Statistics page inside picLVBack(8).
     StatisticsPage* Statistics() const { return mStatistics; }
+    // The Savings page inside picLVBack(9), the widget named "picSavings".
+    SavingsPage* Savings() const { return mSavings; }
+    // The postmark deadline panel under the lists.
+    DeadlinePanel* Deadlines() const { return mDeadlines; }
 
     // The controls, named as the program names them.
     QLabel* picSwitchboard;
@@ -145,6 +152,11 @@ public Q_SLOTS:
     void Form_Resize();
     // Fills the Statistics page anew.
     void UpdateStatistics();
+    // Draws the Savings page anew.
+    void UpdateSavings();
+    // Opens the claim of the deadline panel: the All list selects its row, and the rebate form
+    // opens it.
+    void OpenDeadline(const QString& rebateID);
 
     // The commands.
     bool DeleteRebateRecord();
@@ -244,8 +256,10 @@ private:
     void BuildStatisticsAndFind();
     void ShowOverdueAtStart();
 
-    std::array<QWidget*, 9> mPages{};
+    std::array<QWidget*, 10> mPages{};
     StatisticsPage* mStatistics = nullptr;
+    SavingsPage* mSavings = nullptr;
+    DeadlinePanel* mDeadlines = nullptr;
     bool mArrangedUnsent = false;
     bool mArrangedPending = false;
     bool mArrangedOverdue = false;

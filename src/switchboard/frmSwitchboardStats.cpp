@@ -1,11 +1,16 @@
-// The Switchboard's Statistics page, its Find commands and the due alarm at start-up.
+// The Switchboard's Statistics and Savings pages, the postmark deadline panel, its Find
+// commands and the due alarm at start-up.
 
 #include "app/AppSettings.h"
+#include "app/Notifier.h"
+#include "app/cLogErr.h"
 #include "common/core/Globals.h"
 #include "common/core/Regional.h"
 #include "common/core/VbError.h"
 #include "common/ui/ListView.h"
 #include "common/ui/TabStrip.h"
+#include "switchboard/DeadlinePanel.h"
+#include "switchboard/SavingsPage.h"
 #include "switchboard/StatisticsPage.h"
 #include "switchboard/frmFind.h"
 #include "switchboard/frmSwitchboard.h"
@@ -18,6 +23,19 @@ void frmSwitchboard::BuildStatisticsAndFind() {
     mStatistics = new StatisticsPage(picLVBack(8));
     mStatistics->setObjectName(QStringLiteral("Statistics"));
     picLVBack(8)->layout()->addWidget(mStatistics);
+    mSavings = new SavingsPage(picLVBack(9));
+    mSavings->setObjectName(QStringLiteral("Savings"));
+    picLVBack(9)->layout()->addWidget(mSavings);
+
+    mDeadlines = new DeadlinePanel(this);
+    connect(mDeadlines, &DeadlinePanel::OpenRequested, this, &frmSwitchboard::OpenDeadline);
+    // The lists' own rebuilds and deletes refresh the panel too (AddAllListItems,
+    // DeleteRebateRecord).
+    Notifier& notifier = Notifier::Instance();
+    connect(&notifier, &Notifier::RecordSaved, mDeadlines, &DeadlinePanel::Refresh);
+    connect(&notifier, &Notifier::RecordDeleted, mDeadlines, &DeadlinePanel::Refresh);
+    connect(&notifier, &Notifier::OptionsChanged, mDeadlines, &DeadlinePanel::Refresh);
+    connect(&notifier, &Notifier::DatabaseReopened, mDeadlines, &DeadlinePanel::Refresh);
 
     connect(mnuFind, &QAction::triggered, this, &frmSwitchboard::mnuFind_Click);
     connect(mnuPopupFind, &QAction::triggered, this, &frmSwitchboard::mnuFind_Click);
@@ -31,6 +49,28 @@ void frmSwitchboard::BuildStatisticsAndFind() {
 
 void frmSwitchboard::UpdateStatistics() {
     mStatistics->UpdateStatistics();
+}
+
+void frmSwitchboard::UpdateSavings() {
+    mSavings->UpdateSavings();
+}
+
+void frmSwitchboard::OpenDeadline(const QString& rebateID) {
+    try {
+        ListItem* item = lvAll->FindByKey(rebateID);
+        if (!item) {
+            // Gone from the lists meanwhile: both are brought up to date.
+            AddAllListItems();
+            return;
+        }
+        SelectTabOf(lvAll);
+        lvAll->SelectOnly(item);
+        item->EnsureVisible();
+        lvAll->SetSelectedItem(item);
+        OpenRebate();
+    } catch (const VbError& e) {
+        LogError(e, objectName(), QStringLiteral("OpenDeadline"));
+    }
 }
 
 void frmSwitchboard::mnuFind_Click() {

@@ -45,6 +45,11 @@ public:
                          const QString& filter) override {
         return FileDialog(title, suggested, filter);
     }
+    // Records the title; answers the next queued choice, else nothing (the user cancels).
+    QStringList OpenFileNames(const QString& title, QWidget*) override {
+        fileDialogs.append(title);
+        return fileChoices.isEmpty() ? QStringList() : fileChoices.takeFirst();
+    }
 
 private:
     QString FileDialog(const QString& title, const QString& suggested, const QString& filter) {
@@ -82,6 +87,8 @@ public:
     QStringList fileDialogs; // "title|suggested|filter" of each file dialog shown
     QStringList inputPrompts;
     QStringList openedDocuments;
+    QList<QStringList> fileChoices;
+    QStringList fileDialogs;
     QStringList dialed;
     QList<int> dialResults;
     bool openDocumentResult = true;

@@ -663,6 +663,8 @@ private Q_SLOTS:
         QCOMPARE(board.Tab(), QString("Statistics"));
         board.form->tbsSwitch->setFocus();
         QTest::keyClick(board.form->tbsSwitch, Qt::Key_Tab, Qt::ControlModifier);
+        QCOMPARE(board.Tab(), QString("Savings"));
+        QTest::keyClick(board.form->tbsSwitch, Qt::Key_Tab, Qt::ControlModifier);
         QCOMPARE(board.Tab(), QString("New")); // from the last tab back to the first
     }
 

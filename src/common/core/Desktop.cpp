@@ -22,6 +22,7 @@ public:
     bool SendMail(const QString&, const QString&, const QString&) override { return false; }
     QString SaveFileName(const QString&, const QString&, const QString&) override { return {}; }
     QString OpenFileName(const QString&, const QString&, const QString&) override { return {}; }
+    QStringList OpenFileNames(const QString&, QWidget*) override { return {}; }
 };
 } // namespace
 

@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <memory>
 
 class QPrinter;
@@ -70,6 +71,8 @@ public:
                                  const QString& filter) = 0;
     virtual QString OpenFileName(const QString& title, const QString& suggested,
                                  const QString& filter) = 0;
+    // The file dialog for picking existing files, several at once; empty when the user cancels.
+    virtual QStringList OpenFileNames(const QString& title, QWidget* parent) = 0;
 };
 
 // The answers of Desktop::Dial other than 0, as telephony has always numbered them.

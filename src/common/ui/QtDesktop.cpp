@@ -195,3 +195,7 @@ QString QtDesktop::OpenFileName(const QString& title, const QString& suggested,
                                 const QString& filter) {
     return QFileDialog::getOpenFileName(QApplication::activeWindow(), title, suggested, filter);
 }
+
+QStringList QtDesktop::OpenFileNames(const QString& title, QWidget* parent) {
+    return QFileDialog::getOpenFileNames(parent, title);
+}

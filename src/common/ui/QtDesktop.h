@@ -25,6 +25,7 @@ public:
                          const QString& filter) override;
     QString OpenFileName(const QString& title, const QString& suggested,
                          const QString& filter) override;
+    QStringList OpenFileNames(const QString& title, QWidget* parent) override;
 
     // The box MsgBox shows: the style's icon, buttons and default button; each line of the
     // prompt a line of its own (CR LF, CR or LF), a leading tab a modest indent that wrapped

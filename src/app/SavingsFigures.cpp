@@ -1,0 +1,94 @@
+#include "app/SavingsFigures.h"
+
+#include "app/clsRebateStats.h"
+#include "common/core/VbError.h"
+#include "data/RebateQueries.h"
+#include "data/RebateStatus.h"
+#include "data/Recordset.h"
+
+#include <QMap>
+#include <array>
+
+namespace {
+const QString kNoDate = QStringLiteral("No date");
+
+// The month of a date value as yyyymm; 0 for Null or a value that is no date.
+int MonthKey(const QVariant& value) {
+    if (value.metaType().id() != QMetaType::QDate || !value.toDate().isValid())
+        return 0;
+    const QDate date = value.toDate();
+    return date.year() * 100 + date.month();
+}
+
+QString MonthLabel(int key) {
+    return QDate(key / 100, key % 100, 1).toString(QStringLiteral("MMM yyyy"));
+}
+
+constexpr std::array<const char*, 6> kStates{"Unsent", "Pending",  "Overdue",
+                                             "Paid",   "Followup", "Rejected"};
+} // namespace
+
+SavingsFigures ReadSavingsFigures(const QDate& today) {
+    std::unique_ptr<Recordset> rs = RebateQueries::OpenStatisticsRows();
+    const int amountReceived = rs->FieldIndex(QStringLiteral("AmountReceived"));
+    const int rebateAmount = rs->FieldIndex(QStringLiteral("RebateAmount"));
+    const int rejected = rs->FieldIndex(QStringLiteral("Rejected"));
+    const int dateReceived = rs->FieldIndex(QStringLiteral("DateReceived"));
+    const int dateDue = rs->FieldIndex(QStringLiteral("DateDue"));
+
+    QMap<int, SavingsMonth> byMonth; // key 0: no date
+    std::array<SavingsState, kStates.size()> byState{};
+    SavingsFigures figures;
+    for (; !rs->IsEOF(); rs->MoveNext()) {
+        const QVariant received = rs->Fields(amountReceived);
+        const Currency money = clsRebateStats::Money(received);
+        if (money.Raw() != 0) {
+            figures.totalReceived += money;
+            SavingsMonth& month = byMonth[MonthKey(rs->Fields(dateReceived))];
+            month.received += money;
+        }
+        const Currency promised = clsRebateStats::Money(rs->Fields(rebateAmount));
+        if (clsRebateStats::IsOutstanding(received, rs->Fields(rejected))) {
+            figures.totalOutstanding += promised;
+            SavingsMonth& month = byMonth[MonthKey(rs->Fields(dateDue))];
+            month.outstanding += promised;
+        }
+        QString status;
+        try {
+            status = GetRebateStatus(*rs, today);
+        } catch (const VbError&) {
+            continue; // a value that can't be compared puts the row in no state
+        }
+        for (size_t i = 0; i < kStates.size(); ++i) {
+            if (status == QLatin1String(kStates[i])) {
+                ++byState[i].count;
+                byState[i].amount += status == QLatin1String("Paid") ? money : promised;
+            }
+        }
+    }
+    rs->Close();
+
+    if (const auto none = byMonth.constFind(0); none != byMonth.constEnd()) {
+        figures.months.append({kNoDate, none->received, none->outstanding});
+        byMonth.remove(0);
+    }
+    if (byMonth.size() > kSavingsMonths) {
+        SavingsMonth earlier{QStringLiteral("Earlier"), {}, {}};
+        while (byMonth.size() > kSavingsMonths) {
+            const SavingsMonth first = byMonth.first();
+            earlier.received += first.received;
+            earlier.outstanding += first.outstanding;
+            byMonth.erase(byMonth.begin());
+        }
+        figures.months.append(earlier);
+    }
+    for (auto it = byMonth.constBegin(); it != byMonth.constEnd(); ++it)
+        figures.months.append({MonthLabel(it.key()), it->received, it->outstanding});
+    for (size_t i = 0; i < kStates.size(); ++i) {
+        if (byState[i].count > 0) {
+            byState[i].state = QString::fromLatin1(kStates[i]);
+            figures.states.append(byState[i]);
+        }
+    }
+    return figures;
+}

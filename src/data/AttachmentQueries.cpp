@@ -1,0 +1,93 @@
+#include "data/AttachmentQueries.h"
+
+#include "common/core/VbError.h"
+#include "data/Database.h"
+#include "data/StoreConnection.h"
+
+#include <QSqlError>
+#include <QSqlQuery>
+
+namespace AttachmentQueries {
+
+namespace {
+
+Database& TheDatabase() {
+    if (!gDatabase)
+        throw VbError(VbError::ObjectNotSet);
+    return *gDatabase;
+}
+
+QSqlQuery Prepared(const QString& sql) {
+    QSqlQuery query(TheDatabase().Connection());
+    query.setForwardOnly(true);
+    if (!query.prepare(sql))
+        throw store::SqlFailure(query.lastError(), dbError::QueryError);
+    return query;
+}
+
+void Run(QSqlQuery& query) {
+    if (!query.exec())
+        throw store::SqlFailure(query.lastError(), dbError::QueryError);
+}
+
+} // namespace
+
+QList<Attachment> ListAttachments(const QString& rebateID) {
+    QSqlQuery query = Prepared(QStringLiteral(
+        "SELECT AttachmentID, FileName, Size, Thumbnail FROM Attachments WHERE RebateID = ? "
+        "ORDER BY AttachmentID"));
+    query.addBindValue(rebateID);
+    Run(query);
+    QList<Attachment> rows;
+    while (query.next()) {
+        rows.append({query.value(0).toLongLong(), query.value(1).toString(),
+                     query.value(2).toLongLong(), query.value(3).toByteArray()});
+    }
+    return rows;
+}
+
+void AddAttachments(const QString& rebateID, const QList<NewAttachment>& files) {
+    Database& db = TheDatabase();
+    db.BeginTrans();
+    try {
+        for (const NewAttachment& file : files) {
+            db.Execute(QStringLiteral("INSERT INTO Attachments (RebateID, FileName, Size, "
+                                      "Thumbnail, Data) VALUES (?, ?, ?, ?, ?)"),
+                       {rebateID, file.fileName, static_cast<qint64>(file.data.size()),
+                        file.thumbnail.isEmpty() ? QVariant() : QVariant(file.thumbnail),
+                        file.data});
+        }
+        db.CommitTrans();
+    } catch (const VbError&) {
+        try {
+            db.Rollback();
+        } catch (const VbError&) {
+            // SQLite may have ended the transaction itself.
+        }
+        throw;
+    }
+}
+
+QByteArray ReadAttachmentData(qint64 attachmentID) {
+    QSqlQuery query =
+        Prepared(QStringLiteral("SELECT Data FROM Attachments WHERE AttachmentID = ?"));
+    query.addBindValue(attachmentID);
+    Run(query);
+    if (!query.next())
+        throw VbError(VbError::NoCurrentRecord);
+    return query.value(0).toByteArray();
+}
+
+bool RemoveAttachment(qint64 attachmentID) {
+    return TheDatabase().Execute(QStringLiteral("DELETE FROM Attachments WHERE AttachmentID = ?"),
+                                 {attachmentID}) > 0;
+}
+
+QString PurgeStatement() {
+    return QStringLiteral(
+        "DELETE FROM Attachments WHERE RebateID = ? AND EXISTS (SELECT 1 FROM Rebates WHERE "
+        "RebateID = ? AND Deleted = True) AND NOT EXISTS (SELECT 1 FROM Rebates WHERE RebateID "
+        "= ? AND NOT (Deleted = True))");
+}
+
+} // namespace AttachmentQueries

@@ -1,0 +1,275 @@
+#include "MainWindowFixture.h"
+#include "RebateFormDriver.h"
+#include "RebateRows.h"
+#include "app/DeletedRecords.h"
+#include "data/Database.h"
+#include "data/Schema.h"
+#include "rebateform/AttachmentsBox.h"
+#include "rebateform/FieldEdit.h"
+#include "rebateform/RebateFields.h"
+#include "rebateform/frmRebate.h"
+
+#include <QFile>
+#include <QImage>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QTabWidget>
+#include <QTest>
+
+using namespace RebateFormDriver;
+
+namespace {
+const QString kStored = "20261101090000";
+const QByteArray kPdf = "%PDF-1.4\n% a filled-in form\n%%EOF\n";
+
+struct StoredFile {
+    QString rebateID;
+    QString fileName;
+    QByteArray data;
+    QSize thumbnail; // empty when none is stored
+};
+
+QList<StoredFile> StoredFiles() {
+    QSqlQuery query(gDatabase->Connection());
+    if (!query.exec("SELECT RebateID, FileName, Data, Thumbnail, Size FROM Attachments "
+                    "ORDER BY AttachmentID"))
+        qFatal("%s", qPrintable(query.lastError().text()));
+    QList<StoredFile> files;
+    while (query.next()) {
+        if (query.value(4).toLongLong() != query.value(2).toByteArray().size())
+            qWarning("Size doesn't match the bytes of %s", qPrintable(query.value(1).toString()));
+        const QByteArray thumbnail = query.value(3).toByteArray();
+        files.append({query.value(0).toString(), query.value(1).toString(),
+                      query.value(2).toByteArray(),
+                      thumbnail.isEmpty() ? QSize() : QImage::fromData(thumbnail).size()});
+    }
+    return files;
+}
+
+QStringList StoredNames() {
+    QStringList names;
+    for (const StoredFile& file : StoredFiles())
+        names << file.rebateID + ":" + file.fileName;
+    return names;
+}
+
+QStringList ListedRows(const AttachmentsBox* box) {
+    QStringList rows;
+    for (int i = 0; i < box->lstAttachments->count(); ++i)
+        rows << box->lstAttachments->item(i)->text();
+    return rows;
+}
+
+// The box on its page, brought forward.
+AttachmentsBox* ShowBox(frmRebate* form) {
+    auto* box = form->findChild<AttachmentsBox*>("fraAttachments");
+    auto* tabs = form->findChild<QTabWidget*>("tbsTabs");
+    for (int i = 0; i < tabs->count(); ++i)
+        if (tabs->widget(i)->isAncestorOf(box))
+            tabs->setCurrentIndex(i);
+    return box;
+}
+} // namespace
+
+class tst_attachments : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() { InitTestResources(); }
+    void init() {
+        mFixture = std::make_unique<MainWindowFixture>(
+            QList<RebateRow>{RouterRow(kStored, "Router Rebate")});
+    }
+    void cleanup() { mFixture.reset(); }
+
+    void attach_data() {
+        QTest::addColumn<QStringList>("chosen"); // files of the program folder
+        QTest::addColumn<QStringList>("listed");
+        QTest::addColumn<QStringList>("boxes");
+        QTest::newRow("a picture and a PDF at once")
+            << QStringList{"receipt.ppm", "form.pdf"}
+            << QStringList{"receipt.ppm (59 KB)", "form.pdf (34 bytes)"} << QStringList{};
+        QTest::newRow("exactly 20 MB is taken")
+            << QStringList{"limit.bin"} << QStringList{"limit.bin (20.0 MB)"} << QStringList{};
+        QTest::newRow("over 20 MB is refused, the rest attached")
+            << QStringList{"huge.bin", "form.pdf"} << QStringList{"form.pdf (34 bytes)"}
+            << QStringList{"Files Not Attached | 48 | These files were not attached:\n"
+                           "huge.bin: larger than 20 MB (20.0 MB)"};
+        QTest::newRow("a file that can't be read")
+            << QStringList{"missing.pdf"} << QStringList{}
+            << QStringList{"Files Not Attached | 48 | These files were not attached:\n"
+                           "missing.pdf: No such file or directory"};
+        QTest::newRow("cancelled") << QStringList{} << QStringList{} << QStringList{};
+    }
+    void attach() {
+        QFETCH(QStringList, chosen);
+        QFETCH(QStringList, listed);
+        QFETCH(QStringList, boxes);
+        const QString dir = mFixture->ProgramDir();
+        // A scan as a plain pixel map: 200 by 100, a file of 60,015 bytes.
+        QFile picture(dir + "receipt.ppm");
+        QVERIFY(picture.open(QIODevice::WriteOnly));
+        picture.write("P6\n200 100\n255\n");
+        picture.write(QByteArray(200 * 100 * 3, '\x40'));
+        picture.close();
+        QFile pdf(dir + "form.pdf");
+        QVERIFY(pdf.open(QIODevice::WriteOnly) && pdf.write(kPdf) == kPdf.size());
+        pdf.close();
+        for (const auto& [name, size] : {std::pair{"limit.bin", AttachmentsBox::kMaxBytes},
+                                         std::pair{"huge.bin", AttachmentsBox::kMaxBytes + 1}}) {
+            QFile file(dir + name);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(size));
+        }
+        frmRebate* form = OpenExisting(kStored);
+        AttachmentsBox* box = ShowBox(form);
+        QStringList paths;
+        for (const QString& name : chosen)
+            paths << dir + name;
+        mFixture->Desktop().fileChoices.append(paths);
+
+        QTest::mouseClick(box->cmdAttach, Qt::LeftButton);
+
+        QCOMPARE(mFixture->Desktop().fileDialogs, QStringList{"Attach Files"});
+        QCOMPARE(ListedRows(box), listed);
+        QCOMPARE(mFixture->Desktop().Shown(), boxes);
+        const QList<StoredFile> stored = StoredFiles();
+        QCOMPARE(stored.size(), listed.size());
+        for (const StoredFile& file : stored) {
+            QCOMPARE(file.rebateID, kStored);
+            QFile original(dir + file.fileName);
+            QVERIFY(original.open(QIODevice::ReadOnly));
+            QVERIFY(file.data == original.readAll());
+            // Pictures get a thumbnail within 48 pixels, other files none.
+            QCOMPARE(file.thumbnail, file.fileName == "receipt.ppm" ? QSize(48, 24) : QSize());
+        }
+        // The newest file is the current row, ready to open.
+        QCOMPARE(box->cmdOpen->isEnabled(), !listed.isEmpty());
+        QCOMPARE(box->lstAttachments->currentRow(), listed.size() - 1);
+    }
+
+    // Files go into the store at once, so a record gets them once it exists.
+    void newRecordAttachesAfterItsFirstSave() {
+        frmRebate* form = OpenNew();
+        AttachmentsBox* box = ShowBox(form);
+        QVERIFY(!box->cmdAttach->isEnabled());
+        QCOMPARE(box->lblAttachHint->text(),
+                 QString("Save the rebate first; then you can attach files to it."));
+        form->txtFields(RebateField::RebateName)->setText("Spring Mail-In");
+        form->txtFields(RebateField::ProductName)->setText("Toaster");
+        form->txtFields(RebateField::PurchasePrice)->setText("$24.99");
+        form->txtFields(RebateField::RebateAmount)->setText("$10.00");
+        form->mnuSaveRecord_Click();
+        QVERIFY(box->cmdAttach->isEnabled());
+
+        QFile pdf(mFixture->ProgramDir() + "form.pdf");
+        QVERIFY(pdf.open(QIODevice::WriteOnly) && pdf.write(kPdf) == kPdf.size());
+        pdf.close();
+        mFixture->Desktop().fileChoices.append({pdf.fileName()});
+        QTest::mouseClick(box->cmdAttach, Qt::LeftButton);
+        QCOMPARE(StoredNames(), QStringList{"20261123100000:form.pdf"});
+        QCOMPARE(ListedRows(box), QStringList{"form.pdf (34 bytes)"});
+    }
+
+    void open_data() {
+        QTest::addColumn<bool>("desktopTakesIt");
+        QTest::addColumn<QStringList>("boxes");
+        QTest::newRow("the desktop opens it") << true << QStringList{};
+        QTest::newRow("nothing opens it") << false
+                                          << QStringList{"Unable to Open | 48 | Unable to open "
+                                                         "'form.pdf' with the desktop."};
+    }
+    void open() {
+        QFETCH(bool, desktopTakesIt);
+        QFETCH(QStringList, boxes);
+        AddFiles({"form.pdf"});
+        frmRebate* form = OpenExisting(kStored);
+        AttachmentsBox* box = ShowBox(form);
+        mFixture->Desktop().openDocumentResult = desktopTakesIt;
+        box->lstAttachments->setFocus();
+        QTest::keyClick(box->lstAttachments, Qt::Key_Return);
+
+        QCOMPARE(mFixture->Desktop().Shown(), boxes);
+        const QStringList opened = mFixture->Desktop().openedDocuments;
+        QCOMPARE(opened.size(), 1);
+        // A copy under the file's own name, by which the desktop picks the program.
+        QVERIFY2(opened[0].endsWith("/form.pdf"), qPrintable(opened[0]));
+        QFile copy(opened[0]);
+        QVERIFY(copy.open(QIODevice::ReadOnly));
+        QCOMPARE(copy.readAll(), kPdf);
+        QDir(QFileInfo(opened[0]).path()).removeRecursively();
+    }
+
+    void remove_data() {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<QStringList>("left");
+        QTest::newRow("yes") << int(vb::vbYes) << QStringList{kStored + ":b.pdf"};
+        QTest::newRow("no") << int(vb::vbNo) << QStringList{kStored + ":a.pdf", kStored + ":b.pdf"};
+    }
+    void remove() {
+        QFETCH(int, answer);
+        QFETCH(QStringList, left);
+        AddFiles({"a.pdf", "b.pdf"});
+        frmRebate* form = OpenExisting(kStored);
+        AttachmentsBox* box = ShowBox(form);
+        box->lstAttachments->setCurrentRow(0);
+        mFixture->Desktop().SetNextAnswer(answer);
+        QTest::mouseClick(box->cmdRemove, Qt::LeftButton);
+        QCOMPARE(mFixture->Desktop().Shown(),
+                 QStringList{"Remove Attachment? | 292 | Remove 'a.pdf' from this rebate?"});
+        QCOMPARE(StoredNames(), left);
+        QCOMPARE(box->lstAttachments->count(), left.size());
+    }
+
+    // A deleted rebate keeps its files until it is purged; the purge takes them with it.
+    void purgeTakesTheFiles_data() {
+        QTest::addColumn<bool>("purge");
+        QTest::addColumn<QStringList>("left");
+        QTest::newRow("marked deleted only")
+            << false << QStringList{"1:gone.pdf", kStored + ":kept.pdf"};
+        QTest::newRow("purged") << true << QStringList{kStored + ":kept.pdf"};
+    }
+    void purgeTakesTheFiles() {
+        QFETCH(bool, purge);
+        QFETCH(QStringList, left);
+        InsertRebates({{.RebateID = "1", .RebateName = "Old", .Deleted = true}});
+        AddFiles({"gone.pdf"}, "1");
+        AddFiles({"kept.pdf"});
+        if (purge) // the live record's key given as well: it is passed over
+            QCOMPARE(PurgeDeletedRecords({"1", kStored}), 1);
+        QCOMPARE(StoredNames(), left);
+    }
+
+    // A store made before attachments existed gains the table when it is opened.
+    void olderStoreGainsTheTable() {
+        QVERIFY(gDatabase->Execute("DROP TABLE Attachments") >= 0);
+        AddMissingTables(*gDatabase);
+        AddFiles({"form.pdf"});
+        QCOMPARE(StoredNames(), QStringList{kStored + ":form.pdf"});
+        auto rs = gDatabase->OpenRecordset("SELECT RebateName FROM Rebates", dbOpenSnapshot);
+        QCOMPARE(rs->RecordCount(), 1);
+        QCOMPARE(rs->Fields(0).toString(), QString("Router Rebate"));
+    }
+
+private:
+    // Attaches files of kPdf's bytes to the record through the form's box.
+    void AddFiles(const QStringList& names, const QString& rebateID = kStored) {
+        AttachmentsBox box;
+        box.SetRebateID(rebateID);
+        QStringList paths;
+        for (const QString& name : names) {
+            QFile file(mFixture->ProgramDir() + name);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(kPdf) == kPdf.size());
+            paths << file.fileName();
+        }
+        mFixture->Desktop().fileChoices.append(paths);
+        box.cmdAttach_Click();
+        mFixture->Desktop().fileDialogs.clear();
+    }
+
+    std::unique_ptr<MainWindowFixture> mFixture;
+};
+
+QTEST_MAIN(tst_attachments)
+#include "tst_attachments.moc"
