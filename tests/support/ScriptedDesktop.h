@@ -83,12 +83,12 @@ public:
     QList<int> answers;
     QList<std::function<void(const Box&)>> boxActions;
     QStringList inputs;
-    QStringList filePaths;   // the answers of the file dialogs, in turn
-    QStringList fileDialogs; // "title|suggested|filter" of each file dialog shown
+    QStringList filePaths;          // the answers of the one-file dialogs, in turn
+    QList<QStringList> fileChoices; // the answers of the several-files dialogs, in turn
+    // "title|suggested|filter" of each one-file dialog shown, the title of each other one
+    QStringList fileDialogs;
     QStringList inputPrompts;
     QStringList openedDocuments;
-    QList<QStringList> fileChoices;
-    QStringList fileDialogs;
     QStringList dialed;
     QList<int> dialResults;
     bool openDocumentResult = true;
