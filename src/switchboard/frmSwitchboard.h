@@ -14,7 +14,6 @@ class QAction;
 class QLabel;
 class QMenu;
 class QTimer;
-class Recordset;
 class StatisticsPage;
 class TabStrip;
 class Toolbar;
