@@ -26,6 +26,9 @@
 
 #include <QStringBuilder>
 #include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 
 #include <QAction>
@@ -142,11 +145,38 @@ bool SelectRecordRow(ListView* lv, const QString& rebateID,
 
 } // namespace
 
+// The product names and dates of one list load, each kept once: many records share them.
+class SharedTexts {
+public:
+    QString Of(QStringView text) {
+        const std::u16string_view key(text.utf16(), static_cast<size_t>(text.size()));
+        if (const auto found = mTexts.find(key); found != mTexts.end())
+            return found->second;
+        // The key views the characters of the text it maps to, which never move.
+        const QString kept = text.toString();
+        mTexts.emplace(
+            std::u16string_view(reinterpret_cast<const char16_t*>(kept.constData()), key.size()),
+            kept);
+        return kept;
+    }
+    QString Of(QLatin1StringView text) {
+        // Short enough to be held without an allocation of its own.
+        std::string key(text.data(), static_cast<size_t>(text.size()));
+        if (const auto found = mDates.find(key); found != mDates.end())
+            return found->second;
+        return mDates.emplace(std::move(key), QString(text)).first->second;
+    }
+
+private:
+    std::unordered_map<std::u16string_view, QString> mTexts;
+    std::unordered_map<std::string, QString> mDates;
+};
+
 // What a record's row shows. Worked out once per record: both of its lists share the texts.
 struct RebateRowTexts {
-    // The texts of a record with this status. A date stored as text that is no date
-    // (2024-02-30, 'tomorrow') raises 13.
-    RebateRowTexts(const StoredRow& row, const QString& status) {
+    // The texts of a record with this status; the product and date from `shared` when given.
+    // A date stored as text that is no date (2024-02-30, 'tomorrow') raises 13.
+    RebateRowTexts(const StoredRow& row, const QString& status, SharedTexts* shared = nullptr) {
         using namespace RebateQueries::ListColumn;
         // Column 3 takes its date by the status, not by the list, so lvAll's "Date Sent"
         // column can show a due, payment or followup date.
@@ -190,9 +220,9 @@ struct RebateRowTexts {
             text = number(sent.sliced(5, 2)) % QLatin1Char('/') % number(sent.sliced(8, 2)) %
                    QLatin1Char('/') % sent.sliced(0, 4) % QLatin1String(": ") % name;
         }
-        product = productName.toString();
+        product = shared ? shared->Of(productName) : productName.toString();
         const QLatin1StringView shown = dates[static_cast<size_t>(dateColumn - DateSent)];
-        date = shown.isEmpty() ? NoDate() : QString(shown);
+        date = shown.isEmpty() ? NoDate() : (shared ? shared->Of(shown) : QString(shown));
         rebateID = key.toString();
     }
     // The row of a record whose values can't all be read: each shown as stored, the date
@@ -768,13 +798,14 @@ void frmSwitchboard::AddAllListItems() {
             lv->ListItems().Clear();
         const QDate today = Date();
         QStringList unreadable;
+        SharedTexts shared;
         RebateQueries::ForEachListRow([&](const StoredRow& row) {
             // A record with a value its column can't hold (text for money, an impossible
             // date) is listed under All as stored, and the rows after it still load.
             try {
                 const QString status = GetRebateStatus(row, today);
                 if (ListView* lv = ListForStatus(status)) {
-                    const RebateRowTexts texts(row, status);
+                    const RebateRowTexts texts(row, status, &shared);
                     AddRebateItem(texts, status, lv);
                     AddRebateItem(texts, status, lvAll);
                 }

@@ -615,7 +615,10 @@ void ListView::ClearRows() {
     mSyncing = true;
     mModel->BeginReset();
     mRows.clear();
+    // The rows that come next are usually as many: the index is grown once, not row by row.
+    const qsizetype keys = mByKey.size();
     mByKey.clear();
+    mByKey.reserve(keys);
     mCurrent = nullptr;
     mSingleSelected = nullptr;
     mAnnounced = 0;
