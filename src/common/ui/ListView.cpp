@@ -209,9 +209,30 @@ protected:
         mOwner->Flush();
         Base::wheelEvent(event);
     }
+    // A hidden view has nothing to repaint for a new current row, and the tree view's own
+    // handling would lay out every row to find the one rectangle; shown, it scrolls to it.
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override {
+        if (this->isVisible())
+            Base::currentChanged(current, previous);
+        else
+            QAbstractItemView::currentChanged(current, previous);
+    }
+    // Fitting the scroll bars lays out every row: a view hidden behind the other one, or on a
+    // page not shown, does it when it is shown.
+    void updateGeometries() override {
+        mGeometriesPending = !this->isVisible();
+        if (!mGeometriesPending)
+            Base::updateGeometries();
+    }
+    void showEvent(QShowEvent* event) override {
+        Base::showEvent(event);
+        if (mGeometriesPending)
+            updateGeometries();
+    }
 
 private:
     ListView* mOwner;
+    bool mGeometriesPending = false;
 };
 
 // --- ListItem ---------------------------------------------------------------------------
