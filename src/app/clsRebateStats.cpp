@@ -4,7 +4,7 @@
 #include "common/core/Regional.h"
 #include "common/core/VbError.h"
 #include "data/RebateQueries.h"
-#include "data/StoredRow.h"
+#include "data/ScannedRow.h"
 
 #include <limits>
 #include <optional>
@@ -60,24 +60,24 @@ Tri Compare(const QVariant& value, bool above) {
 
 // The same three reads of a stored row: the values the columns' types carry read directly, any
 // other as the recordset would give it.
-Currency MoneyAt(const StoredRow& row, int column) {
+Currency MoneyAt(const ScannedRow& row, int column) {
     std::int64_t raw = 0;
     if (row.Number(column, raw))
-        return raw == StoredRow::kNull ? Currency() : Currency::FromRaw(raw);
+        return raw == ScannedRow::kNull ? Currency() : Currency::FromRaw(raw);
     return MoneyOf(row.Fields(column));
 }
 
-Tri IsTrueAt(const StoredRow& row, int column) {
+Tri IsTrueAt(const ScannedRow& row, int column) {
     std::int64_t number = 0;
     if (row.Number(column, number))
-        return number == StoredRow::kNull ? Tri::Null : (number != 0 ? Tri::True : Tri::False);
+        return number == ScannedRow::kNull ? Tri::Null : (number != 0 ? Tri::True : Tri::False);
     return IsTrue(row.Fields(column));
 }
 
-Tri CompareAt(const StoredRow& row, int column, bool above) {
+Tri CompareAt(const ScannedRow& row, int column, bool above) {
     std::int64_t raw = 0;
     if (row.Number(column, raw)) {
-        if (raw == StoredRow::kNull)
+        if (raw == ScannedRow::kNull)
             return Tri::Null;
         return (above ? raw > 0 : raw == 0) ? Tri::True : Tri::False;
     }
@@ -126,7 +126,7 @@ bool clsRebateStats::GetStatistics() {
         clsRebateStats walk = *this;
         int rows = 0;
         std::optional<VbError> failure;
-        RebateQueries::ForEachStatisticsRow([&](const StoredRow& row) {
+        RebateQueries::ForEachStatisticsRow([&](const ScannedRow& row) {
             if (!failure) {
                 try {
                     walk.AddRow(row, rows == 0);
@@ -153,7 +153,7 @@ bool clsRebateStats::GetStatistics() {
 }
 
 // The first row assigns, the later ones add.
-void clsRebateStats::AddRow(const StoredRow& row, bool first) {
+void clsRebateStats::AddRow(const ScannedRow& row, bool first) {
     using namespace RebateQueries::StatisticsColumn;
     Sum(mcTotalSpent, MoneyAt(row, PurchasePrice), first);
     Sum(mcTotalCoupons, MoneyAt(row, CouponAmount), first);

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-class StoredRow;
+class ScannedRow;
 
 // Twelve figures over all undeleted rebates, worked out in one walk of the table. Create a
 // new object each time and call Init: a second walk on the same object restarts the five
@@ -31,7 +31,7 @@ public:
 
 private:
     bool GetStatistics();
-    void AddRow(const StoredRow& row, bool first);
+    void AddRow(const ScannedRow& row, bool first);
 
     std::int16_t miCountFollowups = 0;
     std::int16_t miCountPending = 0;

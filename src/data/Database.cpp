@@ -262,7 +262,7 @@ std::unique_ptr<Recordset> Database::OpenRecordset(const QString& sql, int type,
 }
 
 void Database::Scan(const QString& sql, const QStringList& params,
-                    const std::function<void(const StoredRow&)>& visit) {
+                    const std::function<void(const ScannedRow&)>& visit) {
     const QVariant handle = mConnection->Checked().driver()->handle();
     sqlite3* db = *static_cast<sqlite3* const*>(handle.constData());
     const auto failure = [db](int code) {
@@ -292,7 +292,7 @@ void Database::Scan(const QString& sql, const QStringList& params,
         kinds.push_back(
             store::KindOfDeclaredType(declared ? QString::fromUtf8(declared) : QString()));
     }
-    const StoredRow row(statement, std::move(kinds));
+    const ScannedRow row(statement, std::move(kinds));
     int code = SQLITE_ROW;
     while ((code = sqlite3_step(statement)) == SQLITE_ROW)
         visit(row);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "data/Recordset.h"
-#include "data/StoredRow.h"
+#include "data/ScannedRow.h"
 
 #include <QString>
 #include <QStringList>
@@ -64,7 +64,7 @@ public:
     // walks over many rows that need a few columns. The ? placeholders take `params` in order.
     // Refusals raise as OpenRecordset does.
     void Scan(const QString& sql, const QStringList& params,
-              const std::function<void(const StoredRow&)>& visit);
+              const std::function<void(const ScannedRow&)>& visit);
 
     // Runs one statement that returns no rows (VACUUM INTO, DELETE ...), its ? placeholders
     // bound to `params`; returns the number of rows it changed. Refusals raise as

@@ -30,16 +30,17 @@ const QString kListColumns =
                    "FollowupDate, AmountReceived, Rejected, Deleted FROM Rebates ");
 } // namespace
 
-void ForEachListRow(const std::function<void(const StoredRow&)>& visit) {
+void ForEachListRow(const std::function<void(const ScannedRow&)>& visit) {
     TheDatabase().Scan(kListColumns + QStringLiteral("WHERE NOT (((Rebates.Deleted)=True))"), {},
                        visit);
 }
 
-void ForEachListRowOf(const QString& rebateID, const std::function<void(const StoredRow&)>& visit) {
+void ForEachListRowOf(const QString& rebateID,
+                      const std::function<void(const ScannedRow&)>& visit) {
     TheDatabase().Scan(kListColumns + QStringLiteral("WHERE (([RebateID])= ?)"), {rebateID}, visit);
 }
 
-void ForEachStatisticsRow(const std::function<void(const StoredRow&)>& visit) {
+void ForEachStatisticsRow(const std::function<void(const ScannedRow&)>& visit) {
     TheDatabase().Scan(
         QStringLiteral("SELECT PurchasePrice, CouponAmount, PostagePrice, FollowupPostage, "
                        "AmountReceived, Rejected, RebateAmount FROM Rebates "

@@ -38,10 +38,10 @@ enum : int {
 
 // The rows the Switchboard's lists show: every row not marked deleted (Null counts as marked,
 // as the query has always read), with the columns the lists and the status rule read.
-void ForEachListRow(const std::function<void(const StoredRow&)>& visit);
+void ForEachListRow(const std::function<void(const ScannedRow&)>& visit);
 
 // The same columns of the row with this RebateID, whatever its Deleted.
-void ForEachListRowOf(const QString& rebateID, const std::function<void(const StoredRow&)>& visit);
+void ForEachListRowOf(const QString& rebateID, const std::function<void(const ScannedRow&)>& visit);
 
 // The columns ForEachStatisticsRow reads, by position.
 namespace StatisticsColumn {
@@ -57,7 +57,7 @@ enum : int {
 }
 
 // The rows the statistics count (those whose Deleted is False), with the columns they sum.
-void ForEachStatisticsRow(const std::function<void(const StoredRow&)>& visit);
+void ForEachStatisticsRow(const std::function<void(const ScannedRow&)>& visit);
 
 // The undeleted rows by DateSent, for the record walker. Its text has always been refused by
 // the engine (an unbalanced parenthesis): opening it raises 3075.

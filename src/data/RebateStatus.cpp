@@ -6,7 +6,7 @@
 #include "common/core/VbError.h"
 #include "data/RebateQueries.h"
 #include "data/Recordset.h"
-#include "data/StoredRow.h"
+#include "data/ScannedRow.h"
 
 namespace {
 
@@ -82,22 +82,22 @@ struct RecordsetCells {
 // The same reads of a stored row: the values the columns' types carry read directly, any
 // other as the recordset gives it.
 struct StoredCells {
-    const StoredRow& row;
+    const ScannedRow& row;
     bool Flag(int column) const {
         std::int64_t number = 0;
-        return row.Number(column, number) ? number != StoredRow::kNull && number != 0
+        return row.Number(column, number) ? number != ScannedRow::kNull && number != 0
                                           : IsTrue(row.Fields(column));
     }
     bool Blank(int column) const {
         std::int64_t number = 0;
-        return row.Number(column, number) ? number == StoredRow::kNull
+        return row.Number(column, number) ? number == ScannedRow::kNull
                                           : IsBlank(row.Fields(column));
     }
     bool Deleted() const { return Flag(RebateQueries::ListColumn::Deleted); }
     bool Paid() const {
         std::int64_t number = 0;
         return row.Number(RebateQueries::ListColumn::AmountReceived, number)
-                   ? number != StoredRow::kNull && number > 0
+                   ? number != ScannedRow::kNull && number > 0
                    : AboveZero(row.Fields(RebateQueries::ListColumn::AmountReceived));
     }
     bool Rejected() const { return Flag(RebateQueries::ListColumn::Rejected); }
@@ -106,7 +106,7 @@ struct StoredCells {
     bool Due(const QDate& today) const {
         std::int64_t day = 0;
         return row.Number(RebateQueries::ListColumn::DateDue, day)
-                   ? day != StoredRow::kNull && day < today.toJulianDay()
+                   ? day != ScannedRow::kNull && day < today.toJulianDay()
                    : BeforeToday(row.Fields(RebateQueries::ListColumn::DateDue), today);
     }
     bool NotSent() const { return Blank(RebateQueries::ListColumn::DateSent); }
@@ -149,6 +149,6 @@ QString GetRebateStatus(const Recordset& rs, const QDate& today) {
     return StatusOf(RecordsetCells{rs, ColumnsOf(rs)}, today);
 }
 
-QString GetRebateStatus(const StoredRow& row, const QDate& today) {
+QString GetRebateStatus(const ScannedRow& row, const QDate& today) {
     return StatusOf(StoredCells{row}, today);
 }

@@ -22,7 +22,7 @@
 #include "data/Database.h"
 #include "data/RebateQueries.h"
 #include "data/RebateStatus.h"
-#include "data/StoredRow.h"
+#include "data/ScannedRow.h"
 
 #include <QStringBuilder>
 #include <optional>
@@ -176,7 +176,7 @@ private:
 struct RebateRowTexts {
     // The texts of a record with this status; the product and date from `shared` when given.
     // A date stored as text that is no date (2024-02-30, 'tomorrow') raises 13.
-    RebateRowTexts(const StoredRow& row, const QString& status, SharedTexts* shared = nullptr) {
+    RebateRowTexts(const ScannedRow& row, const QString& status, SharedTexts* shared = nullptr) {
         using namespace RebateQueries::ListColumn;
         // Column 3 takes its date by the status, not by the list, so lvAll's "Date Sent"
         // column can show a due, payment or followup date.
@@ -192,7 +192,7 @@ struct RebateRowTexts {
         for (int column : {DateSent, DateDue, DateReceived, FollowupDate}) {
             QLatin1StringView& date = dates[static_cast<size_t>(column - DateSent)];
             std::int64_t day = 0;
-            if (row.DateText(column, date) || (row.Number(column, day) && day == StoredRow::kNull))
+            if (row.DateText(column, date) || (row.Number(column, day) && day == ScannedRow::kNull))
                 continue;
             const QVariant value = row.Fields(column);
             if (value.metaType().id() == QMetaType::QString && !value.toString().isEmpty())
@@ -227,7 +227,7 @@ struct RebateRowTexts {
     }
     // The row of a record whose values can't all be read: each shown as stored, the date
     // column the Date Sent.
-    static RebateRowTexts AsStored(const StoredRow& row) {
+    static RebateRowTexts AsStored(const ScannedRow& row) {
         using namespace RebateQueries::ListColumn;
         const auto plain = [&row](int column) {
             const QVariant value = row.Fields(column);
@@ -256,7 +256,7 @@ private:
     static QLatin1StringView NoDatePrefix() { return QLatin1StringView("No date: "); }
     // The texts through the general conversions, for values stored as another type than
     // their column's (a number in a date or text column).
-    static RebateRowTexts Converted(const StoredRow& row, int dateColumn) {
+    static RebateRowTexts Converted(const ScannedRow& row, int dateColumn) {
         using namespace RebateQueries::ListColumn;
         RebateRowTexts texts;
         // The date of the row's text is the value's plain text, unformatted.
@@ -799,7 +799,7 @@ void frmSwitchboard::AddAllListItems() {
         const QDate today = Date();
         QStringList unreadable;
         SharedTexts shared;
-        RebateQueries::ForEachListRow([&](const StoredRow& row) {
+        RebateQueries::ForEachListRow([&](const ScannedRow& row) {
             // A record with a value its column can't hold (text for money, an impossible
             // date) is listed under All as stored, and the rows after it still load.
             try {
@@ -837,7 +837,7 @@ void frmSwitchboard::AddIcons(const QString& rebateID) {
     DoEvents();
     // No handler of its own: the caller hears of a failure, with the pointer restored.
     bool listed = false;
-    RebateQueries::ForEachListRowOf(rebateID, [&](const StoredRow& row) {
+    RebateQueries::ForEachListRowOf(rebateID, [&](const ScannedRow& row) {
         if (std::exchange(listed, true))
             return;
         try {

@@ -59,7 +59,7 @@ QStringList Keys(Recordset& rs) {
 // The RebateIDs of the list rows stored under this key.
 QStringList ListKeys(const QString& rebateID) {
     QStringList keys;
-    RebateQueries::ForEachListRowOf(rebateID, [&keys](const StoredRow& row) {
+    RebateQueries::ForEachListRowOf(rebateID, [&keys](const ScannedRow& row) {
         keys << row.Fields(RebateQueries::ListColumn::RebateID).toString();
     });
     return keys;

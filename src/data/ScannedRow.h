@@ -18,7 +18,7 @@ enum class Kind : unsigned char;
 // The quick reads cover the values a column's declared type carries; Fields gives any value
 // as a recordset would, so that odd values (text in a money column, an impossible date) read
 // exactly as they do everywhere else.
-class StoredRow {
+class ScannedRow {
 public:
     static constexpr std::int64_t kNull = std::numeric_limits<std::int64_t>::min();
 
@@ -35,7 +35,7 @@ public:
 
 private:
     friend class Database;
-    StoredRow(sqlite3_stmt* statement, std::vector<store::Kind> kinds)
+    ScannedRow(sqlite3_stmt* statement, std::vector<store::Kind> kinds)
         : mStatement(statement), mKinds(std::move(kinds)) {}
 
     sqlite3_stmt* mStatement;

@@ -1,4 +1,4 @@
-#include "data/StoredRow.h"
+#include "data/ScannedRow.h"
 
 #include "data/StoreConnection.h"
 
@@ -30,7 +30,7 @@ bool JulianDayOf(const unsigned char* text, int length, std::int64_t& julianDay)
 
 } // namespace
 
-bool StoredRow::Number(int column, std::int64_t& number) const {
+bool ScannedRow::Number(int column, std::int64_t& number) const {
     switch (sqlite3_column_type(mStatement, column)) {
     case SQLITE_NULL:
         number = kNull;
@@ -61,7 +61,7 @@ bool StoredRow::Number(int column, std::int64_t& number) const {
     }
 }
 
-bool StoredRow::Text(int column, QStringView& text) const {
+bool ScannedRow::Text(int column, QStringView& text) const {
     if (mKinds[column] != store::Kind::Text)
         return false;
     const int type = sqlite3_column_type(mStatement, column);
@@ -77,7 +77,7 @@ bool StoredRow::Text(int column, QStringView& text) const {
     return true;
 }
 
-bool StoredRow::DateText(int column, QLatin1StringView& text) const {
+bool ScannedRow::DateText(int column, QLatin1StringView& text) const {
     if (mKinds[column] != store::Kind::Date ||
         sqlite3_column_type(mStatement, column) != SQLITE_TEXT)
         return false;
@@ -90,7 +90,7 @@ bool StoredRow::DateText(int column, QLatin1StringView& text) const {
     return true;
 }
 
-QVariant StoredRow::Fields(int column) const {
+QVariant ScannedRow::Fields(int column) const {
     // The value as the SQL driver hands it to a recordset, then typed as the recordset does.
     QVariant value;
     switch (sqlite3_column_type(mStatement, column)) {
