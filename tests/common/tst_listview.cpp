@@ -56,15 +56,17 @@ private Q_SLOTS:
     // equal texts keep the order they were added in. Rows added to a sorted list merge in.
     void sortIsCaseBlindOverWholeTexts_data() {
         QTest::addColumn<int>("sortOrder");
-        QTest::addColumn<bool>("addedLater");
-        QTest::newRow("ascending") << 0 << false;
-        QTest::newRow("descending") << 1 << false;
-        QTest::newRow("ascending, half added after a sort") << 0 << true;
-        QTest::newRow("descending, half added after a sort") << 1 << true;
+        QTest::addColumn<int>("addedLater"); // rows added after the others were sorted
+        QTest::newRow("ascending") << 0 << 0;
+        QTest::newRow("descending") << 1 << 0;
+        QTest::newRow("ascending, half added after a sort") << 0 << 12;
+        QTest::newRow("descending, half added after a sort") << 1 << 12;
+        QTest::newRow("ascending, two added after a sort") << 0 << 2;
+        QTest::newRow("descending, two added after a sort") << 1 << 2;
     }
     void sortIsCaseBlindOverWholeTexts() {
         QFETCH(int, sortOrder);
-        QFETCH(bool, addedLater);
+        QFETCH(int, addedLater);
         const QString long24 = "11/22/2026: Rebate for t";
         const QStringList texts{long24 + "he Router",
                                 "Rebate",
@@ -104,7 +106,7 @@ private Q_SLOTS:
         ListView lv;
         lv.SetSortOrder(sortOrder);
         lv.SetSorted(true);
-        const qsizetype first = addedLater ? texts.size() / 2 : texts.size();
+        const qsizetype first = addedLater ? texts.size() - addedLater : texts.size();
         for (qsizetype i = 0; i < texts.size(); ++i) {
             if (i == first)
                 QCOMPARE(lv.ListItems().Item(1)->Index(), 1); // sorts what is there

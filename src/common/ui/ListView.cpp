@@ -747,15 +747,6 @@ void ListView::SortRows() {
             return item.mSubItems[static_cast<size_t>(key - 1)];
         return kNoText;
     };
-    std::vector<RowSortKey> keys;
-    keys.reserve(mRows.size());
-    for (const auto& row : mRows)
-        keys.emplace_back(row.get(), textOf(*row));
-    const auto inOrder = [&](const RowSortKey& a, const RowSortKey& b) {
-        const int c = a.Compare(b, textOf);
-        return descending ? c > 0 : c < 0;
-    };
-
     QItemSelectionModel* selection = mListView->selectionModel();
     mSyncing = true;
     // The views' selection is rebuilt from the rows afterwards; dropping it first spares the
@@ -769,14 +760,37 @@ void ListView::SortRows() {
     for (const QModelIndex& index : before)
         kept.emplace_back(index.row() < RowCount() ? RowAt(index.row()) : nullptr, index.column());
 
-    const auto middle = keys.begin() + mSortedUpTo;
-    std::stable_sort(middle, keys.end(), inOrder);
-    if (mSortedUpTo > 0)
-        std::inplace_merge(keys.begin(), middle, keys.end(), inOrder);
-    for (auto& row : mRows)
-        row.release(); // each is taken up again, in its new place
-    for (size_t i = 0; i < keys.size(); ++i)
-        mRows[i].reset(keys[i].item);
+    const auto sorted = static_cast<size_t>(mSortedUpTo);
+    if ((mRows.size() - sorted) * 8 <= mRows.size()) {
+        // A few rows added to many in order (a saved record): each finds its place by a
+        // binary search, after the rows it equals.
+        const auto inOrder = [&](const std::unique_ptr<ListItem>& a,
+                                 const std::unique_ptr<ListItem>& b) {
+            const int c = CompareCaseBlind(textOf(*a), textOf(*b));
+            return descending ? c > 0 : c < 0;
+        };
+        for (size_t i = sorted; i < mRows.size(); ++i) {
+            const auto added = mRows.begin() + static_cast<std::ptrdiff_t>(i);
+            std::rotate(std::upper_bound(mRows.begin(), added, *added, inOrder), added, added + 1);
+        }
+    } else {
+        std::vector<RowSortKey> keys;
+        keys.reserve(mRows.size());
+        for (const auto& row : mRows)
+            keys.emplace_back(row.get(), textOf(*row));
+        const auto inOrder = [&](const RowSortKey& a, const RowSortKey& b) {
+            const int c = a.Compare(b, textOf);
+            return descending ? c > 0 : c < 0;
+        };
+        const auto middle = keys.begin() + static_cast<std::ptrdiff_t>(sorted);
+        std::stable_sort(middle, keys.end(), inOrder);
+        if (sorted > 0)
+            std::inplace_merge(keys.begin(), middle, keys.end(), inOrder);
+        for (auto& row : mRows)
+            row.release(); // each is taken up again, in its new place
+        for (size_t i = 0; i < keys.size(); ++i)
+            mRows[i].reset(keys[i].item);
+    }
     Renumber(0);
 
     QModelIndexList after;
