@@ -1,12 +1,15 @@
-// The Switchboard's full list load (AddAllListItems, F5) over 100,000 records. "x raw" is the
+// The Switchboard's full list load (AddAllListItems, F5) over 100,000 records, and a Find
+// over its lists. "x raw" is the
 // load's time over a raw scan of the same rows through the SQLite C interface (every column), "x
 // raw of its columns" over a raw scan of just the columns the lists read; both scans run in the
 // same run on the same file.
 #include "Fixture.h"
 #include "RawScan.h"
 #include "RebateRows.h"
+#include "common/core/Globals.h"
 #include "common/ui/ListView.h"
 #include "data/Database.h"
+#include "switchboard/frmFind.h"
 #include "switchboard/frmSwitchboard.h"
 
 #include <QApplication>
@@ -57,6 +60,15 @@ void RebuildAllLists(benchmark::State& state) {
     state.counters["raw ms"] = rawMs / static_cast<double>(state.iterations());
 }
 
+// One search over every list that finds nothing (aim: under a second).
+void FindNothing(benchmark::State& state) {
+    frmSwitchboard& sb = *frmSwitchboard::Instance();
+    frmFind& find = frmFind::Load(&sb);
+    gFindWhat = QStringLiteral("no such [r]ebate");
+    for (auto _ : state)
+        find.FindIt();
+    delete &find;
+}
 } // namespace
 
 int main(int argc, char** argv) {
@@ -83,6 +95,9 @@ int main(int argc, char** argv) {
                                  RebuildAllLists)
         ->Unit(benchmark::kMillisecond)
         ->Iterations(5);
+    benchmark::RegisterBenchmark(
+        QStringLiteral("FindNothing/%1 rows walked").arg(shown).toStdString().c_str(), FindNothing)
+        ->Unit(benchmark::kMillisecond);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

@@ -1,27 +1,16 @@
-// The Switchboard's Statistics page and Find at sizes far beyond a household's.
-//
-//   Statistics/<n> rows counted   UpdateStatistics over 30,000 records; "x raw" is its time
-//                                 over a raw scan of the same rows through the SQLite C
-//                                 interface (every column), "x raw of its columns" over one of
-//                                 just the columns it sums, both in the same run (aim: < 2)
-//   FindNothing/<n> rows walked   one search over the lists of 100,000 records that finds
-//                                 nothing (aim: < 1 s)
-
+// The Switchboard's Statistics page over 30,000 records (UpdateStatistics). "x raw" is its
+// time over a raw scan of the same rows through the SQLite C interface (every column), "x raw
+// of its columns" over one of just the columns it sums, both in the same run (aim: < 2).
 #include "Fixture.h"
 #include "RawScan.h"
 #include "RebateRows.h"
-#include "common/core/Globals.h"
-#include "common/ui/ListView.h"
 #include "data/Database.h"
 #include "switchboard/StatisticsPage.h"
-#include "switchboard/frmFind.h"
-#include "switchboard/frmSwitchboard.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <benchmark/benchmark.h>
-#include <memory>
 
 namespace {
 const QString kWhere = QStringLiteral(" FROM Rebates WHERE (((Rebates.Deleted)=False))");
@@ -57,15 +46,6 @@ void Statistics(benchmark::State& state) {
         page.lblStatFigures(5)->text().remove(QLatin1Char(',')).toDouble();
 }
 
-void FindNothing(benchmark::State& state) {
-    frmSwitchboard& sb = *frmSwitchboard::Instance();
-    frmFind& find = frmFind::Load(&sb);
-    gFindWhat = QStringLiteral("no such [r]ebate");
-    for (auto _ : state)
-        find.FindIt();
-    delete &find;
-}
-
 int RowsCounted() {
     return static_cast<int>(
         RawScan(gDatabase->Name(), QStringLiteral("SELECT NULL") + kWhere)); // one per row
@@ -87,21 +67,6 @@ int main(int argc, char** argv) {
             Statistics)
             ->Unit(benchmark::kMillisecond);
         benchmark::RunSpecifiedBenchmarks();
-        benchmark::ClearRegisteredBenchmarks();
-    }
-    {
-        Fixture fixture;
-        fixture.OpenDatabase(GenerateRebates(100000, 20261123));
-        frmSwitchboard& sb = frmSwitchboard::Load();
-        int rows = 0;
-        for (ListView* lv : sb.RecordLists())
-            rows += lv->ListItems().Count();
-        benchmark::RegisterBenchmark(
-            QStringLiteral("FindNothing/%1 rows walked").arg(rows).toStdString().c_str(),
-            FindNothing)
-            ->Unit(benchmark::kMillisecond);
-        benchmark::RunSpecifiedBenchmarks();
-        delete &sb;
     }
     benchmark::Shutdown();
     return 0;
