@@ -4,7 +4,7 @@
 #include "common/core/VbError.h"
 #include "data/RebateQueries.h"
 #include "data/RebateStatus.h"
-#include "data/Recordset.h"
+#include "data/ScannedRow.h"
 
 #include <QMap>
 #include <array>
@@ -29,35 +29,30 @@ constexpr std::array<const char*, 6> kStates{"Unsent", "Pending",  "Overdue",
 } // namespace
 
 SavingsFigures ReadSavingsFigures(const QDate& today) {
-    std::unique_ptr<Recordset> rs = RebateQueries::OpenStatisticsRows();
-    const int amountReceived = rs->FieldIndex(QStringLiteral("AmountReceived"));
-    const int rebateAmount = rs->FieldIndex(QStringLiteral("RebateAmount"));
-    const int rejected = rs->FieldIndex(QStringLiteral("Rejected"));
-    const int dateReceived = rs->FieldIndex(QStringLiteral("DateReceived"));
-    const int dateDue = rs->FieldIndex(QStringLiteral("DateDue"));
-
+    using namespace RebateQueries::ListColumn;
+    using RebateQueries::SavingsColumn::RebateAmount;
     QMap<int, SavingsMonth> byMonth; // key 0: no date
     std::array<SavingsState, kStates.size()> byState{};
     SavingsFigures figures;
-    for (; !rs->IsEOF(); rs->MoveNext()) {
-        const QVariant received = rs->Fields(amountReceived);
+    RebateQueries::ForEachSavingsRow([&](const ScannedRow& row) {
+        const QVariant received = row.Fields(AmountReceived);
         const Currency money = clsRebateStats::Money(received);
         if (money.Raw() != 0) {
             figures.totalReceived += money;
-            SavingsMonth& month = byMonth[MonthKey(rs->Fields(dateReceived))];
+            SavingsMonth& month = byMonth[MonthKey(row.Fields(DateReceived))];
             month.received += money;
         }
-        const Currency promised = clsRebateStats::Money(rs->Fields(rebateAmount));
-        if (clsRebateStats::IsOutstanding(received, rs->Fields(rejected))) {
+        const Currency promised = clsRebateStats::Money(row.Fields(RebateAmount));
+        if (clsRebateStats::IsOutstanding(received, row.Fields(Rejected))) {
             figures.totalOutstanding += promised;
-            SavingsMonth& month = byMonth[MonthKey(rs->Fields(dateDue))];
+            SavingsMonth& month = byMonth[MonthKey(row.Fields(DateDue))];
             month.outstanding += promised;
         }
         QString status;
         try {
-            status = GetRebateStatus(*rs, today);
+            status = GetRebateStatus(row, today);
         } catch (const VbError&) {
-            continue; // a value that can't be compared puts the row in no state
+            return; // a value that can't be compared puts the row in no state
         }
         for (size_t i = 0; i < kStates.size(); ++i) {
             if (status == QLatin1String(kStates[i])) {
@@ -65,8 +60,7 @@ SavingsFigures ReadSavingsFigures(const QDate& today) {
                 byState[i].amount += status == QLatin1String("Paid") ? money : promised;
             }
         }
-    }
-    rs->Close();
+    });
 
     if (const auto none = byMonth.constFind(0); none != byMonth.constEnd()) {
         figures.months.append({kNoDate, none->received, none->outstanding});

@@ -4,9 +4,10 @@
 #include "common/core/Regional.h"
 #include "common/core/VbError.h"
 #include "data/RebateQueries.h"
-#include "data/Recordset.h"
+#include "data/ScannedRow.h"
 
 #include <limits>
+#include <optional>
 
 namespace {
 
@@ -57,6 +58,32 @@ Tri Compare(const QVariant& value, bool above) {
         Tri::Null);
 }
 
+// The same three reads of a stored row: the values the columns' types carry read directly, any
+// other as the recordset would give it.
+Currency MoneyAt(const ScannedRow& row, int column) {
+    std::int64_t raw = 0;
+    if (row.Number(column, raw))
+        return raw == ScannedRow::kNull ? Currency() : Currency::FromRaw(raw);
+    return MoneyOf(row.Fields(column));
+}
+
+Tri IsTrueAt(const ScannedRow& row, int column) {
+    std::int64_t number = 0;
+    if (row.Number(column, number))
+        return number == ScannedRow::kNull ? Tri::Null : (number != 0 ? Tri::True : Tri::False);
+    return IsTrue(row.Fields(column));
+}
+
+Tri CompareAt(const ScannedRow& row, int column, bool above) {
+    std::int64_t raw = 0;
+    if (row.Number(column, raw)) {
+        if (raw == ScannedRow::kNull)
+            return Tri::Null;
+        return (above ? raw > 0 : raw == 0) ? Tri::True : Tri::False;
+    }
+    return Compare(row.Fields(column), above);
+}
+
 Tri Not(Tri value) {
     return value == Tri::Null ? Tri::Null : (value == Tri::True ? Tri::False : Tri::True);
 }
@@ -88,10 +115,6 @@ Currency clsRebateStats::Money(const QVariant& value) {
     return MoneyOf(value);
 }
 
-bool clsRebateStats::IsReceived(const QVariant& amountReceived) {
-    return Compare(amountReceived, true) == Tri::True;
-}
-
 bool clsRebateStats::IsOutstanding(const QVariant& amountReceived, const QVariant& rejected) {
     return And(Compare(amountReceived, false), Not(IsTrue(rejected))) == Tri::True;
 }
@@ -105,56 +128,59 @@ void clsRebateStats::Init() {
 }
 
 bool clsRebateStats::GetStatistics() {
-    bool result = false;
-    std::unique_ptr<Recordset> rs; // closed and released when it goes out of scope
     try {
-        rs = RebateQueries::OpenStatisticsRows();
-        if (rs->IsEOF() && rs->IsBOF())
-            return false;
-        // A recordset that is not at both ends holds a row: RecordCount is above 0 from here.
-        rs->MoveLast();
-        rs->MoveFirst();
-        if (rs->RecordCount() > std::numeric_limits<std::int16_t>::max())
-            throw VbError(VbError::Overflow);
-        miCountPurchases = static_cast<std::int16_t>(rs->RecordCount());
-
-        const int purchasePrice = rs->FieldIndex(QStringLiteral("PurchasePrice"));
-        const int couponAmount = rs->FieldIndex(QStringLiteral("CouponAmount"));
-        const int postagePrice = rs->FieldIndex(QStringLiteral("PostagePrice"));
-        const int followupPostage = rs->FieldIndex(QStringLiteral("FollowupPostage"));
-        const int amountReceived = rs->FieldIndex(QStringLiteral("AmountReceived"));
-        const int rejected = rs->FieldIndex(QStringLiteral("Rejected"));
-        const int rebateAmount = rs->FieldIndex(QStringLiteral("RebateAmount"));
-
-        // The first row assigns, the later ones add.
-        for (bool first = true; !rs->IsEOF(); first = false) {
-            Sum(mcTotalSpent, MoneyOf(rs->Fields(purchasePrice)), first);
-            Sum(mcTotalCoupons, MoneyOf(rs->Fields(couponAmount)), first);
-            Sum(mcTotalPostage, MoneyOf(rs->Fields(postagePrice)), first);
-            Sum(mcTotalFollowupPostage, MoneyOf(rs->Fields(followupPostage)), first);
-            const QVariant received = rs->Fields(amountReceived);
-            Sum(mcTotalReceived, MoneyOf(received), first);
-
-            const QVariant isRejected = rs->Fields(rejected);
-            if (IsTrue(isRejected) == Tri::True) {
-                CountOne(miCountRejections, first);
-                Sum(mcTotalRejected, MoneyOf(rs->Fields(rebateAmount)), first);
-            } else if (Not(Compare(received, true)) == Tri::True) {
-                CountOne(miCountPending, first);
+        // Worked out on a copy: a table too large to count leaves the figures as they were,
+        // whatever else went wrong on the way.
+        clsRebateStats walk = *this;
+        int rows = 0;
+        std::optional<VbError> failure;
+        RebateQueries::ForEachStatisticsRow([&](const ScannedRow& row) {
+            if (!failure) {
+                try {
+                    walk.AddRow(row, rows == 0);
+                } catch (const VbError& error) {
+                    failure = error;
+                }
             }
-            if (IsReceived(received))
-                CountOne(miCountReceived, first);
-            if (Compare(rs->Fields(followupPostage), true) == Tri::True)
-                CountOne(miCountFollowups, first);
-            if (IsOutstanding(received, isRejected))
-                Sum(mcTotalOutstanding, MoneyOf(rs->Fields(rebateAmount)), first);
-            rs->MoveNext();
-        }
-        result = true;
+            ++rows;
+        });
+        if (rows == 0)
+            return false;
+        if (rows > std::numeric_limits<std::int16_t>::max())
+            throw VbError(VbError::Overflow);
+        walk.miCountPurchases = static_cast<std::int16_t>(rows);
+        *this = walk;
+        if (failure)
+            throw *failure;
+        return true;
     } catch (const VbError& error) {
         LogError(error, QStringLiteral("clsRebateStats"), QStringLiteral("GetStatistics()"),
                  QStringLiteral("Error Compiling Stats"));
-        result = false;
+        return false;
     }
-    return result;
+}
+
+// The first row assigns, the later ones add.
+void clsRebateStats::AddRow(const ScannedRow& row, bool first) {
+    using namespace RebateQueries::StatisticsColumn;
+    Sum(mcTotalSpent, MoneyAt(row, PurchasePrice), first);
+    Sum(mcTotalCoupons, MoneyAt(row, CouponAmount), first);
+    Sum(mcTotalPostage, MoneyAt(row, PostagePrice), first);
+    Sum(mcTotalFollowupPostage, MoneyAt(row, FollowupPostage), first);
+    Sum(mcTotalReceived, MoneyAt(row, AmountReceived), first);
+
+    const Tri isRejected = IsTrueAt(row, Rejected);
+    const Tri received = CompareAt(row, AmountReceived, true);
+    if (isRejected == Tri::True) {
+        CountOne(miCountRejections, first);
+        Sum(mcTotalRejected, MoneyAt(row, RebateAmount), first);
+    } else if (Not(received) == Tri::True) {
+        CountOne(miCountPending, first);
+    }
+    if (received == Tri::True)
+        CountOne(miCountReceived, first);
+    if (CompareAt(row, FollowupPostage, true) == Tri::True)
+        CountOne(miCountFollowups, first);
+    if (And(CompareAt(row, AmountReceived, false), Not(isRejected)) == Tri::True)
+        Sum(mcTotalOutstanding, MoneyAt(row, RebateAmount), first);
 }

@@ -5,6 +5,8 @@
 #include <QVariant>
 #include <cstdint>
 
+class ScannedRow;
+
 // Twelve figures over all undeleted rebates, worked out in one walk of the table. Create a
 // new object each time and call Init: a second walk on the same object restarts the five
 // plain sums but adds to the other figures.
@@ -29,13 +31,13 @@ public:
     Currency TotalSpent() const { return mcTotalSpent; }
 
     // The rules the figures follow, for whoever shows them another way: a value as money (Null
-    // or unreadable is 0), and whether a row's amount counts as received or as outstanding.
+    // or unreadable is 0), and whether a row's amount counts as outstanding.
     static Currency Money(const QVariant& value);
-    static bool IsReceived(const QVariant& amountReceived);
     static bool IsOutstanding(const QVariant& amountReceived, const QVariant& rejected);
 
 private:
     bool GetStatistics();
+    void AddRow(const ScannedRow& row, bool first);
 
     std::int16_t miCountFollowups = 0;
     std::int16_t miCountPending = 0;

@@ -5,12 +5,14 @@
 
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QUrl>
 #include <algorithm>
 #include <atomic>
 #include <optional>
+#include <sqlite3.h>
 
 std::unique_ptr<Database> gDatabase;
 
@@ -257,6 +259,45 @@ std::unique_ptr<Recordset> Database::OpenRecordset(const QString& sql, int type,
     mConnection->Checked();
     return std::unique_ptr<Recordset>(
         new Recordset(mConnection, sql, type == dbOpenSnapshot, params));
+}
+
+void Database::Scan(const QString& sql, const QStringList& params,
+                    const std::function<void(const ScannedRow&)>& visit) {
+    const QVariant handle = mConnection->Checked().driver()->handle();
+    sqlite3* db = *static_cast<sqlite3* const*>(handle.constData());
+    const auto failure = [db](int code) {
+        return store::SqlFailure(QSqlError(QString(), QString::fromUtf8(sqlite3_errmsg(db)),
+                                           QSqlError::StatementError, QString::number(code)),
+                                 dbError::QueryError);
+    };
+    sqlite3_stmt* statement = nullptr;
+    const QByteArray text = sql.toUtf8();
+    if (const int code = sqlite3_prepare_v2(db, text.constData(), static_cast<int>(text.size()),
+                                            &statement, nullptr);
+        code != SQLITE_OK)
+        throw failure(code);
+    const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> finalize(statement,
+                                                                         sqlite3_finalize);
+    for (int i = 0; i < params.size(); ++i) {
+        const QString& value = params[i];
+        if (const int code =
+                sqlite3_bind_text16(statement, i + 1, value.utf16(),
+                                    static_cast<int>(value.size() * 2), SQLITE_TRANSIENT);
+            code != SQLITE_OK)
+            throw failure(code);
+    }
+    std::vector<store::Kind> kinds;
+    for (int c = 0; c < sqlite3_column_count(statement); ++c) {
+        const char* declared = sqlite3_column_decltype(statement, c);
+        kinds.push_back(
+            store::KindOfDeclaredType(declared ? QString::fromUtf8(declared) : QString()));
+    }
+    const ScannedRow row(statement, std::move(kinds));
+    int code = SQLITE_ROW;
+    while ((code = sqlite3_step(statement)) == SQLITE_ROW)
+        visit(row);
+    if (code != SQLITE_DONE)
+        throw failure(code);
 }
 
 int Database::Execute(const QString& sql, const QVariantList& params) {

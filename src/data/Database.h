@@ -1,8 +1,10 @@
 #pragma once
 
 #include "data/Recordset.h"
+#include "data/ScannedRow.h"
 
 #include <QString>
+#include <QStringList>
 #include <QVariantList>
 #include <functional>
 #include <memory>
@@ -57,6 +59,12 @@ public:
     // them again. Values are never written into the SQL text.
     std::unique_ptr<Recordset> OpenRecordset(const QString& sql, int type = dbOpenDynaset,
                                              const QVariantList& params = {});
+
+    // Runs the SELECT and hands each row to `visit` as the engine reads it, holding none: for
+    // walks over many rows that need a few columns. The ? placeholders take `params` in order.
+    // Refusals raise as OpenRecordset does.
+    void Scan(const QString& sql, const QStringList& params,
+              const std::function<void(const ScannedRow&)>& visit);
 
     // Runs one statement that returns no rows (VACUUM INTO, DELETE ...), its ? placeholders
     // bound to `params`; returns the number of rows it changed. Refusals raise as

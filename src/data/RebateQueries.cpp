@@ -24,20 +24,37 @@ std::unique_ptr<Recordset> OpenRebateByID(const QString& rebateID, int type) {
                                        type, {rebateID});
 }
 
-std::unique_ptr<Recordset> OpenListRows() {
-    return TheDatabase().OpenRecordset(
-        QStringLiteral("SELECT * FROM Rebates WHERE NOT (((Rebates.Deleted)=True))"));
+namespace {
+const QString kListColumnNames =
+    QStringLiteral("RebateID, RebateName, ProductName, DateSent, DateDue, DateReceived, "
+                   "FollowupDate, AmountReceived, Rejected, Deleted");
+const QString kListColumns =
+    QStringLiteral("SELECT ") + kListColumnNames + QStringLiteral(" FROM Rebates ");
+} // namespace
+
+void ForEachListRow(const std::function<void(const ScannedRow&)>& visit) {
+    TheDatabase().Scan(kListColumns + QStringLiteral("WHERE NOT (((Rebates.Deleted)=True))"), {},
+                       visit);
 }
 
-std::unique_ptr<Recordset> OpenListRow(const QString& rebateID) {
-    return TheDatabase().OpenRecordset(
-        QStringLiteral("SELECT * FROM Rebates WHERE (([RebateID])= ?);"), dbOpenDynaset,
-        {rebateID});
+void ForEachListRowOf(const QString& rebateID,
+                      const std::function<void(const ScannedRow&)>& visit) {
+    TheDatabase().Scan(kListColumns + QStringLiteral("WHERE (([RebateID])= ?)"), {rebateID}, visit);
 }
 
-std::unique_ptr<Recordset> OpenStatisticsRows() {
-    return TheDatabase().OpenRecordset(
-        QStringLiteral("SELECT * FROM Rebates WHERE (((Rebates.Deleted)=False))"), dbOpenSnapshot);
+void ForEachStatisticsRow(const std::function<void(const ScannedRow&)>& visit) {
+    TheDatabase().Scan(
+        QStringLiteral("SELECT PurchasePrice, CouponAmount, PostagePrice, FollowupPostage, "
+                       "AmountReceived, Rejected, RebateAmount FROM Rebates "
+                       "WHERE (((Rebates.Deleted)=False))"),
+        {}, visit);
+}
+
+void ForEachSavingsRow(const std::function<void(const ScannedRow&)>& visit) {
+    TheDatabase().Scan(QStringLiteral("SELECT ") + kListColumnNames +
+                           QStringLiteral(", RebateAmount FROM Rebates "
+                                          "WHERE (((Rebates.Deleted)=False))"),
+                       {}, visit);
 }
 
 std::unique_ptr<Recordset> OpenUndeletedByDateSent() {

@@ -4,6 +4,7 @@
 #include "data/Database.h"
 
 #include <QString>
+#include <functional>
 #include <memory>
 
 class Recordset;
@@ -19,15 +20,53 @@ std::unique_ptr<Recordset> OpenNoRebate();
 // The row with this RebateID (updatable as a dynaset).
 std::unique_ptr<Recordset> OpenRebateByID(const QString& rebateID, int type = dbOpenDynaset);
 
+// The columns ForEachListRow and ForEachListRowOf read, by position.
+namespace ListColumn {
+enum : int {
+    RebateID,
+    RebateName,
+    ProductName,
+    DateSent,
+    DateDue,
+    DateReceived,
+    FollowupDate,
+    AmountReceived,
+    Rejected,
+    Deleted,
+};
+}
+
 // The rows the Switchboard's lists show: every row not marked deleted (Null counts as marked,
-// as the query has always read).
-std::unique_ptr<Recordset> OpenListRows();
+// as the query has always read), with the columns the lists and the status rule read.
+void ForEachListRow(const std::function<void(const ScannedRow&)>& visit);
 
-// One row for the Switchboard's lists, by RebateID, whatever its Deleted.
-std::unique_ptr<Recordset> OpenListRow(const QString& rebateID);
+// The same columns of the row with this RebateID, whatever its Deleted.
+void ForEachListRowOf(const QString& rebateID, const std::function<void(const ScannedRow&)>& visit);
 
-// The rows the statistics count: those whose Deleted is False.
-std::unique_ptr<Recordset> OpenStatisticsRows();
+// The columns ForEachStatisticsRow reads, by position.
+namespace StatisticsColumn {
+enum : int {
+    PurchasePrice,
+    CouponAmount,
+    PostagePrice,
+    FollowupPostage,
+    AmountReceived,
+    Rejected,
+    RebateAmount,
+};
+}
+
+// The rows the statistics count (those whose Deleted is False), with the columns they sum.
+void ForEachStatisticsRow(const std::function<void(const ScannedRow&)>& visit);
+
+// The columns ForEachSavingsRow reads: those of ListColumn (so the status rule reads them),
+// then the rebate's amount.
+namespace SavingsColumn {
+enum : int { RebateAmount = ListColumn::Deleted + 1 };
+}
+
+// The rows the statistics count, for the savings chart.
+void ForEachSavingsRow(const std::function<void(const ScannedRow&)>& visit);
 
 // The undeleted rows by DateSent, for the record walker. Its text has always been refused by
 // the engine (an unbalanced parenthesis): opening it raises 3075.

@@ -4,7 +4,9 @@
 #include "common/core/Currency.h"
 #include "common/core/Regional.h"
 #include "common/core/VbError.h"
+#include "data/RebateQueries.h"
 #include "data/Recordset.h"
+#include "data/ScannedRow.h"
 
 namespace {
 
@@ -64,13 +66,53 @@ bool BeforeToday(const QVariant& value, const QDate& today) {
     return date < today;
 }
 
-} // namespace
+// The rule's seven reads of a recordset's current row.
+struct RecordsetCells {
+    const Recordset& rs;
+    const StatusColumns& columns;
+    bool Deleted() const { return IsTrue(rs.Fields(columns.deleted)); }
+    bool Paid() const { return AboveZero(rs.Fields(columns.amountReceived)); }
+    bool Rejected() const { return IsTrue(rs.Fields(columns.rejected)); }
+    bool NoFollowup() const { return IsBlank(rs.Fields(columns.followupDate)); }
+    bool NotReceived() const { return IsBlank(rs.Fields(columns.dateReceived)); }
+    bool Due(const QDate& today) const { return BeforeToday(rs.Fields(columns.dateDue), today); }
+    bool NotSent() const { return IsBlank(rs.Fields(columns.dateSent)); }
+};
 
-QString GetRebateStatus(const Recordset& rs) {
-    return GetRebateStatus(rs, Date());
-}
+// The same reads of a stored row: the values the columns' types carry read directly, any
+// other as the recordset gives it.
+struct StoredCells {
+    const ScannedRow& row;
+    bool Flag(int column) const {
+        std::int64_t number = 0;
+        return row.Number(column, number) ? number != ScannedRow::kNull && number != 0
+                                          : IsTrue(row.Fields(column));
+    }
+    bool Blank(int column) const {
+        std::int64_t number = 0;
+        return row.Number(column, number) ? number == ScannedRow::kNull
+                                          : IsBlank(row.Fields(column));
+    }
+    bool Deleted() const { return Flag(RebateQueries::ListColumn::Deleted); }
+    bool Paid() const {
+        std::int64_t number = 0;
+        return row.Number(RebateQueries::ListColumn::AmountReceived, number)
+                   ? number != ScannedRow::kNull && number > 0
+                   : AboveZero(row.Fields(RebateQueries::ListColumn::AmountReceived));
+    }
+    bool Rejected() const { return Flag(RebateQueries::ListColumn::Rejected); }
+    bool NoFollowup() const { return Blank(RebateQueries::ListColumn::FollowupDate); }
+    bool NotReceived() const { return Blank(RebateQueries::ListColumn::DateReceived); }
+    bool Due(const QDate& today) const {
+        std::int64_t day = 0;
+        return row.Number(RebateQueries::ListColumn::DateDue, day)
+                   ? day != ScannedRow::kNull && day < today.toJulianDay()
+                   : BeforeToday(row.Fields(RebateQueries::ListColumn::DateDue), today);
+    }
+    bool NotSent() const { return Blank(RebateQueries::ListColumn::DateSent); }
+};
 
-QString GetRebateStatus(const Recordset& rs, const QDate& today) {
+template <typename Cells> QString StatusOf(const Cells& cells, const QDate& today) {
     static const QString deleted = QStringLiteral("Deleted");
     static const QString paid = QStringLiteral("Paid");
     static const QString rejected = QStringLiteral("Rejected");
@@ -79,21 +121,34 @@ QString GetRebateStatus(const Recordset& rs, const QDate& today) {
     static const QString unsent = QStringLiteral("Unsent");
     static const QString pending = QStringLiteral("Pending");
 
-    const StatusColumns& columns = ColumnsOf(rs);
-    if (IsTrue(rs.Fields(columns.deleted)))
+    if (cells.Deleted())
         return deleted;
-    if (AboveZero(rs.Fields(columns.amountReceived)))
+    if (cells.Paid())
         return paid;
-    if (IsTrue(rs.Fields(columns.rejected)))
+    if (cells.Rejected())
         return rejected;
-    if (!IsBlank(rs.Fields(columns.followupDate)))
+    if (!cells.NoFollowup())
         return followup;
     // Both sides are evaluated, received first, as the rule reads them.
-    const bool notReceived = IsBlank(rs.Fields(columns.dateReceived));
-    const bool due = BeforeToday(rs.Fields(columns.dateDue), today);
+    const bool notReceived = cells.NotReceived();
+    const bool due = cells.Due(today);
     if (due && notReceived)
         return overdue;
-    if (IsBlank(rs.Fields(columns.dateSent)))
+    if (cells.NotSent())
         return unsent;
     return pending;
+}
+
+} // namespace
+
+QString GetRebateStatus(const Recordset& rs) {
+    return GetRebateStatus(rs, Date());
+}
+
+QString GetRebateStatus(const Recordset& rs, const QDate& today) {
+    return StatusOf(RecordsetCells{rs, ColumnsOf(rs)}, today);
+}
+
+QString GetRebateStatus(const ScannedRow& row, const QDate& today) {
+    return StatusOf(StoredCells{row}, today);
 }

@@ -4,6 +4,7 @@
 #include <QString>
 
 class Recordset;
+class ScannedRow;
 
 // The status of the current row of a recordset over Rebates, worked out from its fields and
 // today's date: "Deleted", "Paid", "Rejected", "Followup", "Overdue", "Unsent" or "Pending".
@@ -12,3 +13,5 @@ class Recordset;
 QString GetRebateStatus(const Recordset& rs, const QDate& today);
 // The same for one row, with today from the clock (Date()).
 QString GetRebateStatus(const Recordset& rs);
+// The same for a row of RebateQueries::ForEachListRow.
+QString GetRebateStatus(const ScannedRow& row, const QDate& today);

@@ -126,19 +126,6 @@ QVariant TypedFromNumber(Kind kind, std::int64_t number) {
     return QVariant();
 }
 
-// What Fields() gives for a value read from SQLite: converted when the declared type
-// allows, else the value as it is.
-QVariant TypedFromSql(Kind kind, const QVariant& value) {
-    if (value.isNull())
-        return QVariant();
-    if (kind == Kind::Text)
-        return QVariant(NonNull(value.toString()));
-    std::int64_t number = 0;
-    if (kind != Kind::Other && NumberFromSql(kind, value, number))
-        return TypedFromNumber(kind, number);
-    return value;
-}
-
 // A caller's value converted to what the column holds; raises 13 when it doesn't convert.
 QVariant TypedForWrite(Kind kind, const QVariant& value) {
     if (value.isNull())
@@ -215,6 +202,23 @@ const QRegularExpression& SingleTableSelect() {
 }
 
 } // namespace
+
+namespace store {
+
+// What Fields() gives for a value read from SQLite: converted when the declared type
+// allows, else the value as it is.
+QVariant TypedFromSql(Kind kind, const QVariant& value) {
+    if (value.isNull())
+        return QVariant();
+    if (kind == Kind::Text)
+        return QVariant(NonNull(value.toString()));
+    std::int64_t number = 0;
+    if (kind != Kind::Other && NumberFromSql(kind, value, number))
+        return TypedFromNumber(kind, number);
+    return value;
+}
+
+} // namespace store
 
 Recordset::Recordset(std::shared_ptr<store::Connection> connection, const QString& sql,
                      bool snapshot, const QVariantList& params)
@@ -316,7 +320,7 @@ void Recordset::Append(Column& column, const QVariant& value) {
         column.numbers = {};
         column.mixed = true;
     }
-    column.values.push_back(TypedFromSql(column.kind, value));
+    column.values.push_back(store::TypedFromSql(column.kind, value));
 }
 
 void Recordset::AppendText(Column& column, const QString& text) {

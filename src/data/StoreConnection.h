@@ -8,6 +8,7 @@
 #include <QList>
 #include <QSqlDatabase>
 #include <QString>
+#include <QVariant>
 
 class QSqlError;
 class QSqlQuery;
@@ -55,5 +56,9 @@ bool ExecWaiting(QSqlQuery& query, int waitMs);
 VbError SqlFailure(const QSqlError& error, int fallback);
 
 Kind KindOfDeclaredType(const QString& declaredType);
+
+// What Recordset::Fields gives for a value as the SQL driver reads it: converted when the
+// declared type allows, else the value as it is.
+QVariant TypedFromSql(Kind kind, const QVariant& value);
 
 } // namespace store

@@ -23,9 +23,14 @@
 #include "data/Database.h"
 #include "data/RebateQueries.h"
 #include "data/RebateStatus.h"
-#include "data/Recordset.h"
+#include "data/ScannedRow.h"
 
+#include <QStringBuilder>
 #include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
 
 #include <QAction>
 #include <QCloseEvent>
@@ -143,76 +148,131 @@ bool SelectRecordRow(ListView* lv, const QString& rebateID,
 
 } // namespace
 
-// Column indexes of one recordset over Rebates, resolved once before a walk.
-struct RebateColumns {
-    explicit RebateColumns(const Recordset& rs)
-        : rebateID(rs.FieldIndex(QStringLiteral("RebateID"))),
-          rebateName(rs.FieldIndex(QStringLiteral("RebateName"))),
-          productName(rs.FieldIndex(QStringLiteral("ProductName"))),
-          dateSent(rs.FieldIndex(QStringLiteral("DateSent"))),
-          dateDue(rs.FieldIndex(QStringLiteral("DateDue"))),
-          dateReceived(rs.FieldIndex(QStringLiteral("DateReceived"))),
-          followupDate(rs.FieldIndex(QStringLiteral("FollowupDate"))) {}
-    int rebateID;
-    int rebateName;
-    int productName;
-    int dateSent;
-    int dateDue;
-    int dateReceived;
-    int followupDate;
+// The product names and dates of one list load, each kept once: many records share them.
+class SharedTexts {
+public:
+    QString Of(QStringView text) {
+        const std::u16string_view key(text.utf16(), static_cast<size_t>(text.size()));
+        if (const auto found = mTexts.find(key); found != mTexts.end())
+            return found->second;
+        // The key views the characters of the text it maps to, which never move.
+        const QString kept = text.toString();
+        mTexts.emplace(
+            std::u16string_view(reinterpret_cast<const char16_t*>(kept.constData()), key.size()),
+            kept);
+        return kept;
+    }
+    QString Of(QLatin1StringView text) {
+        // Short enough to be held without an allocation of its own.
+        std::string key(text.data(), static_cast<size_t>(text.size()));
+        if (const auto found = mDates.find(key); found != mDates.end())
+            return found->second;
+        return mDates.emplace(std::move(key), QString(text)).first->second;
+    }
+
+private:
+    std::unordered_map<std::u16string_view, QString> mTexts;
+    std::unordered_map<std::string, QString> mDates;
 };
 
 // What a record's row shows. Worked out once per record: both of its lists share the texts.
 struct RebateRowTexts {
-    RebateRowTexts() = default;
-    RebateRowTexts(const Recordset& rs, const RebateColumns& columns, const QString& status) {
-        // A date the store gives back as text is no date (2024-02-30, 'tomorrow').
-        for (int column :
-             {columns.dateSent, columns.dateDue, columns.dateReceived, columns.followupDate}) {
-            const QVariant value = rs.Fields(column);
-            if (value.metaType().id() == QMetaType::QString && !value.toString().isEmpty())
-                throw VbError(VbError::TypeMismatch);
-        }
-        // The date of the row's text is the value's plain text, unformatted.
-        const QVariant dateSent = rs.Fields(columns.dateSent);
-        const QString name = CStr(NZ(rs.Fields(columns.rebateName)));
-        text = IsBlank(dateSent) ? QStringLiteral("No date: ") + name
-                                 : CStr(dateSent) + QStringLiteral(": ") + name;
-        product = CStr(NZ(rs.Fields(columns.productName)));
+    // The texts of a record with this status; the product and date from `shared` when given.
+    // A date stored as text that is no date (2024-02-30, 'tomorrow') raises 13.
+    RebateRowTexts(const ScannedRow& row, const QString& status, SharedTexts* shared = nullptr) {
+        using namespace RebateQueries::ListColumn;
         // Column 3 takes its date by the status, not by the list, so lvAll's "Date Sent"
         // column can show a due, payment or followup date.
-        int dateColumn = columns.dateSent;
+        int dateColumn = DateSent;
         if (status == QLatin1String("Overdue"))
-            dateColumn = columns.dateDue;
+            dateColumn = DateDue;
         else if (status == QLatin1String("Paid"))
-            dateColumn = columns.dateReceived;
+            dateColumn = DateReceived;
         else if (status == QLatin1String("Followup"))
-            dateColumn = columns.followupDate;
-        const QVariant value = dateColumn == columns.dateSent ? dateSent : rs.Fields(dateColumn);
-        date = IsBlank(value) ? QStringLiteral("No Date")
-                              : Format(value, QStringLiteral("yyyy-mm-dd"));
-        rebateID = CStr(NZ(rs.Fields(columns.rebateID)));
+            dateColumn = FollowupDate;
+        bool plain = true; // every value read directly: no general conversion needed
+        std::array<QLatin1StringView, 4> dates;
+        for (int column : {DateSent, DateDue, DateReceived, FollowupDate}) {
+            QLatin1StringView& date = dates[static_cast<size_t>(column - DateSent)];
+            std::int64_t day = 0;
+            if (row.DateText(column, date) || (row.Number(column, day) && day == ScannedRow::kNull))
+                continue;
+            const QVariant value = row.Fields(column);
+            if (value.metaType().id() == QMetaType::QString && !value.toString().isEmpty())
+                throw VbError(VbError::TypeMismatch);
+            plain = false;
+        }
+        QStringView name;
+        QStringView productName;
+        QStringView key;
+        plain = plain && row.Text(RebateName, name) && row.Text(ProductName, productName) &&
+                row.Text(RebateID, key);
+        if (!plain) {
+            *this = Converted(row, dateColumn);
+            return;
+        }
+        const QLatin1StringView sent = dates[0];
+        if (sent.isEmpty()) {
+            text = NoDatePrefix() % name;
+        } else {
+            // The date as its plain text (m/d/yyyy) from the stored yyyy-mm-dd.
+            const auto number = [](QLatin1StringView digits) {
+                return QLatin1StringView(digits.front() == QLatin1Char('0') ? digits.sliced(1)
+                                                                            : digits);
+            };
+            text = number(sent.sliced(5, 2)) % QLatin1Char('/') % number(sent.sliced(8, 2)) %
+                   QLatin1Char('/') % sent.sliced(0, 4) % QLatin1String(": ") % name;
+        }
+        product = shared ? shared->Of(productName) : productName.toString();
+        const QLatin1StringView shown = dates[static_cast<size_t>(dateColumn - DateSent)];
+        date = shown.isEmpty() ? NoDate() : (shared ? shared->Of(shown) : QString(shown));
+        rebateID = key.toString();
     }
     // The row of a record whose values can't all be read: each shown as stored, the date
     // column the Date Sent.
-    static RebateRowTexts AsStored(const Recordset& rs, const RebateColumns& columns) {
-        const auto plain = [&rs](int column) {
-            const QVariant value = rs.Fields(column);
+    static RebateRowTexts AsStored(const ScannedRow& row) {
+        using namespace RebateQueries::ListColumn;
+        const auto plain = [&row](int column) {
+            const QVariant value = row.Fields(column);
             return IsBlank(value) ? QString() : value.toString();
         };
         RebateRowTexts texts;
-        const QString sent = plain(columns.dateSent);
+        const QString sent = plain(DateSent);
         texts.text = (sent.isEmpty() ? QStringLiteral("No date") : sent) + QStringLiteral(": ") +
-                     plain(columns.rebateName);
-        texts.product = plain(columns.productName);
-        texts.date = sent.isEmpty() ? QStringLiteral("No Date") : sent;
-        texts.rebateID = plain(columns.rebateID);
+                     plain(RebateName);
+        texts.product = plain(ProductName);
+        texts.date = sent.isEmpty() ? NoDate() : sent;
+        texts.rebateID = plain(RebateID);
         return texts;
     }
     QString text;
     QString product;
     QString date; // yyyy-mm-dd, so that the text sort of the column is the order of dates
     QString rebateID;
+
+private:
+    RebateRowTexts() = default;
+    static const QString& NoDate() {
+        static const QString text = QStringLiteral("No Date");
+        return text;
+    }
+    static QLatin1StringView NoDatePrefix() { return QLatin1StringView("No date: "); }
+    // The texts through the general conversions, for values stored as another type than
+    // their column's (a number in a date or text column).
+    static RebateRowTexts Converted(const ScannedRow& row, int dateColumn) {
+        using namespace RebateQueries::ListColumn;
+        RebateRowTexts texts;
+        // The date of the row's text is the value's plain text, unformatted.
+        const QVariant dateSent = row.Fields(DateSent);
+        const QString name = CStr(NZ(row.Fields(RebateName)));
+        texts.text = IsBlank(dateSent) ? NoDatePrefix() + name
+                                       : CStr(dateSent) + QStringLiteral(": ") + name;
+        texts.product = CStr(NZ(row.Fields(ProductName)));
+        const QVariant value = row.Fields(dateColumn);
+        texts.date = IsBlank(value) ? NoDate() : Format(value, QStringLiteral("yyyy-mm-dd"));
+        texts.rebateID = CStr(NZ(row.Fields(RebateID)));
+        return texts;
+    }
 };
 
 frmSwitchboard* frmSwitchboard::Instance() {
@@ -750,44 +810,38 @@ ListItem* frmSwitchboard::AddRebateItem(const RebateRowTexts& texts, const QStri
 }
 
 void frmSwitchboard::AddAllListItems() {
-    std::unique_ptr<Recordset> rs;
     BusyState busy(QStringLiteral("Loading records..."));
     try {
         for (ListView* lv : RecordLists())
             lv->ListItems().Clear();
-        rs = RebateQueries::OpenListRows();
-        if (!(rs->IsEOF() && rs->IsBOF())) {
-            const RebateColumns columns(*rs);
-            const QDate today = Date();
-            QStringList unreadable;
-            while (!rs->IsEOF()) {
-                // A record with a value its column can't hold (text for money, an impossible
-                // date) is listed under All as stored, and the rows after it still load.
-                try {
-                    const QString status = GetRebateStatus(*rs, today);
-                    if (ListView* lv = ListForStatus(status)) {
-                        const RebateRowTexts texts(*rs, columns, status);
-                        AddRebateItem(texts, status, lv);
-                        AddRebateItem(texts, status, lvAll);
-                    }
-                } catch (const VbError&) {
-                    const RebateRowTexts texts = RebateRowTexts::AsStored(*rs, columns);
-                    AddRebateItem(texts, QString(), lvAll);
-                    unreadable << texts.rebateID;
+        const QDate today = Date();
+        QStringList unreadable;
+        SharedTexts shared;
+        RebateQueries::ForEachListRow([&](const ScannedRow& row) {
+            // A record with a value its column can't hold (text for money, an impossible
+            // date) is listed under All as stored, and the rows after it still load.
+            try {
+                const QString status = GetRebateStatus(row, today);
+                if (ListView* lv = ListForStatus(status)) {
+                    const RebateRowTexts texts(row, status, &shared);
+                    AddRebateItem(texts, status, lv);
+                    AddRebateItem(texts, status, lvAll);
                 }
-                rs->MoveNext();
+            } catch (const VbError&) {
+                const RebateRowTexts texts = RebateRowTexts::AsStored(row);
+                AddRebateItem(texts, QString(), lvAll);
+                unreadable << texts.rebateID;
             }
-            if (!unreadable.isEmpty())
-                LogError(
-                    VbError(VbError::TypeMismatch,
-                            QStringLiteral("Records with values that can't be read, listed "
-                                           "under All as stored: RebateID ") +
-                                unreadable.mid(0, 20).join(QStringLiteral(", ")) +
-                                (unreadable.size() > 20
-                                     ? QStringLiteral(" and %1 more").arg(unreadable.size() - 20)
-                                     : QString())),
-                    kSource, QStringLiteral("AddAllListItems()"));
-        }
+        });
+        if (!unreadable.isEmpty())
+            LogError(VbError(VbError::TypeMismatch,
+                             QStringLiteral("Records with values that can't be read, listed "
+                                            "under All as stored: RebateID ") +
+                                 unreadable.mid(0, 20).join(QStringLiteral(", ")) +
+                                 (unreadable.size() > 20
+                                      ? QStringLiteral(" and %1 more").arg(unreadable.size() - 20)
+                                      : QString())),
+                     kSource, QStringLiteral("AddAllListItems()"));
         // A store the lists can't read has been reported once: the panel waits for the next
         // load.
         mDeadlines->Refresh();
@@ -795,8 +849,6 @@ void frmSwitchboard::AddAllListItems() {
         busy.Failed(QStringLiteral("Error loading records..."));
         LogError(e, kSource, QStringLiteral("AddAllListItems()"));
     }
-    if (rs)
-        rs->Close();
 }
 
 void frmSwitchboard::AddIcons(const QString& rebateID) {
@@ -805,23 +857,22 @@ void frmSwitchboard::AddIcons(const QString& rebateID) {
     SetStatusText(QStringLiteral("Getting rebate info..."));
     DoEvents();
     // No handler of its own: the caller hears of a failure, with the pointer restored.
-    const std::unique_ptr<Recordset> rs = RebateQueries::OpenListRow(rebateID);
-    if (!rs->IsEOF()) {
-        rs->MoveFirst();
-        const RebateColumns columns(*rs);
+    bool listed = false;
+    RebateQueries::ForEachListRowOf(rebateID, [&](const ScannedRow& row) {
+        if (std::exchange(listed, true))
+            return;
         try {
-            const QString status = GetRebateStatus(*rs);
+            const QString status = GetRebateStatus(row, Date());
             if (ListView* lv = ListForStatus(status)) {
-                const RebateRowTexts texts(*rs, columns, status);
+                const RebateRowTexts texts(row, status);
                 AddRebateItem(texts, status, lv);
                 AddRebateItem(texts, status, lvAll);
             }
         } catch (const VbError&) {
             // A value kept as stored that no list can sort by: under All, as the load lists it.
-            AddRebateItem(RebateRowTexts::AsStored(*rs, columns), QString(), lvAll);
+            AddRebateItem(RebateRowTexts::AsStored(row), QString(), lvAll);
         }
-    }
-    rs->Close();
+    });
 }
 
 void frmSwitchboard::DeleteIcons(const QString& rebateID) {

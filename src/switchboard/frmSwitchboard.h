@@ -15,7 +15,6 @@ class QAction;
 class QLabel;
 class QMenu;
 class QTimer;
-class Recordset;
 class SavingsPage;
 class StatisticsPage;
 class TabStrip;

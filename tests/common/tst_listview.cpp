@@ -9,6 +9,7 @@
 #include <QTabBar>
 #include <QTest>
 #include <QTreeView>
+#include <numeric>
 
 namespace {
 QStringList Texts(ListView& lv) {
@@ -48,6 +49,73 @@ private Q_SLOTS:
         QCOMPARE(Texts(lv), expected);
         for (int i = 1; i <= 3; ++i)
             QCOMPARE(lv.ListItems().Item(i)->Index(), i);
+    }
+
+    // Texts alike in their first characters, across case, past 8, 16 and 24 characters and
+    // beyond plain ASCII, sort as a case-blind comparison of the whole texts orders them;
+    // equal texts keep the order they were added in. Rows added to a sorted list merge in.
+    void sortIsCaseBlindOverWholeTexts_data() {
+        QTest::addColumn<int>("sortOrder");
+        QTest::addColumn<int>("addedLater"); // rows added after the others were sorted
+        QTest::newRow("ascending") << 0 << 0;
+        QTest::newRow("descending") << 1 << 0;
+        QTest::newRow("ascending, half added after a sort") << 0 << 12;
+        QTest::newRow("descending, half added after a sort") << 1 << 12;
+        QTest::newRow("ascending, two added after a sort") << 0 << 2;
+        QTest::newRow("descending, two added after a sort") << 1 << 2;
+    }
+    void sortIsCaseBlindOverWholeTexts() {
+        QFETCH(int, sortOrder);
+        QFETCH(int, addedLater);
+        const QString long24 = "11/22/2026: Rebate for t";
+        const QStringList texts{long24 + "he Router",
+                                "Rebate",
+                                "abcdefgh",
+                                long24 + "he router!",
+                                "ABCDEFGHI",
+                                "rebate",
+                                "abcdefgh\u00e9",
+                                "_x",
+                                "Ax",
+                                "",
+                                "abc",
+                                long24,
+                                "abcd",
+                                "ab\u00c9",
+                                "abe",
+                                "\u00dcber",
+                                "uber",
+                                "abf",
+                                long24 + "HE ROUTER",
+                                "ab\u00e9",
+                                "abcdefghijklmnop",
+                                "ABCDEFGHIJKLMNOP",
+                                "abcdefghijklmnopq",
+                                "Zebra",
+                                "abcdefgh"};
+        std::vector<int> order(static_cast<size_t>(texts.size()));
+        std::iota(order.begin(), order.end(), 0);
+        std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
+            const int c = texts[a].compare(texts[b], Qt::CaseInsensitive);
+            return sortOrder == 0 ? c < 0 : c > 0;
+        });
+        QStringList expected;
+        for (int i : order)
+            expected << QString::number(i);
+
+        ListView lv;
+        lv.SetSortOrder(sortOrder);
+        lv.SetSorted(true);
+        const qsizetype first = addedLater ? texts.size() - addedLater : texts.size();
+        for (qsizetype i = 0; i < texts.size(); ++i) {
+            if (i == first)
+                QCOMPARE(lv.ListItems().Item(1)->Index(), 1); // sorts what is there
+            lv.ListItems().Add(texts[i])->SetSubItems(1, QString::number(i));
+        }
+        QStringList sorted;
+        for (int i = 1; i <= lv.ListItems().Count(); ++i)
+            sorted << lv.ListItems().Item(i)->SubItems(1);
+        QCOMPARE(sorted, expected);
     }
 
     void singleAddLandsInPlace() {

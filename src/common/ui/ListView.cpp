@@ -17,6 +17,9 @@
 #include <QTimer>
 #include <QTreeView>
 #include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdint>
 
 namespace {
 constexpr int kLargeIconSize = 32;
@@ -52,6 +55,55 @@ int CompareCaseBlind(const QString& a, const QString& b) {
     }
     return a.size() == b.size() ? 0 : (a.size() < b.size() ? -1 : 1);
 }
+// A row's sort text as numbers: its first characters folded to lower case, eight to a number,
+// so that most comparisons are of two numbers in a small array rather than of two strings
+// behind two pointers. Only plain ASCII is folded here; from the first other character on (or
+// past the packed length) the texts are compared in full.
+struct RowSortKey {
+    static constexpr int kPacked = 24;
+
+    RowSortKey(ListItem* row, const QString& text) : item(row) {
+        const qsizetype limit = std::min<qsizetype>(text.size(), kPacked);
+        const QChar* characters = text.constData();
+        int i = 0;
+        for (; i < limit; ++i) {
+            char16_t c = characters[i].unicode();
+            if (c == 0 || c >= 0x80)
+                break;
+            if (c >= u'A' && c <= u'Z')
+                c += u'a' - u'A';
+            packed[static_cast<size_t>(i / 8)] |= std::uint64_t{c} << (56 - 8 * (i % 8));
+        }
+        length = static_cast<std::uint8_t>(i);
+        whole = i == text.size();
+    }
+
+    // As CompareCaseBlind of the two texts.
+    template <typename TextOf> int Compare(const RowSortKey& other, const TextOf& textOf) const {
+        for (size_t w = 0; w < packed.size(); ++w) {
+            if (packed[w] == other.packed[w])
+                continue;
+            const int at =
+                static_cast<int>(w) * 8 + std::countl_zero(packed[w] ^ other.packed[w]) / 8;
+            if (at < length && at < other.length)
+                return packed[w] < other.packed[w] ? -1 : 1;
+            if (whole && at == length && at < other.length)
+                return -1; // a prefix of the other
+            if (other.whole && at == other.length && at < length)
+                return 1;
+            return CompareCaseBlind(textOf(*item), textOf(*other.item));
+        }
+        if (whole && other.whole)
+            return 0;
+        return CompareCaseBlind(textOf(*item), textOf(*other.item));
+    }
+
+    std::array<std::uint64_t, 3> packed{};
+    ListItem* item;
+    std::uint8_t length = 0; // characters packed
+    bool whole = false;      // every character of the text is packed
+};
+
 } // namespace
 
 // The item model over the rows of a ListView. It only reads the owner's vector; the owner
@@ -157,9 +209,30 @@ protected:
         mOwner->Flush();
         Base::wheelEvent(event);
     }
+    // A hidden view has nothing to repaint for a new current row, and the tree view's own
+    // handling would lay out every row to find the one rectangle; shown, it scrolls to it.
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override {
+        if (this->isVisible())
+            Base::currentChanged(current, previous);
+        else
+            QAbstractItemView::currentChanged(current, previous);
+    }
+    // Fitting the scroll bars lays out every row: a view hidden behind the other one, or on a
+    // page not shown, does it when it is shown.
+    void updateGeometries() override {
+        mGeometriesPending = !this->isVisible();
+        if (!mGeometriesPending)
+            Base::updateGeometries();
+    }
+    void showEvent(QShowEvent* event) override {
+        Base::showEvent(event);
+        if (mGeometriesPending)
+            updateGeometries();
+    }
 
 private:
     ListView* mOwner;
+    bool mGeometriesPending = false;
 };
 
 // --- ListItem ---------------------------------------------------------------------------
@@ -615,7 +688,10 @@ void ListView::ClearRows() {
     mSyncing = true;
     mModel->BeginReset();
     mRows.clear();
+    // The rows that come next are usually as many: the index is grown once, not row by row.
+    const qsizetype keys = mByKey.size();
     mByKey.clear();
+    mByKey.reserve(keys);
     mCurrent = nullptr;
     mSingleSelected = nullptr;
     mAnnounced = 0;
@@ -671,12 +747,6 @@ void ListView::SortRows() {
             return item.mSubItems[static_cast<size_t>(key - 1)];
         return kNoText;
     };
-    const auto inOrder = [&](const std::unique_ptr<ListItem>& a,
-                             const std::unique_ptr<ListItem>& b) {
-        const int c = CompareCaseBlind(textOf(*a), textOf(*b));
-        return descending ? c > 0 : c < 0;
-    };
-
     QItemSelectionModel* selection = mListView->selectionModel();
     mSyncing = true;
     // The views' selection is rebuilt from the rows afterwards; dropping it first spares the
@@ -690,10 +760,37 @@ void ListView::SortRows() {
     for (const QModelIndex& index : before)
         kept.emplace_back(index.row() < RowCount() ? RowAt(index.row()) : nullptr, index.column());
 
-    const auto middle = mRows.begin() + mSortedUpTo;
-    std::stable_sort(middle, mRows.end(), inOrder);
-    if (mSortedUpTo > 0)
-        std::inplace_merge(mRows.begin(), middle, mRows.end(), inOrder);
+    const auto sorted = static_cast<size_t>(mSortedUpTo);
+    if ((mRows.size() - sorted) * 8 <= mRows.size()) {
+        // A few rows added to many in order (a saved record): each finds its place by a
+        // binary search, after the rows it equals.
+        const auto inOrder = [&](const std::unique_ptr<ListItem>& a,
+                                 const std::unique_ptr<ListItem>& b) {
+            const int c = CompareCaseBlind(textOf(*a), textOf(*b));
+            return descending ? c > 0 : c < 0;
+        };
+        for (size_t i = sorted; i < mRows.size(); ++i) {
+            const auto added = mRows.begin() + static_cast<std::ptrdiff_t>(i);
+            std::rotate(std::upper_bound(mRows.begin(), added, *added, inOrder), added, added + 1);
+        }
+    } else {
+        std::vector<RowSortKey> keys;
+        keys.reserve(mRows.size());
+        for (const auto& row : mRows)
+            keys.emplace_back(row.get(), textOf(*row));
+        const auto inOrder = [&](const RowSortKey& a, const RowSortKey& b) {
+            const int c = a.Compare(b, textOf);
+            return descending ? c > 0 : c < 0;
+        };
+        const auto middle = keys.begin() + static_cast<std::ptrdiff_t>(sorted);
+        std::stable_sort(middle, keys.end(), inOrder);
+        if (sorted > 0)
+            std::inplace_merge(keys.begin(), middle, keys.end(), inOrder);
+        for (auto& row : mRows)
+            row.release(); // each is taken up again, in its new place
+        for (size_t i = 0; i < keys.size(); ++i)
+            mRows[i].reset(keys[i].item);
+    }
     Renumber(0);
 
     QModelIndexList after;

@@ -1,0 +1,73 @@
+// The Switchboard's Statistics page over 30,000 records (UpdateStatistics). "x raw" is its
+// time over a raw scan of the same rows through the SQLite C interface (every column), "x raw
+// of its columns" over one of just the columns it sums, both in the same run (aim: < 2).
+#include "Fixture.h"
+#include "RawScan.h"
+#include "RebateRows.h"
+#include "data/Database.h"
+#include "switchboard/StatisticsPage.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <benchmark/benchmark.h>
+
+namespace {
+const QString kWhere = QStringLiteral(" FROM Rebates WHERE (((Rebates.Deleted)=False))");
+const QString kEveryColumn = QStringLiteral("SELECT *") + kWhere;
+const QString kStatisticsColumns =
+    QStringLiteral("SELECT PurchasePrice, CouponAmount, PostagePrice, FollowupPostage, "
+                   "AmountReceived, Rejected, RebateAmount") +
+    kWhere;
+
+double MsOf(const std::function<void()>& work) {
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    return timer.nsecsElapsed() / 1e6;
+}
+
+void Statistics(benchmark::State& state) {
+    StatisticsPage page;
+    double pageMs = 0;
+    double rawMs = 0;
+    double rawColumnsMs = 0;
+    for (auto _ : state) {
+        pageMs += MsOf([&page] { page.UpdateStatistics(); });
+        state.PauseTiming();
+        rawMs += MsOf([] { benchmark::DoNotOptimize(RawScan(gDatabase->Name(), kEveryColumn)); });
+        rawColumnsMs +=
+            MsOf([] { benchmark::DoNotOptimize(RawScan(gDatabase->Name(), kStatisticsColumns)); });
+        state.ResumeTiming();
+    }
+    state.counters["x raw"] = pageMs / rawMs;
+    state.counters["x raw of its columns"] = pageMs / rawColumnsMs;
+    state.counters["purchases shown"] =
+        page.lblStatFigures(5)->text().remove(QLatin1Char(',')).toDouble();
+}
+
+int RowsCounted() {
+    return static_cast<int>(
+        RawScan(gDatabase->Name(), QStringLiteral("SELECT NULL") + kWhere)); // one per row
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    InitTestResources();
+    benchmark::Initialize(&argc, argv);
+    {
+        Fixture fixture;
+        fixture.OpenDatabase(GenerateRebates(30000, 20261123));
+        benchmark::RegisterBenchmark(
+            QStringLiteral("Statistics/%1 rows counted").arg(RowsCounted()).toStdString().c_str(),
+            Statistics)
+            ->Unit(benchmark::kMillisecond);
+        benchmark::RunSpecifiedBenchmarks();
+    }
+    benchmark::Shutdown();
+    return 0;
+}

@@ -1,0 +1,207 @@
+#include "Fixture.h"
+#include "RebateRows.h"
+#include "app/clsRebateStats.h"
+#include "common/core/Regional.h"
+#include "common/core/VbError.h"
+#include "common/core/modUtilities.h"
+#include "common/ui/ListView.h"
+#include "data/Database.h"
+#include "data/RebateStatus.h"
+#include "switchboard/frmSwitchboard.h"
+
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QSqlQuery>
+#include <QTest>
+
+namespace {
+
+constexpr int kRecords = 3500;
+
+// Stores a value as another program might: of any type, in any column.
+void Store(int record, const QString& column, const QVariant& value) {
+    QSqlQuery query(gDatabase->Connection());
+    QVERIFY(query.prepare(QString("UPDATE Rebates SET %1 = ? WHERE RebateID = ?").arg(column)));
+    query.addBindValue(value);
+    query.addBindValue(QStringLiteral("2026%1").arg(record, 10, 10, QLatin1Char('0')));
+    QVERIFY(query.exec());
+    QCOMPARE(query.numRowsAffected(), 1);
+}
+
+// "RebateID|icon|text|product|date" of each row of the list, sorted.
+QStringList Rows(ListView* lv) {
+    QStringList rows;
+    for (int i = 1; i <= lv->ListItems().Count(); ++i) {
+        const ListItem* item = lv->ListItems().Item(i);
+        rows << QStringList{item->SubItems(3), item->Icon(), item->Text(), item->SubItems(1),
+                            item->SubItems(2)}
+                    .join('|');
+    }
+    rows.sort();
+    return rows;
+}
+
+// The same rows worked out from a record set holding every column, through the general
+// conversions: the list a record's status puts it in, and lvAll.
+QMap<QString, QStringList> ExpectedRows() {
+    static const QMap<QString, QString> listOfStatus{
+        {"Unsent", "lvUnsent"}, {"Pending", "lvPending"},   {"Overdue", "lvOverdue"},
+        {"Paid", "lvPaid"},     {"Followup", "lvFollowup"}, {"Rejected", "lvRejected"}};
+    QMap<QString, QStringList> lists;
+    auto rs = gDatabase->OpenRecordset("SELECT * FROM Rebates WHERE NOT (Deleted = True)",
+                                       dbOpenSnapshot);
+    for (; !rs->IsEOF(); rs->MoveNext()) {
+        const auto field = [&rs](const char* name) {
+            return rs->Fields(name);
+        };
+        const auto plain = [&field](const char* name) {
+            return IsBlank(field(name)) ? QString() : field(name).toString();
+        };
+        QString status;
+        bool unreadable = false;
+        try {
+            status = GetRebateStatus(*rs, Fixture::kToday);
+            for (const char* date : {"DateSent", "DateDue", "DateReceived", "FollowupDate"})
+                unreadable = unreadable || (field(date).typeId() == QMetaType::QString &&
+                                            !field(date).toString().isEmpty());
+        } catch (const VbError&) {
+            unreadable = true;
+        }
+        if (unreadable) {
+            const QString sent = plain("DateSent");
+            lists["lvAll"] << QStringList{plain("RebateID"), "",
+                                          (sent.isEmpty() ? "No date" : sent) + ": " +
+                                              plain("RebateName"),
+                                          plain("ProductName"), sent.isEmpty() ? "No Date" : sent}
+                                  .join('|');
+            continue;
+        }
+        if (!listOfStatus.contains(status))
+            continue;
+        const QVariant sent = field("DateSent");
+        const QString name = CStr(NZ(field("RebateName")));
+        const char* dateColumn = status == "Overdue"    ? "DateDue"
+                                 : status == "Paid"     ? "DateReceived"
+                                 : status == "Followup" ? "FollowupDate"
+                                                        : "DateSent";
+        const QVariant date = field(dateColumn);
+        const QString row =
+            QStringList{CStr(NZ(field("RebateID"))), status,
+                        IsBlank(sent) ? "No date: " + name : CStr(sent) + ": " + name,
+                        CStr(NZ(field("ProductName"))),
+                        IsBlank(date) ? "No Date" : Format(date, "yyyy-mm-dd")}
+                .join('|');
+        lists[listOfStatus[status]] << row;
+        lists["lvAll"] << row;
+    }
+    for (QStringList& rows : lists)
+        rows.sort();
+    return lists;
+}
+
+// One figure summed or counted by SQL over the rows the statistics count; -1 when the SQL
+// fails.
+qint64 Figure(const QString& expression) {
+    QSqlQuery query(gDatabase->Connection());
+    if (!query.exec("SELECT coalesce(" + expression + ", 0) FROM Rebates WHERE Deleted = False") ||
+        !query.next())
+        return -1;
+    return query.value(0).toLongLong();
+}
+
+// A money column's value where it is stored as a number, else Null: anything else counts
+// nowhere.
+QString Money(const QString& column) {
+    return QString("iif(typeof(%1) = 'integer', %1, NULL)").arg(column);
+}
+
+} // namespace
+
+class tst_listload : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() { InitTestResources(); }
+
+    // A store of every status with values of every odd kind: the lists and the statistics
+    // read from the few columns they need agree, row by row, with what the record set and SQL
+    // give for the whole rows.
+    void listsAndStatisticsAgreeWithTheStore() {
+        Fixture fixture;
+        fixture.OpenDatabase(GenerateRebates(kRecords, 20261125));
+        // Record n is generated with status n % 7: Unsent, Pending, Overdue, Paid, Followup,
+        // Rejected, Deleted.
+        Store(10, "AmountReceived", "lots");
+        Store(17, "AmountReceived", "lots");
+        Store(21, "PurchasePrice", "cheap");
+        Store(22, "CouponAmount", "none");
+        Store(29, "DateSent", "2024-02-30");
+        Store(30, "DateDue", "0000-01-01");
+        Store(32, "FollowupDate", "tomorrow");
+        Store(39, "DateReceived", "soon");
+        Store(40, "Rejected", "yes");
+        Store(43, "Rejected", "yes");
+        Store(44, "DateDue", 46000); // a day number, not a date's text
+        Store(50, "RebateName", 42);
+        Store(51, "ProductName", 1.5);
+        Store(52, "RebateName", QVariant());
+        Store(53, "ProductName", "");
+        Store(57, "DateSent", "");
+        Store(58, "DateSent", "2026-2-03");
+        Store(61, "RebateID", "Ünïcode ✓");
+        Store(64, "Rejected", 2);
+        Store(65, "Rejected", QVariant());
+        Store(66, "Deleted", QVariant());
+        Store(67, "Deleted", 2);
+        Store(68, "Deleted", "yes");
+        Store(71, "FollowupPostage", "x");
+        Store(72, "RebateAmount", "n/a");
+        Store(73, "RebateAmount", "n/a");
+
+        QMdiArea area;
+        frmSwitchboard* board = &frmSwitchboard::Load();
+        QMdiSubWindow* window = area.addSubWindow(board);
+        area.show();
+        board->show();
+        QTRY_VERIFY(!board->Timer1->isActive());
+        const QMap<QString, QStringList> expected = ExpectedRows();
+        for (ListView* lv : board->RecordLists()) {
+            const QStringList rows = Rows(lv);
+            const QStringList wanted = expected.value(lv->Name());
+            QVERIFY2(rows.size() > 400, qPrintable(lv->Name()));
+            QCOMPARE(rows.size(), wanted.size());
+            for (int i = 0; i < rows.size(); ++i)
+                QCOMPARE(rows[i], wanted[i]);
+        }
+        delete window;
+
+        clsRebateStats stats;
+        QVERIFY(stats.GetStats());
+        const auto money = [](Currency value) {
+            return value.Raw();
+        };
+        const auto sum = [](const QString& column) {
+            return Figure("sum(" + Money(column) + ")");
+        };
+        QCOMPARE(stats.CountPurchases(), Figure("count(*)"));
+        QCOMPARE(money(stats.TotalSpent()), sum("PurchasePrice"));
+        QCOMPARE(money(stats.TotalCoupons()), sum("CouponAmount"));
+        QCOMPARE(money(stats.TotalPostage()), sum("PostagePrice"));
+        QCOMPARE(money(stats.TotalFollowupPostage()), sum("FollowupPostage"));
+        QCOMPARE(money(stats.TotalReceived()), sum("AmountReceived"));
+        const QString rejected = "typeof(Rejected) = 'integer' AND Rejected <> 0";
+        const QString received = Money("AmountReceived");
+        QCOMPARE(stats.CountRejections(), Figure("sum(" + rejected + ")"));
+        QCOMPARE(money(stats.TotalRejected()),
+                 Figure("sum(iif(" + rejected + ", " + Money("RebateAmount") + ", 0))"));
+        QCOMPARE(stats.CountPending(),
+                 Figure("sum(NOT (" + rejected + ") AND " + received + " <= 0)"));
+        QCOMPARE(stats.CountReceived(), Figure("sum(" + received + " > 0)"));
+        QCOMPARE(stats.CountFollowups(), Figure("sum(" + Money("FollowupPostage") + " > 0)"));
+        QCOMPARE(money(stats.TotalOutstanding()),
+                 Figure("sum(iif(" + received + " = 0 AND typeof(Rejected) = 'integer' AND " +
+                        "Rejected = 0, " + Money("RebateAmount") + ", 0))"));
+    }
+};
+
+QTEST_MAIN(tst_listload)
+#include "tst_listload.moc"
