@@ -66,6 +66,19 @@ SavingsFigures ReadSavingsFigures(const QDate& today) {
         figures.months.append({kNoDate, none->received, none->outstanding});
         byMonth.remove(0);
     }
+    // The months shown run without a gap: a month with nothing is an empty place on the axis.
+    if (!byMonth.isEmpty()) {
+        const int last = byMonth.lastKey();
+        const int months = (last / 100) * 12 + last % 100 - 1;
+        for (int back = 1; back < kSavingsMonths; ++back) {
+            const int month = months - back;
+            const int key = (month / 12) * 100 + month % 12 + 1;
+            if (key < byMonth.firstKey())
+                break;
+            if (!byMonth.contains(key))
+                byMonth.insert(key, SavingsMonth{});
+        }
+    }
     if (byMonth.size() > kSavingsMonths) {
         SavingsMonth earlier{QStringLiteral("Earlier"), {}, {}};
         while (byMonth.size() > kSavingsMonths) {

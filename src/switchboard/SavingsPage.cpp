@@ -14,6 +14,7 @@
 #include <QHBoxLayout>
 #include <QHorizontalBarSeries>
 #include <QLabel>
+#include <QScrollArea>
 #include <QVBoxLayout>
 #include <QValueAxis>
 
@@ -27,7 +28,7 @@ QChartView* NewChartView(const char* name, const QString& title) {
     auto* view = new QChartView(chart);
     view->setObjectName(QLatin1String(name));
     view->setRenderHint(QPainter::Antialiasing);
-    view->setMinimumSize(200, 160);
+    view->setMinimumSize(300, 300);
     return view;
 }
 
@@ -49,6 +50,9 @@ void ShowBars(QChart* chart, const QStringList& categories, const QList<QBarSet*
     chart->addSeries(series);
     auto* x = new QBarCategoryAxis;
     x->append(categories);
+    // Standing bars: "Nov 2026" under each month fits only when the labels stand upright too.
+    if (!lying)
+        x->setLabelsAngle(-90);
     chart->addAxis(x, lying ? Qt::AlignLeft : Qt::AlignBottom);
     series->attachAxis(x);
     auto* y = new QValueAxis;
@@ -65,13 +69,22 @@ SavingsPage::SavingsPage(QWidget* parent)
       chtMonths(NewChartView("chtMonths", QStringLiteral("Received and Outstanding by Month"))),
       chtStates(NewChartView("chtStates", QStringLiteral("Rebates by State"))) {
     lblSavingsTotals->setObjectName(QStringLiteral("lblSavingsTotals"));
-    auto* charts = new QHBoxLayout;
+    // Below the size at which their labels can be read, the charts scroll rather than shrink.
+    auto* sheet = new QWidget;
+    auto* charts = new QHBoxLayout(sheet);
+    charts->setContentsMargins(0, 0, 0, 0);
     charts->addWidget(chtMonths, 3);
     charts->addWidget(chtStates, 2);
+    chtMonths->setMinimumWidth(420);
+    auto* scroller = new QScrollArea;
+    scroller->setObjectName(QStringLiteral("scrSavings"));
+    scroller->setWidgetResizable(true);
+    scroller->setFrameShape(QFrame::NoFrame);
+    scroller->setWidget(sheet);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->addWidget(lblSavingsTotals);
-    layout->addLayout(charts, 1);
+    layout->addWidget(scroller, 1);
 }
 
 void SavingsPage::UpdateSavings() {

@@ -78,6 +78,14 @@ private Q_SLOTS:
             << QStringList{"Rejected (1): 25", "Paid (2): 22.5", "Overdue (1): 30",
                            "Pending (1): 15", "Unsent (2): 11"};
 
+        RebateRow october = paid1;
+        RebateRow january = Row("ja", 5, 5);
+        january.DateReceived = QDate(2027, 1, 4);
+        QTest::newRow("months between without money")
+            << QList<RebateRow>{october, january}
+            << QStringList{"Oct 2026: 10 0", "Nov 2026: 0 0", "Dec 2026: 0 0", "Jan 2027: 5 0"}
+            << QStringList{"Paid (2): 15"};
+
         QList<RebateRow> monthly;
         QStringList months{"Earlier: 2 0"};
         for (int i = 0; i < 26; ++i) {
