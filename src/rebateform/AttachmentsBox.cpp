@@ -45,6 +45,10 @@ AttachmentsBox::AttachmentsBox(QWidget* parent)
     setObjectName(QStringLiteral("fraAttachments"));
     lstAttachments->setObjectName(QStringLiteral("lstAttachments"));
     lstAttachments->setIconSize(QSize(kThumbnail, kThumbnail));
+    // The list takes the room the page has, down to one row: the form keeps the size of its
+    // other pages.
+    lstAttachments->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
+    lstAttachments->setMinimumHeight(kThumbnail + 12);
     lstAttachments->setAccessibleName(QStringLiteral("Attachments"));
     lblAttachHint->setObjectName(QStringLiteral("lblAttachHint"));
     lblAttachHint->setWordWrap(true);
