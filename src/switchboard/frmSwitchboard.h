@@ -57,7 +57,8 @@ public:
     void SelectTabOf(ListView* lv);
     // The Statistics page inside picLVBack(8).
     StatisticsPage* Statistics() const { return mStatistics; }
-    // The Savings page inside picLVBack(9), the widget named "picSavings".
+    // The Savings page inside picLVBack(9), the widget named "picSavings"; nullptr until the
+    // page is first shown.
     SavingsPage* Savings() const { return mSavings; }
     // The postmark deadline panel under the lists.
     DeadlinePanel* Deadlines() const { return mDeadlines; }

@@ -23,9 +23,6 @@ void frmSwitchboard::BuildStatisticsAndFind() {
     mStatistics = new StatisticsPage(picLVBack(8));
     mStatistics->setObjectName(QStringLiteral("Statistics"));
     picLVBack(8)->layout()->addWidget(mStatistics);
-    mSavings = new SavingsPage(picLVBack(9));
-    mSavings->setObjectName(QStringLiteral("Savings"));
-    picLVBack(9)->layout()->addWidget(mSavings);
 
     mDeadlines = new DeadlinePanel(this);
     connect(mDeadlines, &DeadlinePanel::OpenRequested, this, &frmSwitchboard::OpenDeadline);
@@ -52,6 +49,12 @@ void frmSwitchboard::UpdateStatistics() {
 }
 
 void frmSwitchboard::UpdateSavings() {
+    // Its charts are made the first time the page is shown: most sessions never open it.
+    if (!mSavings) {
+        mSavings = new SavingsPage(picLVBack(9));
+        mSavings->setObjectName(QStringLiteral("Savings"));
+        picLVBack(9)->layout()->addWidget(mSavings);
+    }
     mSavings->UpdateSavings();
 }
 
