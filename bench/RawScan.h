@@ -3,8 +3,10 @@
 // The baseline of every benchmark: the same rows read straight through the SQLite C
 // interface, on a connection of its own to the same file, every column of every row touched
 // by its storage type. A figure "x raw" is a time over this one, measured in the same run.
+#include <QElapsedTimer>
 #include <QString>
 #include <cstdint>
+#include <functional>
 #include <sqlite3.h>
 
 inline std::int64_t RawScan(const QString& path, const QString& sql) {
@@ -39,4 +41,19 @@ inline std::int64_t RawScan(const QString& path, const QString& sql) {
     }
     sqlite3_close(db);
     return checksum;
+}
+
+// The time `work` takes, in milliseconds.
+inline double MsOf(const std::function<void()>& work) {
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
+// The time of RawScan(path, sql), in milliseconds.
+inline double RawScanMs(const QString& path, const QString& sql) {
+    std::int64_t checksum = 0;
+    const double ms = MsOf([&] { checksum = RawScan(path, sql); });
+    return checksum >= 0 ? ms : -ms; // the checksum is used, so the scan can't be left out
 }

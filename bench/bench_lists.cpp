@@ -13,7 +13,6 @@
 #include "switchboard/frmSwitchboard.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <benchmark/benchmark.h>
 
 namespace {
@@ -24,13 +23,6 @@ const QString kListColumns =
     QStringLiteral("SELECT RebateID, RebateName, ProductName, DateSent, DateDue, DateReceived, "
                    "FollowupDate, AmountReceived, Rejected, Deleted") +
     kWhere;
-
-double MsOf(const std::function<void()>& work) {
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    return timer.nsecsElapsed() / 1e6;
-}
 
 // The lists sort once, before their rows are next read or painted: that counts too.
 void ReadFirstRows(frmSwitchboard& form) {
@@ -50,9 +42,8 @@ void RebuildAllLists(benchmark::State& state) {
             ReadFirstRows(form);
         });
         state.PauseTiming();
-        rawMs += MsOf([] { benchmark::DoNotOptimize(RawScan(gDatabase->Name(), kEveryColumn)); });
-        rawColumnsMs +=
-            MsOf([] { benchmark::DoNotOptimize(RawScan(gDatabase->Name(), kListColumns)); });
+        rawMs += RawScanMs(gDatabase->Name(), kEveryColumn);
+        rawColumnsMs += RawScanMs(gDatabase->Name(), kListColumns);
         state.ResumeTiming();
     }
     state.counters["x raw"] = listMs / rawMs;

@@ -8,19 +8,11 @@
 #include "data/Database.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <benchmark/benchmark.h>
 
 namespace {
 const QString kDeletedQuery =
     QStringLiteral("SELECT * FROM Rebates WHERE (((Rebates.Deleted)=True))");
-
-double RawScanMs() {
-    QElapsedTimer timer;
-    timer.start();
-    benchmark::DoNotOptimize(RawScan(gDatabase->Name(), kDeletedQuery));
-    return timer.nsecsElapsed() / 1e6;
-}
 
 // n rows, the first `deleted` of them marked deleted; returns their keys.
 QStringList Prepare(int n, int deleted) {
@@ -44,12 +36,9 @@ template <typename Command> void RunOnDeleted(benchmark::State& state, Command c
     for (auto _ : state) {
         state.PauseTiming();
         const QStringList keys = Prepare(100000, deleted);
-        rawMs += RawScanMs();
+        rawMs += RawScanMs(gDatabase->Name(), kDeletedQuery);
         state.ResumeTiming();
-        QElapsedTimer timer;
-        timer.start();
-        benchmark::DoNotOptimize(command(keys));
-        commandMs += timer.nsecsElapsed() / 1e6;
+        commandMs += MsOf([&] { benchmark::DoNotOptimize(command(keys)); });
     }
     state.counters["x raw"] = commandMs / rawMs;
 }
@@ -67,12 +56,9 @@ void BM_ListDeleted(benchmark::State& state) {
     double listMs = 0;
     double rawMs = 0;
     for (auto _ : state) {
-        QElapsedTimer timer;
-        timer.start();
-        benchmark::DoNotOptimize(ReadDeletedRecords());
-        listMs += timer.nsecsElapsed() / 1e6;
+        listMs += MsOf([] { benchmark::DoNotOptimize(ReadDeletedRecords()); });
         state.PauseTiming();
-        rawMs += RawScanMs();
+        rawMs += RawScanMs(gDatabase->Name(), kDeletedQuery);
         state.ResumeTiming();
     }
     state.counters["x raw"] = listMs / rawMs;

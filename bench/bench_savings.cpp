@@ -10,7 +10,6 @@
 #include "data/Database.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <benchmark/benchmark.h>
 
 namespace {
@@ -21,13 +20,6 @@ const QString kSavingsColumns =
                    "FollowupDate, AmountReceived, Rejected, Deleted, RebateAmount") +
     kWhere;
 
-double MsOf(const std::function<void()>& work) {
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    return timer.nsecsElapsed() / 1e6;
-}
-
 void Savings(benchmark::State& state) {
     const QDate today = Date();
     double figuresMs = 0;
@@ -37,9 +29,8 @@ void Savings(benchmark::State& state) {
     for (auto _ : state) {
         figuresMs += MsOf([&] { months = int(ReadSavingsFigures(today).months.size()); });
         state.PauseTiming();
-        rawMs += MsOf([] { benchmark::DoNotOptimize(RawScan(gDatabase->Name(), kEveryColumn)); });
-        rawColumnsMs +=
-            MsOf([] { benchmark::DoNotOptimize(RawScan(gDatabase->Name(), kSavingsColumns)); });
+        rawMs += RawScanMs(gDatabase->Name(), kEveryColumn);
+        rawColumnsMs += RawScanMs(gDatabase->Name(), kSavingsColumns);
         state.ResumeTiming();
     }
     state.counters["x raw"] = figuresMs / rawMs;

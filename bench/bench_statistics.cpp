@@ -8,7 +8,6 @@
 #include "switchboard/StatisticsPage.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QLabel>
 #include <benchmark/benchmark.h>
 
@@ -20,13 +19,6 @@ const QString kStatisticsColumns =
                    "AmountReceived, Rejected, RebateAmount") +
     kWhere;
 
-double MsOf(const std::function<void()>& work) {
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    return timer.nsecsElapsed() / 1e6;
-}
-
 void Statistics(benchmark::State& state) {
     StatisticsPage page;
     double pageMs = 0;
@@ -35,9 +27,8 @@ void Statistics(benchmark::State& state) {
     for (auto _ : state) {
         pageMs += MsOf([&page] { page.UpdateStatistics(); });
         state.PauseTiming();
-        rawMs += MsOf([] { benchmark::DoNotOptimize(RawScan(gDatabase->Name(), kEveryColumn)); });
-        rawColumnsMs +=
-            MsOf([] { benchmark::DoNotOptimize(RawScan(gDatabase->Name(), kStatisticsColumns)); });
+        rawMs += RawScanMs(gDatabase->Name(), kEveryColumn);
+        rawColumnsMs += RawScanMs(gDatabase->Name(), kStatisticsColumns);
         state.ResumeTiming();
     }
     state.counters["x raw"] = pageMs / rawMs;
