@@ -4,6 +4,7 @@
 #include "app/Notifier.h"
 #include "app/cLogErr.h"
 #include "common/core/Desktop.h"
+#include "common/core/Regional.h"
 #include "common/core/VbError.h"
 #include "common/ui/Forms.h"
 #include "common/ui/MdiChild.h"
@@ -21,7 +22,8 @@ namespace {
 enum Column { Made, Records, File };
 
 QString MadeText(const QDateTime& made) {
-    return made.toString(QStringLiteral("MM/dd/yyyy hh:mm:ss"));
+    // The program's own date and time, as the status bar shows them.
+    return Format(made, QStringLiteral("m/d/yyyy h:nn:ss AM/PM"));
 }
 } // namespace
 

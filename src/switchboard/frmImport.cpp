@@ -86,6 +86,7 @@ frmImport::frmImport(const RebateCsv::Reading& reading, const QList<RebateColumn
     tblPreview->setModel(new PreviewModel(reading, columns, tblPreview));
     tblPreview->setEditTriggers(QAbstractItemView::NoEditTriggers);
     tblPreview->horizontalHeader()->setDefaultSectionSize(110);
+    tblPreview->resizeColumnToContents(0); // the RebateID in full
     tblPreview->setVisible(!reading.rows.isEmpty());
 
     const QStringList report = reading.problems + reading.alreadyThere;

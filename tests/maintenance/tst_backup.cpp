@@ -200,7 +200,7 @@ private Q_SLOTS:
         ProgramWindow window;
         window.ClickTab("All");
         mFixture->Desktop().SetNextAnswer(vb::vbYes);
-        QCOMPARE(RestoreRow(window, 0), QStringList{"11/23/2026 10:00:00|3"});
+        QCOMPARE(RestoreRow(window, 0), QStringList{"11/23/2026 10:00:00 AM|3"});
         QCOMPARE(CountRebates(), 3);
         QVERIFY(gDatabase->IsOpen());
         QCOMPARE(SortedIDs(window.Switchboard().lvAll), (QStringList{"1", "2", "3"}));
@@ -209,10 +209,10 @@ private Q_SLOTS:
         QCOMPARE(backups[0].records, 5);
         QCOMPARE(mFixture->Desktop().Shown(),
                  (QStringList{"Restore from Backup | 292 | Replace your database with the "
-                              "backup made 11/23/2026 10:00:00, holding 3 records?\r\n\r\nA "
+                              "backup made 11/23/2026 10:00:00 AM, holding 3 records?\r\n\r\nA "
                               "backup of your database as it is now is made first.",
                               "Restore Complete | 64 | Your database has been restored from the "
-                              "backup made 11/23/2026 10:00:00."}));
+                              "backup made 11/23/2026 10:00:00 AM."}));
     }
 
     // An open rebate: unsaved typing stops the restore and stays; a clean form closes.
