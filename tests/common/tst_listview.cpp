@@ -51,6 +51,44 @@ private Q_SLOTS:
             QCOMPARE(lv.ListItems().Item(i)->Index(), i);
     }
 
+    // Rows are found by their key sub-item through every change: a key held by two rows (a
+    // store's duplicate) finds the first, then the other once the first is gone.
+    void findByKey_data() {
+        QTest::addColumn<QString>("step");
+        QTest::addColumn<QStringList>("found"); // the texts found for keys a, b and c
+        QTest::newRow("as added") << "" << QStringList{"a1", "b", ""};
+        QTest::newRow("first of a removed") << "remove a1" << QStringList{"a2", "b", ""};
+        QTest::newRow("second of a removed") << "remove a2" << QStringList{"a1", "b", ""};
+        QTest::newRow("key changed") << "a1 to c" << QStringList{"a2", "b", "a1"};
+        QTest::newRow("key set afresh") << "key again" << QStringList{"a1", "b", ""};
+        QTest::newRow("cleared") << "clear" << QStringList{"", "", ""};
+    }
+    void findByKey() {
+        QFETCH(QString, step);
+        QFETCH(QStringList, found);
+        ListView lv;
+        lv.SetKeySubItem(3);
+        for (const auto& [text, key] : {std::pair{"a1", "a"}, {"b", "b"}, {"a2", "a"}})
+            lv.ListItems().Add(text)->SetSubItems(3, key);
+        const auto item = [&lv](const QString& text) {
+            return lv.ListItems().Item(int(Texts(lv).indexOf(text)) + 1);
+        };
+        if (step.startsWith("remove"))
+            lv.ListItems().Remove(item(step.mid(7))->Index());
+        else if (step == "a1 to c")
+            item("a1")->SetSubItems(3, "c");
+        else if (step == "key again")
+            lv.SetKeySubItem(3);
+        else if (step == "clear")
+            lv.ListItems().Clear();
+        QStringList texts;
+        for (const QString key : {"a", "b", "c"}) {
+            const ListItem* row = lv.FindByKey(key);
+            texts << (row ? row->Text() : QString());
+        }
+        QCOMPARE(texts, found);
+    }
+
     // Texts alike in their first characters, across case, past 8, 16 and 24 characters and
     // beyond plain ASCII, sort as a case-blind comparison of the whole texts orders them;
     // equal texts keep the order they were added in. Rows added to a sorted list merge in.

@@ -279,8 +279,8 @@ void ListItem::SetSubItems(int index, const QString& text) {
     if (slot == text)
         return;
     if (index == mOwner->mKeySubItem) {
-        mOwner->mByKey.remove(slot, this);
-        mOwner->mByKey.insert(text, this);
+        mOwner->UnindexKey(slot, this);
+        mOwner->IndexKey(text, this);
     }
     slot = text;
     mOwner->RowTextChanged(this, index);
@@ -692,6 +692,7 @@ void ListView::ClearRows() {
     const qsizetype keys = mByKey.size();
     mByKey.clear();
     mByKey.reserve(keys);
+    mMoreByKey.clear();
     mCurrent = nullptr;
     mSingleSelected = nullptr;
     mAnnounced = 0;
@@ -879,8 +880,32 @@ void ListView::RowTextChanged(ListItem* item, int column) {
 
 void ListView::ForgetKey(const ListItem& item) {
     if (mKeySubItem > 0)
-        mByKey.remove(item.mSubItems[static_cast<size_t>(mKeySubItem - 1)],
-                      const_cast<ListItem*>(&item));
+        UnindexKey(item.mSubItems[static_cast<size_t>(mKeySubItem - 1)],
+                   const_cast<ListItem*>(&item));
+}
+
+void ListView::IndexKey(const QString& key, ListItem* item) {
+    ListItem*& first = mByKey[key];
+    if (!first)
+        first = item;
+    else
+        mMoreByKey.insert(key, item);
+}
+
+void ListView::UnindexKey(const QString& key, ListItem* item) {
+    const auto first = mByKey.find(key);
+    if (first == mByKey.end())
+        return;
+    if (*first != item) {
+        mMoreByKey.remove(key, item);
+        return;
+    }
+    if (const auto more = mMoreByKey.find(key); more != mMoreByKey.end()) {
+        *first = *more;
+        mMoreByKey.erase(more);
+    } else {
+        mByKey.erase(first);
+    }
 }
 
 void ListView::SetKeySubItem(int index) {
@@ -888,10 +913,11 @@ void ListView::SetKeySubItem(int index) {
         throw VbError(VbError::IndexOutOfBounds);
     mKeySubItem = index;
     mByKey.clear();
+    mMoreByKey.clear();
     if (index == 0)
         return;
     for (const auto& row : mRows)
-        mByKey.insert(row->mSubItems[static_cast<size_t>(index - 1)], row.get());
+        IndexKey(row->mSubItems[static_cast<size_t>(index - 1)], row.get());
 }
 
 ListItem* ListView::FindByKey(const QString& key) const {

@@ -214,6 +214,8 @@ private:
     void RowSelectionChanged(ListItem* item, bool selected);
     void RowTextChanged(ListItem* item, int column);
     void ForgetKey(const ListItem& item);
+    void IndexKey(const QString& key, ListItem* item);
+    void UnindexKey(const QString& key, ListItem* item);
     void ColumnsChanged();
     void ApplyColumnWidth(const ColumnHeader& header);
     void LetterSearch(QChar letter);
@@ -235,7 +237,11 @@ private:
     mutable QHash<QString, QIcon> mLargeCache;
     mutable QHash<QString, QIcon> mSmallCache;
     int mKeySubItem = 0;
-    QMultiHash<QString, ListItem*> mByKey;
+    // The rows by their key sub-item: the first row of each key, and the further rows of a key
+    // that more than one row holds. The second table is empty in a sound store; one plain
+    // table saves the chain node a multi-hash gives every row.
+    QHash<QString, ListItem*> mByKey;
+    QMultiHash<QString, ListItem*> mMoreByKey;
 
     ListItem* mCurrent = nullptr;
     ListItem* mSingleSelected = nullptr; // the one selected row when MultiSelect is off
