@@ -4,7 +4,6 @@
 
 #include <QElapsedTimer>
 #include <QHeaderView>
-#include <QListView>
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QTest>
@@ -23,33 +22,6 @@ QStringList Texts(ListView& lv) {
 class tst_listview : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void sortedOrder_data() {
-        QTest::addColumn<int>("sortKey");
-        QTest::addColumn<int>("sortOrder");
-        QTest::addColumn<QStringList>("expected");
-        QTest::newRow("text ascending, case ignored")
-            << 0 << 0 << QStringList{"apple", "Banana", "cherry"};
-        QTest::newRow("text descending") << 0 << 1 << QStringList{"cherry", "Banana", "apple"};
-        QTest::newRow("sub-item 2 ascending") << 2 << 0 << QStringList{"cherry", "apple", "Banana"};
-    }
-
-    void sortedOrder() {
-        QFETCH(int, sortKey);
-        QFETCH(int, sortOrder);
-        QFETCH(QStringList, expected);
-        ListView lv;
-        const QStringList texts{"Banana", "cherry", "apple"};
-        const QStringList second{"2026-03-01", "2026-01-01", "2026-02-01"};
-        for (int i = 0; i < texts.size(); ++i)
-            lv.ListItems().Add(texts[i])->SetSubItems(2, second[i]);
-        QCOMPARE(Texts(lv), texts); // unsorted: order of addition
-        lv.SetSortKey(sortKey);
-        lv.SetSortOrder(sortOrder);
-        lv.SetSorted(true);
-        QCOMPARE(Texts(lv), expected);
-        for (int i = 1; i <= 3; ++i)
-            QCOMPARE(lv.ListItems().Item(i)->Index(), i);
-    }
 
     // Rows are found by their key sub-item through every change: a key held by two rows (a
     // store's duplicate) finds the first, then the other once the first is gone.
@@ -225,37 +197,6 @@ private Q_SLOTS:
         QVERIFY(!shown->isSelected(model->index(0, 0)));
         QVERIFY(!shown->isSelected(model->index(99998, 0)));
         QVERIFY(shown->isSelected(model->index(99999, 0)));
-    }
-
-    void selectionBothWays() {
-        ListView lv;
-        lv.SetMultiSelect(true);
-        lv.SetView(ListView::lvwReport);
-        lv.ColumnHeaders().Add("Rebate", 1500);
-        for (const char* text : {"a", "b", "c", "d"})
-            lv.ListItems().Add(text);
-        lv.resize(300, 200);
-        lv.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&lv));
-
-        // Code to view.
-        lv.ListItems().Item(2)->SetSelected(true);
-        lv.ListItems().Item(4)->SetSelected(true);
-        QCOMPARE(lv.SelectedItem()->Text(), QString("b"));
-        auto* tree = lv.findChild<QTreeView*>();
-        QTRY_COMPARE(tree->selectionModel()->selectedRows().size(), 2);
-
-        // View to code: a click selects one row alone.
-        const QRect rect = tree->visualRect(tree->model()->index(2, 0));
-        QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, rect.center());
-        QCOMPARE(lv.ListItems().Item(2)->Selected(), false);
-        QCOMPARE(lv.ListItems().Item(3)->Selected(), true);
-        QCOMPARE(lv.SelectedItem()->Text(), QString("c"));
-
-        lv.ListItems().Item(3)->SetSelected(false);
-        QCOMPARE(lv.SelectedItem(), nullptr);
-        lv.SetSelectedItem(lv.GetFirstVisible());
-        QCOMPARE(lv.SelectedItem()->Text(), QString("a"));
     }
 
     void columnClickAndWidths() {

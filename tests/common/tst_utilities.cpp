@@ -8,24 +8,6 @@
 class tst_utilities : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void NZ_data() {
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<QVariant>("defaultValue");
-        QTest::addColumn<QVariant>("expected");
-        QTest::newRow("null, no default")
-            << QVariant() << QVariant(QString()) << QVariant(QString());
-        QTest::newRow("null, default 0") << QVariant() << QVariant(0) << QVariant(0);
-        QTest::newRow("empty text stays")
-            << QVariant(QString("")) << QVariant(0) << QVariant(QString(""));
-        QTest::newRow("value stays") << QVariant(12.5) << QVariant(0) << QVariant(12.5);
-    }
-
-    void NZ() {
-        QFETCH(QVariant, value);
-        QFETCH(QVariant, defaultValue);
-        QFETCH(QVariant, expected);
-        QCOMPARE(::NZ(value, defaultValue), expected);
-    }
 
     void programFolder() {
         Fixture fixture;

@@ -2,7 +2,6 @@
 #include "common/ui/Help.h"
 #include "common/ui/HelpWindow.h"
 
-#include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
@@ -103,15 +102,6 @@ private Q_SLOTS:
             QCOMPARE(window.CurrentTitle(), listed.first());
     }
 
-    void searchCommand() {
-        Help::ShowTopic(3001);
-        Help::ShowSearch();
-        HelpWindow* window = Help::Window();
-        QVERIFY(QTest::qWaitForWindowActive(window));
-        QTRY_COMPARE(QApplication::focusWidget(), window->findChild<QWidget*>("txtSearch"));
-        QCOMPARE(window->CurrentTopic(), 3001);
-    }
-
     void linksAndHistory() {
         HelpWindow window;
         window.show();
@@ -132,19 +122,6 @@ private Q_SLOTS:
         Q_EMIT browser->anchorClicked(QUrl("https://www.vantry.example/"));
         QCOMPARE(fixture.Desktop().openedDocuments, QStringList{"https://www.vantry.example/"});
         QCOMPARE(window.CurrentTopic(), 0);
-    }
-
-    void contextOfControls() {
-        QWidget form;
-        form.setProperty(Help::kContextProperty, 2500);
-        auto* inner = new QWidget(&form);
-        auto* field = new QLineEdit(inner);
-        QCOMPARE(Help::ContextOf(field), 2500);
-        field->setProperty(Help::kContextProperty, 5002);
-        QCOMPARE(Help::ContextOf(field), 5002);
-        QCOMPARE(Help::ContextOf(nullptr), 0);
-        QWidget lone;
-        QCOMPARE(Help::ContextOf(&lone), 0);
     }
 
     void f1OnFocusedControl() {

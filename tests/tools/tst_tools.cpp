@@ -208,10 +208,6 @@ private Q_SLOTS:
         QCOMPARE(changed.count(), changes);
         QTRY_COMPARE(QApplication::focusWidget(), mField);
     }
-    void zoomBoxOnAButton() {
-        QCOMPARE(DisplayZoomBox(mOwner->findChild<QPushButton*>()), QString());
-        QVERIFY(!QApplication::activeModalWidget());
-    }
 
     // answer, the date afterwards ("" when nothing changes), the message box.
     void weekConverter_data() {
