@@ -1,11 +1,9 @@
 #include "Fixture.h"
 #include "common/ui/ListView.h"
-#include "common/ui/TabStrip.h"
 
 #include <QElapsedTimer>
 #include <QHeaderView>
 #include <QSignalSpy>
-#include <QTabBar>
 #include <QTest>
 #include <QTreeView>
 #include <numeric>
@@ -262,25 +260,6 @@ private Q_SLOTS:
             QTRY_COMPARE(shown->model()->rowCount(), 2);
             QTRY_COMPARE(shown->selectionModel()->selectedRows().size(), 1);
         }
-    }
-
-    void tabStrip() {
-        TabStrip strip;
-        QSignalSpy clicks(&strip, &TabStrip::Click);
-        strip.Tabs().Add("New", "New", "1079", "Create");
-        strip.Tabs().Add("Active Followups", "Active Followups", "", "Followups");
-        QCOMPARE(clicks.size(), 0);
-        QCOMPARE(strip.SelectedItem()->Key(), QString("New"));
-        strip.Tabs().Item("Active Followups")->SetSelected(true);
-        QCOMPARE(clicks.size(), 1);
-        QCOMPARE(strip.SelectedItem()->Index(), 2);
-        QCOMPARE(strip.SelectedItem()->Caption(), QString("Active Followups"));
-        strip.show();
-        auto* bar = strip.findChild<QTabBar*>();
-        QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(0).center());
-        QCOMPARE(clicks.size(), 2);
-        QCOMPARE(strip.SelectedItem()->Tag(), QString("1079"));
-        QCOMPARE(bar->tabToolTip(1), QString("Followups"));
     }
 };
 

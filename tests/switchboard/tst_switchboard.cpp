@@ -147,6 +147,8 @@ private Q_SLOTS:
         fixture.OpenDatabase();
         Board board;
         QCOMPARE(board.Tab(), QString("New"));
+        QCOMPARE(board.form->tbsSwitch->Bar()->tabToolTip(5),
+                 QString("View rebates for which you have generated a follow up letter"));
         QCOMPARE(Rows(board.form->lvNew),
                  QStringList{"Create a New Rebate | Creates a new rebate record. |  | "});
         for (const char* caption :
