@@ -132,7 +132,6 @@ private Q_SLOTS:
             {"seed shows as typed", 12.5, "", "12.5", ""},
             {"empty seed", 0, "", "0.", ""},
             {"negative seed", -5, "", "-5.", ""},
-            {"add", 12.5, "+1=", "13.5", ""},
             {"chain", 0, "2+3*4=", "20", ""},
             {"divide by zero keeps the first", 0, "5/0=", "5", "Calculator|Can't divide by zero"},
             {"percent", 0, "200*5%=", "10", ""},
