@@ -2,6 +2,7 @@
 #include "common/ui/Help.h"
 #include "common/ui/HelpWindow.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
@@ -100,6 +101,16 @@ private Q_SLOTS:
         QTest::keyClick(window.findChild<QLineEdit*>("txtSearch"), Qt::Key_Return);
         if (!listed.isEmpty())
             QCOMPARE(window.CurrentTitle(), listed.first());
+    }
+
+    // Search over an open topic moves into the search box and leaves the topic shown.
+    void searchCommand() {
+        Help::ShowTopic(3001);
+        Help::ShowSearch();
+        HelpWindow* window = Help::Window();
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        QTRY_COMPARE(QApplication::focusWidget(), window->findChild<QWidget*>("txtSearch"));
+        QCOMPARE(window->CurrentTopic(), 3001);
     }
 
     void linksAndHistory() {
