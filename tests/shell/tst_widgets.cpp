@@ -72,18 +72,6 @@ private Q_SLOTS:
         }
     }
 
-    void imageListLooks() {
-        ImageList colour(16);
-        ImageList grey(16, ImageList::Tone::Grey);
-        colour.Add({"Paid", "No Such Picture"});
-        grey.Add("Paid");
-        QVERIFY(!IsGrey(colour.Picture("Paid").toImage()));
-        QVERIFY(IsGrey(grey.Picture("Paid").toImage()));
-        // A key without a picture gives an empty one instead of failing.
-        QVERIFY(colour.Picture("No Such Picture").isNull());
-        QVERIFY(colour.Picture("Never Added").isNull());
-    }
-
     void toolbarButtonState() {
         QMainWindow window;
         auto* bar = new Toolbar(&window);
@@ -161,9 +149,9 @@ private Q_SLOTS:
                                          << QMessageBox::Ok << QMessageBox::Warning;
         QTest::newRow("292: Yes, No, default No") << 292 << (QMessageBox::Yes | QMessageBox::No)
                                                   << QMessageBox::No << QMessageBox::Question;
-        QTest::newRow("Yes, No, Cancel, third default")
-            << 3 + 512 + 64 << (QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)
-            << QMessageBox::Cancel << QMessageBox::Information;
+        QTest::newRow("289: OK, Cancel, default Cancel")
+            << 289 << (QMessageBox::Ok | QMessageBox::Cancel) << QMessageBox::Cancel
+            << QMessageBox::Question;
     }
 
     void messageBoxButtons() {
