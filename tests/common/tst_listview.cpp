@@ -1,12 +1,9 @@
 #include "Fixture.h"
 #include "common/ui/ListView.h"
-#include "common/ui/TabStrip.h"
 
 #include <QElapsedTimer>
 #include <QHeaderView>
-#include <QListView>
 #include <QSignalSpy>
-#include <QTabBar>
 #include <QTest>
 #include <QTreeView>
 #include <numeric>
@@ -23,33 +20,6 @@ QStringList Texts(ListView& lv) {
 class tst_listview : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void sortedOrder_data() {
-        QTest::addColumn<int>("sortKey");
-        QTest::addColumn<int>("sortOrder");
-        QTest::addColumn<QStringList>("expected");
-        QTest::newRow("text ascending, case ignored")
-            << 0 << 0 << QStringList{"apple", "Banana", "cherry"};
-        QTest::newRow("text descending") << 0 << 1 << QStringList{"cherry", "Banana", "apple"};
-        QTest::newRow("sub-item 2 ascending") << 2 << 0 << QStringList{"cherry", "apple", "Banana"};
-    }
-
-    void sortedOrder() {
-        QFETCH(int, sortKey);
-        QFETCH(int, sortOrder);
-        QFETCH(QStringList, expected);
-        ListView lv;
-        const QStringList texts{"Banana", "cherry", "apple"};
-        const QStringList second{"2026-03-01", "2026-01-01", "2026-02-01"};
-        for (int i = 0; i < texts.size(); ++i)
-            lv.ListItems().Add(texts[i])->SetSubItems(2, second[i]);
-        QCOMPARE(Texts(lv), texts); // unsorted: order of addition
-        lv.SetSortKey(sortKey);
-        lv.SetSortOrder(sortOrder);
-        lv.SetSorted(true);
-        QCOMPARE(Texts(lv), expected);
-        for (int i = 1; i <= 3; ++i)
-            QCOMPARE(lv.ListItems().Item(i)->Index(), i);
-    }
 
     // Rows are found by their key sub-item through every change: a key held by two rows (a
     // store's duplicate) finds the first, then the other once the first is gone.
@@ -60,7 +30,6 @@ private Q_SLOTS:
         QTest::newRow("first of a removed") << "remove a1" << QStringList{"a2", "b", ""};
         QTest::newRow("second of a removed") << "remove a2" << QStringList{"a1", "b", ""};
         QTest::newRow("key changed") << "a1 to c" << QStringList{"a2", "b", "a1"};
-        QTest::newRow("key set afresh") << "key again" << QStringList{"a1", "b", ""};
         QTest::newRow("cleared") << "clear" << QStringList{"", "", ""};
     }
     void findByKey() {
@@ -77,8 +46,6 @@ private Q_SLOTS:
             lv.ListItems().Remove(item(step.mid(7))->Index());
         else if (step == "a1 to c")
             item("a1")->SetSubItems(3, "c");
-        else if (step == "key again")
-            lv.SetKeySubItem(3);
         else if (step == "clear")
             lv.ListItems().Clear();
         QStringList texts;
@@ -156,18 +123,6 @@ private Q_SLOTS:
         QCOMPARE(sorted, expected);
     }
 
-    void singleAddLandsInPlace() {
-        ListView lv;
-        lv.SetSorted(true);
-        for (const char* text : {"d", "b", "f"})
-            lv.ListItems().Add(text);
-        ListItem* c = lv.ListItems().Add("c");
-        QCOMPARE(c->Index(), 2);
-        QCOMPARE(Texts(lv), (QStringList{"b", "c", "d", "f"}));
-        c->SetText("z");
-        QCOMPARE(c->Index(), 4);
-    }
-
     void bulkLoadIsFast() {
         ListView lv;
         lv.SetView(ListView::lvwReport);
@@ -225,37 +180,6 @@ private Q_SLOTS:
         QVERIFY(!shown->isSelected(model->index(0, 0)));
         QVERIFY(!shown->isSelected(model->index(99998, 0)));
         QVERIFY(shown->isSelected(model->index(99999, 0)));
-    }
-
-    void selectionBothWays() {
-        ListView lv;
-        lv.SetMultiSelect(true);
-        lv.SetView(ListView::lvwReport);
-        lv.ColumnHeaders().Add("Rebate", 1500);
-        for (const char* text : {"a", "b", "c", "d"})
-            lv.ListItems().Add(text);
-        lv.resize(300, 200);
-        lv.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&lv));
-
-        // Code to view.
-        lv.ListItems().Item(2)->SetSelected(true);
-        lv.ListItems().Item(4)->SetSelected(true);
-        QCOMPARE(lv.SelectedItem()->Text(), QString("b"));
-        auto* tree = lv.findChild<QTreeView*>();
-        QTRY_COMPARE(tree->selectionModel()->selectedRows().size(), 2);
-
-        // View to code: a click selects one row alone.
-        const QRect rect = tree->visualRect(tree->model()->index(2, 0));
-        QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, rect.center());
-        QCOMPARE(lv.ListItems().Item(2)->Selected(), false);
-        QCOMPARE(lv.ListItems().Item(3)->Selected(), true);
-        QCOMPARE(lv.SelectedItem()->Text(), QString("c"));
-
-        lv.ListItems().Item(3)->SetSelected(false);
-        QCOMPARE(lv.SelectedItem(), nullptr);
-        lv.SetSelectedItem(lv.GetFirstVisible());
-        QCOMPARE(lv.SelectedItem()->Text(), QString("a"));
     }
 
     void columnClickAndWidths() {
@@ -321,25 +245,6 @@ private Q_SLOTS:
             QTRY_COMPARE(shown->model()->rowCount(), 2);
             QTRY_COMPARE(shown->selectionModel()->selectedRows().size(), 1);
         }
-    }
-
-    void tabStrip() {
-        TabStrip strip;
-        QSignalSpy clicks(&strip, &TabStrip::Click);
-        strip.Tabs().Add("New", "New", "1079", "Create");
-        strip.Tabs().Add("Active Followups", "Active Followups", "", "Followups");
-        QCOMPARE(clicks.size(), 0);
-        QCOMPARE(strip.SelectedItem()->Key(), QString("New"));
-        strip.Tabs().Item("Active Followups")->SetSelected(true);
-        QCOMPARE(clicks.size(), 1);
-        QCOMPARE(strip.SelectedItem()->Index(), 2);
-        QCOMPARE(strip.SelectedItem()->Caption(), QString("Active Followups"));
-        strip.show();
-        auto* bar = strip.findChild<QTabBar*>();
-        QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(0).center());
-        QCOMPARE(clicks.size(), 2);
-        QCOMPARE(strip.SelectedItem()->Tag(), QString("1079"));
-        QCOMPARE(bar->tabToolTip(1), QString("Followups"));
     }
 };
 

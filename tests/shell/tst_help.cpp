@@ -103,6 +103,7 @@ private Q_SLOTS:
             QCOMPARE(window.CurrentTitle(), listed.first());
     }
 
+    // Search over an open topic moves into the search box and leaves the topic shown.
     void searchCommand() {
         Help::ShowTopic(3001);
         Help::ShowSearch();
@@ -132,19 +133,6 @@ private Q_SLOTS:
         Q_EMIT browser->anchorClicked(QUrl("https://www.vantry.example/"));
         QCOMPARE(fixture.Desktop().openedDocuments, QStringList{"https://www.vantry.example/"});
         QCOMPARE(window.CurrentTopic(), 0);
-    }
-
-    void contextOfControls() {
-        QWidget form;
-        form.setProperty(Help::kContextProperty, 2500);
-        auto* inner = new QWidget(&form);
-        auto* field = new QLineEdit(inner);
-        QCOMPARE(Help::ContextOf(field), 2500);
-        field->setProperty(Help::kContextProperty, 5002);
-        QCOMPARE(Help::ContextOf(field), 5002);
-        QCOMPARE(Help::ContextOf(nullptr), 0);
-        QWidget lone;
-        QCOMPARE(Help::ContextOf(&lone), 0);
     }
 
     void f1OnFocusedControl() {

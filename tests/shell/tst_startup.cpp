@@ -102,7 +102,24 @@ private Q_SLOTS:
         mFixture.reset();
     }
 
+    // A start that goes through: over the store, over the reserve copy when the store is
+    // missing, and past the lock file a copy that crashed left behind.
+    void startsWithDatabase_data() {
+        QTest::addColumn<QString>("before");
+        QTest::newRow("store in place") << "";
+        QTest::newRow("store missing: the reserve is copied") << "no store";
+        QTest::newRow("stale lock") << "stale lock";
+    }
+
     void startsWithDatabase() {
+        QFETCH(QString, before);
+        if (before == "no store") {
+            QVERIFY(QFile::remove(mFixture->DatabasePath()));
+        } else if (before == "stale lock") {
+            QFile lock(PrevInstance::LockPath());
+            QVERIFY(lock.open(QIODevice::WriteOnly));
+            lock.write("2147483000\nvantry\n" + QSysInfo::machineHostName().toUtf8() + "\n");
+        }
         bool startedWhenLoaded = true;
         Forms::SetFactory("frmSwitchboard", [&startedWhenLoaded] {
             startedWhenLoaded = gAppStarted;
@@ -119,6 +136,8 @@ private Q_SLOTS:
         QVERIFY(!frmSplash::Instance());
         QVERIFY(gDatabase && gDatabase->IsOpen());
         QCOMPARE(gDatabase->Name(), mFixture->DatabasePath());
+        if (before == "no store")
+            QCOMPARE(ReadFile(mFixture->DatabasePath()), ReadFile(mFixture->ReservePath()));
         QCOMPARE(gTCRLink, kTCRLink);
         QCOMPARE(App::HelpFile(), mFixture->ProgramDir() + "vantry.hlp");
         QVERIFY(gAppStarted);
@@ -129,15 +148,6 @@ private Q_SLOTS:
         QVERIFY(mFixture->Desktop().boxes.isEmpty());
         QVERIFY(!QFile::exists(mFixture->LogPath()));
         QCOMPARE(mEnded, 0);
-    }
-
-    void restoresFromReserve() {
-        QVERIFY(QFile::remove(mFixture->DatabasePath()));
-        QVERIFY(Main());
-        QVERIFY(frmMDI::Instance());
-        QCOMPARE(ReadFile(mFixture->DatabasePath()), ReadFile(mFixture->ReservePath()));
-        QCOMPARE(gDatabase->Name(), mFixture->DatabasePath());
-        QVERIFY(mFixture->Desktop().boxes.isEmpty());
     }
 
     void refusedStart_data() {
@@ -278,17 +288,6 @@ private Q_SLOTS:
             first.kill();
         first.waitForFinished(5000);
         QLocalServer::removeServer(name);
-    }
-
-    // A copy that crashed leaves its lock file behind; the next start takes the store over.
-    void staleLockDoesNotBlock() {
-        QFile lock(PrevInstance::LockPath());
-        QVERIFY(lock.open(QIODevice::WriteOnly));
-        lock.write("2147483000\nvantry\n" + QSysInfo::machineHostName().toUtf8() + "\n");
-        lock.close();
-        QVERIFY(Main());
-        QVERIFY(frmMDI::Instance());
-        QVERIFY(mFixture->Desktop().boxes.isEmpty());
     }
 
     void activateWindowByTitle() {

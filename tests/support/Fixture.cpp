@@ -53,9 +53,6 @@ QString Fixture::ReservePath() const {
 QString Fixture::LogPath() const {
     return ProgramDir() + QStringLiteral("Vantry.log");
 }
-QString Fixture::SettingsFile() const {
-    return SettingsStore::FileFor(kAppTitle);
-}
 
 void Fixture::OpenDatabase(const QList<RebateRow>& rows) {
     gDatabase = Database::Open(DatabasePath());

@@ -37,7 +37,6 @@ public:
     QString DatabasePath() const;                    // ProgramDir() + "Vantry.mdb"
     QString ReservePath() const;                     // ProgramDir() + "Vantry.rdb"
     QString LogPath() const;                         // ProgramDir() + "Vantry.log"
-    QString SettingsFile() const;                    // the INI file in use
     ScriptedDesktop& Desktop() { return *mDesktop; } // owned by the seam
 
     // Opens gDatabase on DatabasePath() and writes the rows into it (InsertRebates); the

@@ -147,13 +147,14 @@ private Q_SLOTS:
         fixture.OpenDatabase();
         Board board;
         QCOMPARE(board.Tab(), QString("New"));
+        QCOMPARE(board.form->tbsSwitch->Bar()->tabToolTip(5),
+                 QString("View rebates for which you have generated a follow up letter"));
         QCOMPARE(Rows(board.form->lvNew),
                  QStringList{"Create a New Rebate | Creates a new rebate record. |  | "});
         for (const char* caption :
              {"Unsent", "Pending", "Overdue", "Paid", "Active Followups", "Rejected", "All"}) {
             board.SelectTab(caption);
             QCOMPARE(board.form->GetCurrentLV()->ListItems().Count(), 0);
-            QVERIFY2(!board.Action("mnuDeleteRebate")->isEnabled(), caption);
             QVERIFY(board.form->picLVBack(board.form->tbsSwitch->SelectedItem()->Index() - 1)
                         ->isVisible());
         }
@@ -163,7 +164,7 @@ private Q_SLOTS:
     void updateIconsFollowsTheRecord_data() {
         QTest::addColumn<QString>("shown");
         QTest::addColumn<QString>("expectedTab");
-        for (const char* shown : {"Pending", "New", "activate"})
+        for (const char* shown : {"Pending", "New"})
             QTest::newRow(shown) << QString(shown) << "Paid";
         QTest::newRow("All stays on All") << QString("All") << QString("All");
     }
@@ -179,18 +180,10 @@ private Q_SLOTS:
                                         .RebateName = "Stays",
                                         .DateSent = QDate(2026, 11, 2)}});
         Board board;
-        board.SelectTab(shown == "activate" ? "Pending" : shown);
+        board.SelectTab(shown);
         QSqlQuery(gDatabase->Connection())
             .exec("UPDATE Rebates SET AmountReceived = 50000 WHERE RebateID = '20261101000000'");
-        if (shown == "activate") {
-            gbRecordSaved = true;
-            gsSavedRebateID = "20261101000000";
-            board.form->Form_Activate();
-            QVERIFY(!gbRecordSaved);
-            QVERIFY(gsSavedRebateID.isEmpty());
-        } else {
-            board.form->UpdateIcons("20261101000000");
-        }
+        board.form->UpdateIcons("20261101000000");
 
         QCOMPARE(board.Tab(), expectedTab);
         QCOMPARE(Rows(board.form->lvPending).size(), 1);
@@ -230,7 +223,6 @@ private Q_SLOTS:
         QCOMPARE(ids(), (QStringList{"2", "1", "3"})); // the same column again: descending
         click(2);
         QCOMPARE(ids(), (QStringList{"3", "1", "2"})); // another column starts ascending
-        QCOMPARE(board.form->lvAll->SortKey(), 2);
         board.Action("mnuSortDescending")->trigger();
         QCOMPARE(ids(), (QStringList{"2", "1", "3"})); // "No Date" sorts after the dates
     }
@@ -290,10 +282,12 @@ private Q_SLOTS:
             Board board;
             board.SelectTab("Paid");
             QCOMPARE(board.form->lvPaid->View(), 1);
-            if (how == "menu")
+            if (how == "menu") {
                 board.Action(qPrintable(command))->trigger();
-            else
+            } else { // a second click leaves the button down
                 QTest::mouseClick(board.form->xToolbar->Buttons(command).Widget(), Qt::LeftButton);
+                QTest::mouseClick(board.form->xToolbar->Buttons(command).Widget(), Qt::LeftButton);
+            }
             QCOMPARE(board.form->lvPaid->View(), view);
             const char* menus[] = {"mnuLargeIcons", "mnuSmallIcons", "mnuList", "mnuDetails"};
             const char* popups[] = {"mnuPopupLargeIcons", "mnuPopupSmallIcons", "mnuPopupList",
