@@ -43,28 +43,6 @@ QString Quoted(const QString& name) {
     return QLatin1Char('[') + quoted + QLatin1Char(']');
 }
 
-// "yyyy-mm-dd" to a Julian day without going through the general date parser.
-bool ParseStoredDate(const QString& text, std::int64_t& julianDay) {
-    if (text.size() != 10 || text[4] != QLatin1Char('-') || text[7] != QLatin1Char('-'))
-        return false;
-    int parts[3] = {0, 0, 0};
-    const int starts[3] = {0, 5, 8};
-    const int lengths[3] = {4, 2, 2};
-    for (int p = 0; p < 3; ++p) {
-        for (int i = starts[p]; i < starts[p] + lengths[p]; ++i) {
-            const char16_t c = text[i].unicode();
-            if (c < u'0' || c > u'9')
-                return false;
-            parts[p] = parts[p] * 10 + (c - u'0');
-        }
-    }
-    const QDate date(parts[0], parts[1], parts[2]);
-    if (!date.isValid())
-        return false;
-    julianDay = date.toJulianDay();
-    return true;
-}
-
 // The stored number of a Money, Date or Boolean value; false when the value doesn't fit.
 bool NumberFromSql(Kind kind, const QVariant& value, std::int64_t& number) {
     if (value.isNull()) {
@@ -94,7 +72,7 @@ bool NumberFromSql(Kind kind, const QVariant& value, std::int64_t& number) {
             number = kNull;
             return true;
         }
-        return ParseStoredDate(text, number);
+        return store::StoredJulianDay(text.utf16(), text.size(), number);
     }
     case Kind::Boolean:
         if (type == QMetaType::LongLong || type == QMetaType::Int || type == QMetaType::Double) {

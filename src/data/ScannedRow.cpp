@@ -2,33 +2,7 @@
 
 #include "data/StoreConnection.h"
 
-#include <QDate>
 #include <sqlite3.h>
-
-namespace {
-
-// "yyyy-mm-dd" of a valid date to its Julian day.
-bool JulianDayOf(const unsigned char* text, int length, std::int64_t& julianDay) {
-    if (length != 10 || text[4] != '-' || text[7] != '-')
-        return false;
-    int parts[3] = {0, 0, 0};
-    const int starts[3] = {0, 5, 8};
-    const int lengths[3] = {4, 2, 2};
-    for (int p = 0; p < 3; ++p) {
-        for (int i = starts[p]; i < starts[p] + lengths[p]; ++i) {
-            if (text[i] < '0' || text[i] > '9')
-                return false;
-            parts[p] = parts[p] * 10 + (text[i] - '0');
-        }
-    }
-    const QDate date(parts[0], parts[1], parts[2]);
-    if (!date.isValid())
-        return false;
-    julianDay = date.toJulianDay();
-    return true;
-}
-
-} // namespace
 
 bool ScannedRow::Number(int column, std::int64_t& number) const {
     switch (sqlite3_column_type(mStatement, column)) {
@@ -54,7 +28,7 @@ bool ScannedRow::Number(int column, std::int64_t& number) const {
             number = kNull;
             return true;
         }
-        return JulianDayOf(text, length, number);
+        return store::StoredJulianDay(text, length, number);
     }
     default:
         return false;
@@ -84,7 +58,7 @@ bool ScannedRow::DateText(int column, QLatin1StringView& text) const {
     const unsigned char* characters = sqlite3_column_text(mStatement, column);
     const int length = sqlite3_column_bytes(mStatement, column);
     std::int64_t julianDay = 0;
-    if (!JulianDayOf(characters, length, julianDay))
+    if (!store::StoredJulianDay(characters, length, julianDay))
         return false;
     text = QLatin1StringView(reinterpret_cast<const char*>(characters), length);
     return true;

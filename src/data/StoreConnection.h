@@ -4,11 +4,13 @@
 
 #include "common/core/VbError.h"
 
+#include <QDate>
 #include <QHash>
 #include <QList>
 #include <QSqlDatabase>
 #include <QString>
 #include <QVariant>
+#include <cstdint>
 
 class QSqlError;
 class QSqlQuery;
@@ -60,5 +62,28 @@ Kind KindOfDeclaredType(const QString& declaredType);
 // What Recordset::Fields gives for a value as the SQL driver reads it: converted when the
 // declared type allows, else the value as it is.
 QVariant TypedFromSql(Kind kind, const QVariant& value);
+
+// A stored date, "yyyy-mm-dd" of a valid day, to its Julian day without going through the
+// general date parser; false for anything else. Works on Latin-1 bytes and UTF-16 units alike.
+template <typename Char>
+bool StoredJulianDay(const Char* text, qsizetype length, std::int64_t& julianDay) {
+    if (length != 10 || text[4] != '-' || text[7] != '-')
+        return false;
+    int parts[3] = {0, 0, 0};
+    const int starts[3] = {0, 5, 8};
+    const int lengths[3] = {4, 2, 2};
+    for (int p = 0; p < 3; ++p) {
+        for (int i = starts[p]; i < starts[p] + lengths[p]; ++i) {
+            if (text[i] < '0' || text[i] > '9')
+                return false;
+            parts[p] = parts[p] * 10 + (text[i] - '0');
+        }
+    }
+    const QDate date(parts[0], parts[1], parts[2]);
+    if (!date.isValid())
+        return false;
+    julianDay = date.toJulianDay();
+    return true;
+}
 
 } // namespace store
