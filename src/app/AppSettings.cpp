@@ -6,6 +6,7 @@
 #include "common/core/VbError.h"
 
 #include <cmath>
+#include <utility>
 
 namespace {
 // Positions beyond this many twips (over 100,000 pixels) are no position on any screen.
@@ -66,20 +67,11 @@ std::optional<double> ReadTwips(const SettingSpec& setting) {
     return UsableTwips(DefaultOf(setting));
 }
 
-int ReadListView(const SettingSpec& setting) {
+int ReadWhole(const SettingSpec& setting) {
+    const auto [low, high] = setting.type == SettingType::ListView ? std::pair(0, 3)
+                             : setting.type == SettingType::Days   ? std::pair(0, kMaxDays)
+                                                                   : std::pair(1, 999);
     bool ok = false;
-    const int view = ReadSetting(setting).toInt(&ok);
-    return ok && view >= 0 && view <= 3 ? view : DefaultOf(setting).toInt();
-}
-
-int ReadCount(const SettingSpec& setting) {
-    bool ok = false;
-    const int count = ReadSetting(setting).trimmed().toInt(&ok);
-    return ok && count >= 1 && count <= 999 ? count : DefaultOf(setting).toInt();
-}
-
-int ReadDays(const SettingSpec& setting) {
-    bool ok = false;
-    const int days = ReadSetting(setting).toInt(&ok);
-    return ok && days >= 0 && days <= kMaxDays ? days : DefaultOf(setting).toInt();
+    const int value = ReadSetting(setting).toInt(&ok);
+    return ok && value >= low && value <= high ? value : DefaultOf(setting).toInt();
 }

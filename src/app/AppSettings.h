@@ -75,7 +75,9 @@ bool ReadFlag(const SettingSpec& setting);
 Currency ReadMoney(const SettingSpec& setting);
 // nullopt when neither the stored value nor the default is a usable number.
 std::optional<double> ReadTwips(const SettingSpec& setting);
-int ReadListView(const SettingSpec& setting);
-int ReadCount(const SettingSpec& setting);
 inline constexpr int kMaxDays = 365;
-int ReadDays(const SettingSpec& setting);
+// A ListView, Count or Days setting (blanks around the number allowed), within its type's range.
+int ReadWhole(const SettingSpec& setting);
+inline constexpr auto& ReadListView = ReadWhole;
+inline constexpr auto& ReadCount = ReadWhole;
+inline constexpr auto& ReadDays = ReadWhole;
