@@ -66,17 +66,15 @@ bool BeforeToday(const QVariant& value, const QDate& today) {
     return date < today;
 }
 
-// The rule's seven reads of a recordset's current row.
+// The rule's four kinds of read of a recordset's current row.
 struct RecordsetCells {
     const Recordset& rs;
-    const StatusColumns& columns;
-    bool Deleted() const { return IsTrue(rs.Fields(columns.deleted)); }
-    bool Paid() const { return AboveZero(rs.Fields(columns.amountReceived)); }
-    bool Rejected() const { return IsTrue(rs.Fields(columns.rejected)); }
-    bool NoFollowup() const { return IsBlank(rs.Fields(columns.followupDate)); }
-    bool NotReceived() const { return IsBlank(rs.Fields(columns.dateReceived)); }
-    bool Due(const QDate& today) const { return BeforeToday(rs.Fields(columns.dateDue), today); }
-    bool NotSent() const { return IsBlank(rs.Fields(columns.dateSent)); }
+    bool Flag(int column) const { return IsTrue(rs.Fields(column)); }
+    bool Blank(int column) const { return IsBlank(rs.Fields(column)); }
+    bool Above(int column) const { return AboveZero(rs.Fields(column)); }
+    bool Before(int column, const QDate& today) const {
+        return BeforeToday(rs.Fields(column), today);
+    }
 };
 
 // The same reads of a stored row: the values the columns' types carry read directly, any
@@ -93,26 +91,20 @@ struct StoredCells {
         return row.Number(column, number) ? number == ScannedRow::kNull
                                           : IsBlank(row.Fields(column));
     }
-    bool Deleted() const { return Flag(RebateQueries::ListColumn::Deleted); }
-    bool Paid() const {
+    bool Above(int column) const {
         std::int64_t number = 0;
-        return row.Number(RebateQueries::ListColumn::AmountReceived, number)
-                   ? number != ScannedRow::kNull && number > 0
-                   : AboveZero(row.Fields(RebateQueries::ListColumn::AmountReceived));
+        return row.Number(column, number) ? number != ScannedRow::kNull && number > 0
+                                          : AboveZero(row.Fields(column));
     }
-    bool Rejected() const { return Flag(RebateQueries::ListColumn::Rejected); }
-    bool NoFollowup() const { return Blank(RebateQueries::ListColumn::FollowupDate); }
-    bool NotReceived() const { return Blank(RebateQueries::ListColumn::DateReceived); }
-    bool Due(const QDate& today) const {
+    bool Before(int column, const QDate& today) const {
         std::int64_t day = 0;
-        return row.Number(RebateQueries::ListColumn::DateDue, day)
-                   ? day != ScannedRow::kNull && day < today.toJulianDay()
-                   : BeforeToday(row.Fields(RebateQueries::ListColumn::DateDue), today);
+        return row.Number(column, day) ? day != ScannedRow::kNull && day < today.toJulianDay()
+                                       : BeforeToday(row.Fields(column), today);
     }
-    bool NotSent() const { return Blank(RebateQueries::ListColumn::DateSent); }
 };
 
-template <typename Cells> QString StatusOf(const Cells& cells, const QDate& today) {
+template <typename Cells>
+QString StatusOf(const Cells& cells, const StatusColumns& columns, const QDate& today) {
     static const QString deleted = QStringLiteral("Deleted");
     static const QString paid = QStringLiteral("Paid");
     static const QString rejected = QStringLiteral("Rejected");
@@ -121,20 +113,20 @@ template <typename Cells> QString StatusOf(const Cells& cells, const QDate& toda
     static const QString unsent = QStringLiteral("Unsent");
     static const QString pending = QStringLiteral("Pending");
 
-    if (cells.Deleted())
+    if (cells.Flag(columns.deleted))
         return deleted;
-    if (cells.Paid())
+    if (cells.Above(columns.amountReceived))
         return paid;
-    if (cells.Rejected())
+    if (cells.Flag(columns.rejected))
         return rejected;
-    if (!cells.NoFollowup())
+    if (!cells.Blank(columns.followupDate))
         return followup;
     // Both sides are evaluated, received first, as the rule reads them.
-    const bool notReceived = cells.NotReceived();
-    const bool due = cells.Due(today);
+    const bool notReceived = cells.Blank(columns.dateReceived);
+    const bool due = cells.Before(columns.dateDue, today);
     if (due && notReceived)
         return overdue;
-    if (cells.NotSent())
+    if (cells.Blank(columns.dateSent))
         return unsent;
     return pending;
 }
@@ -146,9 +138,12 @@ QString GetRebateStatus(const Recordset& rs) {
 }
 
 QString GetRebateStatus(const Recordset& rs, const QDate& today) {
-    return StatusOf(RecordsetCells{rs, ColumnsOf(rs)}, today);
+    return StatusOf(RecordsetCells{rs}, ColumnsOf(rs), today);
 }
 
 QString GetRebateStatus(const ScannedRow& row, const QDate& today) {
-    return StatusOf(StoredCells{row}, today);
+    using namespace RebateQueries::ListColumn;
+    static constexpr StatusColumns columns{
+        0, Deleted, AmountReceived, Rejected, FollowupDate, DateReceived, DateDue, DateSent};
+    return StatusOf(StoredCells{row}, columns, today);
 }
