@@ -35,15 +35,14 @@ SavingsFigures ReadSavingsFigures(const QDate& today) {
     std::array<SavingsState, kStates.size()> byState{};
     SavingsFigures figures;
     RebateQueries::ForEachSavingsRow([&](const ScannedRow& row) {
-        const QVariant received = row.Fields(AmountReceived);
-        const Currency money = clsRebateStats::Money(received);
+        const Currency money = clsRebateStats::Money(row, AmountReceived);
         if (money.Raw() != 0) {
             figures.totalReceived += money;
             SavingsMonth& month = byMonth[MonthKey(row.Fields(DateReceived))];
             month.received += money;
         }
-        const Currency promised = clsRebateStats::Money(row.Fields(RebateAmount));
-        if (clsRebateStats::IsOutstanding(received, row.Fields(Rejected))) {
+        const Currency promised = clsRebateStats::Money(row, RebateAmount);
+        if (clsRebateStats::IsOutstanding(row, AmountReceived, Rejected)) {
             figures.totalOutstanding += promised;
             SavingsMonth& month = byMonth[MonthKey(row.Fields(DateDue))];
             month.outstanding += promised;

@@ -58,15 +58,8 @@ Tri Compare(const QVariant& value, bool above) {
         Tri::Null);
 }
 
-// The same three reads of a stored row: the values the columns' types carry read directly, any
-// other as the recordset would give it.
-Currency MoneyAt(const ScannedRow& row, int column) {
-    std::int64_t raw = 0;
-    if (row.Number(column, raw))
-        return raw == ScannedRow::kNull ? Currency() : Currency::FromRaw(raw);
-    return MoneyOf(row.Fields(column));
-}
-
+// The same reads of a stored row (Money too, below): the values the columns' types carry read
+// directly, any other as the recordset would give it.
 Tri IsTrueAt(const ScannedRow& row, int column) {
     std::int64_t number = 0;
     if (row.Number(column, number))
@@ -111,23 +104,22 @@ void Sum(Currency& total, Currency value, bool assign) {
 
 } // namespace
 
-Currency clsRebateStats::Money(const QVariant& value) {
-    return MoneyOf(value);
+Currency clsRebateStats::Money(const ScannedRow& row, int column) {
+    std::int64_t raw = 0;
+    if (row.Number(column, raw))
+        return raw == ScannedRow::kNull ? Currency() : Currency::FromRaw(raw);
+    return MoneyOf(row.Fields(column));
 }
 
-bool clsRebateStats::IsOutstanding(const QVariant& amountReceived, const QVariant& rejected) {
-    return And(Compare(amountReceived, false), Not(IsTrue(rejected))) == Tri::True;
-}
-
-bool clsRebateStats::GetStats() {
-    return GetStatistics();
+bool clsRebateStats::IsOutstanding(const ScannedRow& row, int amountReceived, int rejected) {
+    return And(CompareAt(row, amountReceived, false), Not(IsTrueAt(row, rejected))) == Tri::True;
 }
 
 void clsRebateStats::Init() {
-    GetStatistics();
+    GetStats();
 }
 
-bool clsRebateStats::GetStatistics() {
+bool clsRebateStats::GetStats() {
     try {
         // Worked out on a copy: a table too large to count leaves the figures as they were,
         // whatever else went wrong on the way.
@@ -163,17 +155,17 @@ bool clsRebateStats::GetStatistics() {
 // The first row assigns, the later ones add.
 void clsRebateStats::AddRow(const ScannedRow& row, bool first) {
     using namespace RebateQueries::StatisticsColumn;
-    Sum(mcTotalSpent, MoneyAt(row, PurchasePrice), first);
-    Sum(mcTotalCoupons, MoneyAt(row, CouponAmount), first);
-    Sum(mcTotalPostage, MoneyAt(row, PostagePrice), first);
-    Sum(mcTotalFollowupPostage, MoneyAt(row, FollowupPostage), first);
-    Sum(mcTotalReceived, MoneyAt(row, AmountReceived), first);
+    Sum(mcTotalSpent, Money(row, PurchasePrice), first);
+    Sum(mcTotalCoupons, Money(row, CouponAmount), first);
+    Sum(mcTotalPostage, Money(row, PostagePrice), first);
+    Sum(mcTotalFollowupPostage, Money(row, FollowupPostage), first);
+    Sum(mcTotalReceived, Money(row, AmountReceived), first);
 
     const Tri isRejected = IsTrueAt(row, Rejected);
     const Tri received = CompareAt(row, AmountReceived, true);
     if (isRejected == Tri::True) {
         CountOne(miCountRejections, first);
-        Sum(mcTotalRejected, MoneyAt(row, RebateAmount), first);
+        Sum(mcTotalRejected, Money(row, RebateAmount), first);
     } else if (Not(received) == Tri::True) {
         CountOne(miCountPending, first);
     }
@@ -181,6 +173,6 @@ void clsRebateStats::AddRow(const ScannedRow& row, bool first) {
         CountOne(miCountReceived, first);
     if (CompareAt(row, FollowupPostage, true) == Tri::True)
         CountOne(miCountFollowups, first);
-    if (And(CompareAt(row, AmountReceived, false), Not(isRejected)) == Tri::True)
-        Sum(mcTotalOutstanding, MoneyAt(row, RebateAmount), first);
+    if (IsOutstanding(row, AmountReceived, Rejected))
+        Sum(mcTotalOutstanding, Money(row, RebateAmount), first);
 }

@@ -2,7 +2,6 @@
 
 #include "common/core/Currency.h"
 
-#include <QVariant>
 #include <cstdint>
 
 class ScannedRow;
@@ -30,13 +29,12 @@ public:
     Currency TotalRejected() const { return mcTotalRejected; }
     Currency TotalSpent() const { return mcTotalSpent; }
 
-    // The rules the figures follow, for whoever shows them another way: a value as money (Null
-    // or unreadable is 0), and whether a row's amount counts as outstanding.
-    static Currency Money(const QVariant& value);
-    static bool IsOutstanding(const QVariant& amountReceived, const QVariant& rejected);
+    // The rules the figures follow, for whoever shows them another way: a column of a stored
+    // row as money (Null or unreadable is 0), and whether a row's amount counts as outstanding.
+    static Currency Money(const ScannedRow& row, int column);
+    static bool IsOutstanding(const ScannedRow& row, int amountReceived, int rejected);
 
 private:
-    bool GetStatistics();
     void AddRow(const ScannedRow& row, bool first);
 
     std::int16_t miCountFollowups = 0;
