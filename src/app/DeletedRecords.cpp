@@ -33,16 +33,10 @@ QString IconKeyOf(const Recordset& rs, const QDate& today) {
     return QStringLiteral("Pending");
 }
 
-Database& Db() {
-    if (!gDatabase)
-        throw VbError(VbError::ObjectNotSet);
-    return *gDatabase;
-}
-
 // Runs the statements for each key, in order, in one transaction; each statement takes the key
 // for every ? it holds. Returns the rows the last statement changed.
 int ChangeRows(const QStringList& rebateIDs, const QStringList& statements) {
-    Database& db = Db();
+    Database& db = TheDatabase();
     std::vector<QSqlQuery> queries;
     std::vector<qsizetype> placeholders;
     for (const QString& statement : statements) {
@@ -84,7 +78,7 @@ int ChangeRows(const QStringList& rebateIDs, const QStringList& statements) {
 } // namespace
 
 QList<DeletedRecord> ReadDeletedRecords() {
-    auto rs = Db().OpenRecordset(kDeletedRows, dbOpenSnapshot);
+    auto rs = TheDatabase().OpenRecordset(kDeletedRows, dbOpenSnapshot);
     const QDate today = Date();
     QList<DeletedRecord> rows;
     rows.reserve(rs->RecordCount());
@@ -99,7 +93,7 @@ QList<DeletedRecord> ReadDeletedRecords() {
 }
 
 bool AnyDeletedRecords() {
-    auto rs = Db().OpenRecordset(
+    auto rs = TheDatabase().OpenRecordset(
         QStringLiteral("SELECT RebateID FROM Rebates WHERE (((Rebates.Deleted)=True)) LIMIT 1"),
         dbOpenSnapshot);
     const bool any = !rs->IsEOF();

@@ -11,12 +11,6 @@ namespace AttachmentQueries {
 
 namespace {
 
-Database& TheDatabase() {
-    if (!gDatabase)
-        throw VbError(VbError::ObjectNotSet);
-    return *gDatabase;
-}
-
 QSqlQuery Prepared(const QString& sql) {
     QSqlQuery query(TheDatabase().Connection());
     query.setForwardOnly(true);

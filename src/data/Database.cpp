@@ -16,6 +16,12 @@
 
 std::unique_ptr<Database> gDatabase;
 
+Database& TheDatabase() {
+    if (!gDatabase)
+        throw VbError(VbError::ObjectNotSet);
+    return *gDatabase;
+}
+
 namespace store {
 
 QSqlDatabase& Connection::Checked() {

@@ -103,3 +103,6 @@ void SetStoreWaitHook(std::function<void(bool waiting)> hook);
 
 // The program's open database, set at start-up.
 extern std::unique_ptr<Database> gDatabase;
+
+// *gDatabase; raises 91 when there is none.
+Database& TheDatabase();

@@ -1,13 +1,10 @@
 #include "data/DeadlineQueries.h"
 
-#include "common/core/VbError.h"
 #include "data/Database.h"
 #include "data/Recordset.h"
 
 QList<DeadlineRow> ReadDeadlineRows(const QDate& from, const QDate& until) {
-    if (!gDatabase)
-        throw VbError(VbError::ObjectNotSet);
-    auto rs = gDatabase->OpenRecordset(
+    auto rs = TheDatabase().OpenRecordset(
         QStringLiteral("SELECT RebateID, RebateName, ProductName, ExpDate FROM Rebates WHERE "
                        "NOT (Deleted = True) AND DateSent IS NULL AND "
                        "ExpDate >= ? AND ExpDate <= ? ORDER BY ExpDate, RebateID"),

@@ -4,16 +4,6 @@
 
 namespace RebateQueries {
 
-namespace {
-
-Database& TheDatabase() {
-    if (!gDatabase)
-        throw VbError(VbError::ObjectNotSet);
-    return *gDatabase;
-}
-
-} // namespace
-
 std::unique_ptr<Recordset> OpenNoRebate() {
     return TheDatabase().OpenRecordset(
         QStringLiteral("Select * from Rebates Where RebateID = 'Match None'"), dbOpenDynaset);

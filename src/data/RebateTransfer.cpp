@@ -11,15 +11,9 @@
 
 namespace {
 
-Database& Db() {
-    if (!gDatabase)
-        throw VbError(VbError::ObjectNotSet);
-    return *gDatabase;
-}
-
 // A fixed statement, read forward once.
 QSqlQuery Run(const QString& sql) {
-    QSqlQuery query(Db().Connection());
+    QSqlQuery query(TheDatabase().Connection());
     query.setForwardOnly(true);
     if (!query.exec(sql))
         throw store::SqlFailure(query.lastError(), dbError::QueryError);
@@ -83,7 +77,7 @@ QSet<QString> ReadRebateIDs() {
 void InsertRebateValues(const QList<QVariantList>& rows) {
     if (rows.isEmpty())
         return;
-    Database& db = Db();
+    Database& db = TheDatabase();
     const QStringList placeholders(rows.first().size(), QStringLiteral("?"));
     db.BeginTrans();
     try {
