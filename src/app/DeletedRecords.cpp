@@ -37,21 +37,16 @@ QString IconKeyOf(const Recordset& rs, const QDate& today) {
 // for every ? it holds. Returns the rows the last statement changed.
 int ChangeRows(const QStringList& rebateIDs, const QStringList& statements) {
     Database& db = TheDatabase();
-    std::vector<QSqlQuery> queries;
-    std::vector<qsizetype> placeholders;
-    for (const QString& statement : statements) {
-        placeholders.push_back(statement.count(QLatin1Char('?')));
-        QSqlQuery& query = queries.emplace_back(db.Connection());
-        if (!query.prepare(statement))
-            throw VbError(dbError::QueryError, query.lastError().text());
-    }
-    const auto finish = [&queries] {
-        for (QSqlQuery& query : queries)
-            query.finish();
-    };
     int changed = 0;
-    db.BeginTrans();
-    try {
+    db.InTransaction([&] {
+        std::vector<QSqlQuery> queries;
+        std::vector<qsizetype> placeholders;
+        for (const QString& statement : statements) {
+            placeholders.push_back(statement.count(QLatin1Char('?')));
+            QSqlQuery& query = queries.emplace_back(db.Connection());
+            if (!query.prepare(statement))
+                throw VbError(dbError::QueryError, query.lastError().text());
+        }
         for (const QString& id : rebateIDs) {
             for (size_t q = 0; q < queries.size(); ++q) {
                 QSqlQuery& query = queries[q];
@@ -62,17 +57,7 @@ int ChangeRows(const QStringList& rebateIDs, const QStringList& statements) {
             }
             changed += queries.back().numRowsAffected();
         }
-        finish();
-        db.CommitTrans();
-    } catch (...) {
-        finish();
-        try {
-            db.Rollback();
-        } catch (const VbError&) {
-            // SQLite may have ended the transaction itself.
-        }
-        throw;
-    }
+    });
     return changed;
 }
 } // namespace

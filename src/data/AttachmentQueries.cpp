@@ -42,8 +42,7 @@ QList<Attachment> ListAttachments(const QString& rebateID) {
 
 void AddAttachments(const QString& rebateID, const QList<NewAttachment>& files) {
     Database& db = TheDatabase();
-    db.BeginTrans();
-    try {
+    db.InTransaction([&] {
         for (const NewAttachment& file : files) {
             db.Execute(QStringLiteral("INSERT INTO Attachments (RebateID, FileName, Size, "
                                       "Thumbnail, Data) VALUES (?, ?, ?, ?, ?)"),
@@ -51,15 +50,7 @@ void AddAttachments(const QString& rebateID, const QList<NewAttachment>& files) 
                         file.thumbnail.isEmpty() ? QVariant() : QVariant(file.thumbnail),
                         file.data});
         }
-        db.CommitTrans();
-    } catch (const VbError&) {
-        try {
-            db.Rollback();
-        } catch (const VbError&) {
-            // SQLite may have ended the transaction itself.
-        }
-        throw;
-    }
+    });
 }
 
 QByteArray ReadAttachmentData(qint64 attachmentID) {

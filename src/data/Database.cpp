@@ -343,6 +343,21 @@ void Database::Rollback() {
         throw store::SqlFailure(db.lastError(), dbError::NoTransaction);
 }
 
+void Database::InTransaction(const std::function<void()>& writes) {
+    BeginTrans();
+    try {
+        writes();
+        CommitTrans();
+    } catch (...) {
+        try {
+            Rollback();
+        } catch (const VbError&) {
+            // SQLite may have ended the transaction itself.
+        }
+        throw;
+    }
+}
+
 void Database::Close() {
     if (!mConnection->db.isValid())
         return;

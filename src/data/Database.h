@@ -81,6 +81,9 @@ public:
     void BeginTrans();
     void CommitTrans();
     void Rollback();
+    // Runs `writes` in a transaction: commits when it returns, rolls back and raises on when it
+    // raises. Statements it prepares must end with it.
+    void InTransaction(const std::function<void()>& writes);
 
     void Close(); // idempotent; later calls on this object raise 3420
     bool IsOpen() const;

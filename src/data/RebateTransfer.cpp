@@ -79,8 +79,7 @@ void InsertRebateValues(const QList<QVariantList>& rows) {
         return;
     Database& db = TheDatabase();
     const QStringList placeholders(rows.first().size(), QStringLiteral("?"));
-    db.BeginTrans();
-    try {
+    db.InTransaction([&] {
         QSqlQuery query(db.Connection());
         if (!query.prepare(
                 QStringLiteral("INSERT INTO Rebates VALUES (%1)").arg(placeholders.join(u','))))
@@ -91,14 +90,5 @@ void InsertRebateValues(const QList<QVariantList>& rows) {
             if (!store::ExecWaiting(query, 6000))
                 throw store::SqlFailure(query.lastError(), dbError::QueryError);
         }
-        query.finish();
-        db.CommitTrans();
-    } catch (...) {
-        try {
-            db.Rollback();
-        } catch (const VbError&) {
-            // SQLite may have ended the transaction itself.
-        }
-        throw;
-    }
+    });
 }
