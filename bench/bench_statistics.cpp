@@ -13,26 +13,14 @@
 
 namespace {
 const QString kWhere = QStringLiteral(" FROM Rebates WHERE (((Rebates.Deleted)=False))");
-const QString kEveryColumn = QStringLiteral("SELECT *") + kWhere;
 const QString kStatisticsColumns =
-    QStringLiteral("SELECT PurchasePrice, CouponAmount, PostagePrice, FollowupPostage, "
-                   "AmountReceived, Rejected, RebateAmount") +
-    kWhere;
+    QStringLiteral("PurchasePrice, CouponAmount, PostagePrice, FollowupPostage, "
+                   "AmountReceived, Rejected, RebateAmount");
 
 void Statistics(benchmark::State& state) {
     StatisticsPage page;
-    double pageMs = 0;
-    double rawMs = 0;
-    double rawColumnsMs = 0;
-    for (auto _ : state) {
-        pageMs += MsOf([&page] { page.UpdateStatistics(); });
-        state.PauseTiming();
-        rawMs += RawScanMs(gDatabase->Name(), kEveryColumn);
-        rawColumnsMs += RawScanMs(gDatabase->Name(), kStatisticsColumns);
-        state.ResumeTiming();
-    }
-    state.counters["x raw"] = pageMs / rawMs;
-    state.counters["x raw of its columns"] = pageMs / rawColumnsMs;
+    MeasureOverRaw(state, gDatabase->Name(), kWhere, kStatisticsColumns,
+                   [&page] { page.UpdateStatistics(); });
     state.counters["purchases shown"] =
         page.lblStatFigures(5)->text().remove(QLatin1Char(',')).toDouble();
 }
