@@ -44,6 +44,11 @@ inline std::int64_t RawScan(const QString& path, const QString& sql) {
     return checksum;
 }
 
+// The number of rows `from` selects: a raw scan of no column counts one per row.
+inline int RawRowCount(const QString& path, const QString& from) {
+    return static_cast<int>(RawScan(path, QStringLiteral("SELECT NULL") + from));
+}
+
 // The time `work` takes, in milliseconds.
 inline double MsOf(const std::function<void()>& work) {
     QElapsedTimer timer;
