@@ -5,6 +5,7 @@
 // by its storage type. A figure "x raw" is a time over this one, measured in the same run.
 #include <QElapsedTimer>
 #include <QString>
+#include <benchmark/benchmark.h>
 #include <cstdint>
 #include <functional>
 #include <sqlite3.h>
@@ -43,6 +44,11 @@ inline std::int64_t RawScan(const QString& path, const QString& sql) {
     return checksum;
 }
 
+// The number of rows `from` selects: a raw scan of no column counts one per row.
+inline int RawRowCount(const QString& path, const QString& from) {
+    return static_cast<int>(RawScan(path, QStringLiteral("SELECT NULL") + from));
+}
+
 // The time `work` takes, in milliseconds.
 inline double MsOf(const std::function<void()>& work) {
     QElapsedTimer timer;
@@ -56,4 +62,24 @@ inline double RawScanMs(const QString& path, const QString& sql) {
     std::int64_t checksum = 0;
     const double ms = MsOf([&] { checksum = RawScan(path, sql); });
     return checksum >= 0 ? ms : -ms; // the checksum is used, so the scan can't be left out
+}
+
+// Times `work` once per iteration and, outside the timing, a raw scan of every column of the
+// rows `from` selects and one of just `columns`: the counters "x raw" and "x raw of its
+// columns" are the work's time over theirs. Returns the raw scans' time of every column.
+inline double MeasureOverRaw(benchmark::State& state, const QString& path, const QString& from,
+                             const QString& columns, const std::function<void()>& work) {
+    double workMs = 0;
+    double rawMs = 0;
+    double rawColumnsMs = 0;
+    for (auto _ : state) {
+        workMs += MsOf(work);
+        state.PauseTiming();
+        rawMs += RawScanMs(path, QStringLiteral("SELECT *") + from);
+        rawColumnsMs += RawScanMs(path, QStringLiteral("SELECT ") + columns + from);
+        state.ResumeTiming();
+    }
+    state.counters["x raw"] = workMs / rawMs;
+    state.counters["x raw of its columns"] = workMs / rawColumnsMs;
+    return rawMs;
 }

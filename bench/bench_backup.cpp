@@ -11,7 +11,6 @@
 #include "data/Database.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <benchmark/benchmark.h>
 
@@ -23,10 +22,8 @@ void MakeBackupAtStart(benchmark::State& state) {
     double rawMs = 0;
     double slowestMs = 0;
     for (auto _ : state) {
-        QElapsedTimer timer;
-        timer.start();
-        const QString path = Backups::MakeBackup();
-        const double ms = timer.nsecsElapsed() / 1e6;
+        QString path;
+        const double ms = MsOf([&path] { path = Backups::MakeBackup(); });
         backupMs += ms;
         slowestMs = std::max(slowestMs, ms);
         state.PauseTiming();
@@ -34,10 +31,7 @@ void MakeBackupAtStart(benchmark::State& state) {
             state.SkipWithError("the backup was not written");
         state.counters["MB"] = static_cast<double>(QFileInfo(path).size()) / 1e6;
         Clock::Advance(1);
-        timer.restart();
-        benchmark::DoNotOptimize(
-            RawScan(gDatabase->Name(), QStringLiteral("SELECT * FROM Rebates")));
-        rawMs += timer.nsecsElapsed() / 1e6;
+        rawMs += RawScanMs(gDatabase->Name(), QStringLiteral("SELECT * FROM Rebates"));
         state.ResumeTiming();
     }
     state.counters["x raw"] = backupMs / rawMs;

@@ -14,33 +14,16 @@
 
 namespace {
 const QString kWhere = QStringLiteral(" FROM Rebates WHERE (((Rebates.Deleted)=False))");
-const QString kEveryColumn = QStringLiteral("SELECT *") + kWhere;
 const QString kSavingsColumns =
-    QStringLiteral("SELECT RebateID, RebateName, ProductName, DateSent, DateDue, DateReceived, "
-                   "FollowupDate, AmountReceived, Rejected, Deleted, RebateAmount") +
-    kWhere;
+    QStringLiteral("RebateID, RebateName, ProductName, DateSent, DateDue, DateReceived, "
+                   "FollowupDate, AmountReceived, Rejected, Deleted, RebateAmount");
 
 void Savings(benchmark::State& state) {
     const QDate today = Date();
-    double figuresMs = 0;
-    double rawMs = 0;
-    double rawColumnsMs = 0;
     int months = 0;
-    for (auto _ : state) {
-        figuresMs += MsOf([&] { months = int(ReadSavingsFigures(today).months.size()); });
-        state.PauseTiming();
-        rawMs += RawScanMs(gDatabase->Name(), kEveryColumn);
-        rawColumnsMs += RawScanMs(gDatabase->Name(), kSavingsColumns);
-        state.ResumeTiming();
-    }
-    state.counters["x raw"] = figuresMs / rawMs;
-    state.counters["x raw of its columns"] = figuresMs / rawColumnsMs;
+    MeasureOverRaw(state, gDatabase->Name(), kWhere, kSavingsColumns,
+                   [&] { months = int(ReadSavingsFigures(today).months.size()); });
     state.counters["months"] = months;
-}
-
-int RowsRead() {
-    return static_cast<int>(
-        RawScan(gDatabase->Name(), QStringLiteral("SELECT NULL") + kWhere)); // one per row
 }
 
 } // namespace
@@ -51,8 +34,11 @@ int main(int argc, char** argv) {
     {
         Fixture fixture;
         fixture.OpenDatabase(GenerateRebates(100000, 20261123));
-        benchmark::RegisterBenchmark(
-            QStringLiteral("Savings/%1 rows read").arg(RowsRead()).toStdString().c_str(), Savings)
+        benchmark::RegisterBenchmark(QStringLiteral("Savings/%1 rows read")
+                                         .arg(RawRowCount(gDatabase->Name(), kWhere))
+                                         .toStdString()
+                                         .c_str(),
+                                     Savings)
             ->Unit(benchmark::kMillisecond);
         benchmark::RunSpecifiedBenchmarks();
     }

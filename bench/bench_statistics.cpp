@@ -13,33 +13,16 @@
 
 namespace {
 const QString kWhere = QStringLiteral(" FROM Rebates WHERE (((Rebates.Deleted)=False))");
-const QString kEveryColumn = QStringLiteral("SELECT *") + kWhere;
 const QString kStatisticsColumns =
-    QStringLiteral("SELECT PurchasePrice, CouponAmount, PostagePrice, FollowupPostage, "
-                   "AmountReceived, Rejected, RebateAmount") +
-    kWhere;
+    QStringLiteral("PurchasePrice, CouponAmount, PostagePrice, FollowupPostage, "
+                   "AmountReceived, Rejected, RebateAmount");
 
 void Statistics(benchmark::State& state) {
     StatisticsPage page;
-    double pageMs = 0;
-    double rawMs = 0;
-    double rawColumnsMs = 0;
-    for (auto _ : state) {
-        pageMs += MsOf([&page] { page.UpdateStatistics(); });
-        state.PauseTiming();
-        rawMs += RawScanMs(gDatabase->Name(), kEveryColumn);
-        rawColumnsMs += RawScanMs(gDatabase->Name(), kStatisticsColumns);
-        state.ResumeTiming();
-    }
-    state.counters["x raw"] = pageMs / rawMs;
-    state.counters["x raw of its columns"] = pageMs / rawColumnsMs;
+    MeasureOverRaw(state, gDatabase->Name(), kWhere, kStatisticsColumns,
+                   [&page] { page.UpdateStatistics(); });
     state.counters["purchases shown"] =
         page.lblStatFigures(5)->text().remove(QLatin1Char(',')).toDouble();
-}
-
-int RowsCounted() {
-    return static_cast<int>(
-        RawScan(gDatabase->Name(), QStringLiteral("SELECT NULL") + kWhere)); // one per row
 }
 
 } // namespace
@@ -53,9 +36,11 @@ int main(int argc, char** argv) {
     {
         Fixture fixture;
         fixture.OpenDatabase(GenerateRebates(30000, 20261123));
-        benchmark::RegisterBenchmark(
-            QStringLiteral("Statistics/%1 rows counted").arg(RowsCounted()).toStdString().c_str(),
-            Statistics)
+        benchmark::RegisterBenchmark(QStringLiteral("Statistics/%1 rows counted")
+                                         .arg(RawRowCount(gDatabase->Name(), kWhere))
+                                         .toStdString()
+                                         .c_str(),
+                                     Statistics)
             ->Unit(benchmark::kMillisecond);
         benchmark::RunSpecifiedBenchmarks();
     }

@@ -51,6 +51,19 @@ QGroupBox* Frame(const char* name, const QString& caption, QLabel* picture,
     row->addLayout(column, 1);
     return frame;
 }
+
+// A label and the field it names, side by side at the left of a row.
+QWidget* LabelledRow(const char* name, const QString& caption, QWidget* field) {
+    auto* row = new QWidget;
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* label = Named(new QLabel(caption), name);
+    label->setBuddy(field);
+    layout->addWidget(label);
+    layout->addWidget(field);
+    layout->addStretch(1);
+    return row;
+}
 } // namespace
 
 frmOptions::frmOptions(QWidget* parent)
@@ -92,20 +105,13 @@ frmOptions::frmOptions(QWidget* parent)
                              Picture("imgTip", QStringLiteral("Tip")), {chkTips}));
     startup->addWidget(Frame("fraAlarms", QStringLiteral("Alarms"),
                              Picture("imgAlarm", QStringLiteral("Overdue")), {chkAlarm}));
-    auto* daysRow = new QWidget;
-    auto* daysLayout = new QHBoxLayout(daysRow);
-    daysLayout->setContentsMargins(0, 0, 0, 0);
-    auto* lblDeadlineDays =
-        Named(new QLabel(QStringLiteral("Days &before the deadline:")), "lblDeadlineDays");
-    lblDeadlineDays->setBuddy(DeadlineDays);
     DeadlineDays->setRange(0, kMaxDays);
-    daysLayout->addWidget(lblDeadlineDays);
-    daysLayout->addWidget(DeadlineDays);
-    daysLayout->addStretch(1);
     connect(chkDeadlines, &QCheckBox::toggled, DeadlineDays, &QWidget::setEnabled);
-    startup->addWidget(Frame("fraDeadlines", QStringLiteral("Postmark Deadlines"),
-                             Picture("imgDeadlines", QStringLiteral("Unsent")),
-                             {chkDeadlines, daysRow}));
+    startup->addWidget(Frame(
+        "fraDeadlines", QStringLiteral("Postmark Deadlines"),
+        Picture("imgDeadlines", QStringLiteral("Unsent")),
+        {chkDeadlines, LabelledRow("lblDeadlineDays", QStringLiteral("Days &before the deadline:"),
+                                   DeadlineDays)}));
     startup->addStretch(1);
 
     picOptions[1] = Named(new QWidget, "picOptions_1");
@@ -134,29 +140,15 @@ frmOptions::frmOptions(QWidget* parent)
     logLayout->addWidget(cmdViewLog);
     general->addWidget(Frame("frmErrorLogging", QStringLiteral("Error Logging"),
                              Picture("imgBugs", QStringLiteral("Log")), {logRow}));
-    auto* postageRow = new QWidget;
-    auto* postageLayout = new QHBoxLayout(postageRow);
-    postageLayout->setContentsMargins(0, 0, 0, 0);
-    auto* lblPostage = Named(new QLabel(QStringLiteral("&Default postage amount:")), "lblPostage");
-    lblPostage->setBuddy(Postage);
     Postage->setMaximumWidth(100);
-    postageLayout->addWidget(lblPostage);
-    postageLayout->addWidget(Postage);
-    postageLayout->addStretch(1);
-    general->addWidget(Frame("Frame1", QStringLiteral("Postage"),
-                             Picture("imgStamp", QStringLiteral("Paid")), {postageRow}));
-    auto* backupRow = new QWidget;
-    auto* backupLayout = new QHBoxLayout(backupRow);
-    backupLayout->setContentsMargins(0, 0, 0, 0);
-    auto* lblBackupsKept =
-        Named(new QLabel(QStringLiteral("&Backups of the database to keep:")), "lblBackupsKept");
-    lblBackupsKept->setBuddy(spnBackupsKept);
+    general->addWidget(
+        Frame("Frame1", QStringLiteral("Postage"), Picture("imgStamp", QStringLiteral("Paid")),
+              {LabelledRow("lblPostage", QStringLiteral("&Default postage amount:"), Postage)}));
     spnBackupsKept->setRange(1, 999);
-    backupLayout->addWidget(lblBackupsKept);
-    backupLayout->addWidget(spnBackupsKept);
-    backupLayout->addStretch(1);
-    general->addWidget(Frame("fraBackups", QStringLiteral("Backups"),
-                             Picture("imgBackups", QStringLiteral("Save")), {backupRow}));
+    general->addWidget(Frame(
+        "fraBackups", QStringLiteral("Backups"), Picture("imgBackups", QStringLiteral("Save")),
+        {LabelledRow("lblBackupsKept", QStringLiteral("&Backups of the database to keep:"),
+                     spnBackupsKept)}));
     general->addStretch(1);
 
     tbsTabs->AddPage(picOptions[0]);

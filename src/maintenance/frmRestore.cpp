@@ -86,17 +86,9 @@ void frmRestore::cmdRestore_Click() {
         return;
     const QString path = row->data(Made, Qt::UserRole).toString();
     const QString made = row->text(Made);
-    if (RecordForm* form = RecordForm::Open()) {
-        // The open rebate lives on the connection the restore closes.
-        if (form->RecordChanged()) {
-            MsgBox(QStringLiteral("Please save the current rebate record before attempting to "
-                                  "restore a backup."),
-                   vb::vbOKOnly, QStringLiteral("Unsaved Rebate"));
-            form->ZOrder();
-            return;
-        }
-        form->Unload();
-    }
+    // The open rebate lives on the connection the restore closes.
+    if (!RecordForm::CloseUnlessChanged(QStringLiteral("restore a backup")))
+        return;
     if (MsgBox(QStringLiteral("Replace your database with the backup made %1, holding %2 "
                               "records?\r\n\r\nA backup of your database as it is now is made "
                               "first.")

@@ -43,11 +43,11 @@ private:
     const QList<RebateColumn>& mColumns;
 };
 
-QString Records(qsizetype count) {
+} // namespace
+
+QString frmImport::Rebates(qsizetype count) {
     return count == 1 ? QStringLiteral("1 rebate") : QStringLiteral("%1 rebates").arg(count);
 }
-
-} // namespace
 
 frmImport::frmImport(const RebateCsv::Reading& reading, const QList<RebateColumn>& columns,
                      const QString& fileName, QWidget* parent)
@@ -67,11 +67,11 @@ frmImport::frmImport(const RebateCsv::Reading& reading, const QList<RebateColumn
     summary.append(reading.rows.isEmpty()
                        ? QStringLiteral("No rebate can be added from '%1'.").arg(fileName)
                        : QStringLiteral("%1 will be added from '%2'.")
-                             .arg(Records(reading.rows.size()), fileName));
+                             .arg(Rebates(reading.rows.size()), fileName));
     if (!reading.alreadyThere.isEmpty())
         summary.append(QStringLiteral("%1 whose RebateID is already in the database will be left "
                                       "out: the records there stay as they are.")
-                           .arg(Records(reading.alreadyThere.size())));
+                           .arg(Rebates(reading.alreadyThere.size())));
     if (!reading.problems.isEmpty())
         summary.append(reading.problems.size() == 1
                            ? QStringLiteral("1 line can't be read and will be left out.")

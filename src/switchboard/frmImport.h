@@ -18,6 +18,9 @@ public:
     frmImport(const RebateCsv::Reading& reading, const QList<RebateColumn>& columns,
               const QString& fileName, QWidget* parent = nullptr);
 
+    // "1 rebate", "12 rebates".
+    static QString Rebates(qsizetype count);
+
     QLabel* lblSummary;
     QTableView* tblPreview;
     QLabel* lblReport;

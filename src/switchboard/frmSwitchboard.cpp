@@ -1391,16 +1391,8 @@ void frmSwitchboard::xToolbar_ButtonClick(const QString& key) {
 
 void frmSwitchboard::mnuNewRebate_Click() {
     try {
-        if (RecordForm* form = RecordForm::Open()) {
-            if (form->RecordChanged()) {
-                MsgBox(QStringLiteral("Please save the current rebate record before attempting "
-                                      "to create a new record."),
-                       vb::vbOKOnly, QStringLiteral("Unsaved Rebate"));
-                form->ZOrder();
-                return;
-            }
-            form->Unload();
-        }
+        if (!RecordForm::CloseUnlessChanged(QStringLiteral("create a new record")))
+            return;
         gbNewRecord = true;
         RecordForm::Show();
     } catch (const VbError& e) {
@@ -1409,18 +1401,11 @@ void frmSwitchboard::mnuNewRebate_Click() {
 }
 
 bool frmSwitchboard::OpenRebate() {
-    BusyState busy(QStringLiteral("Loading Rebate form..."));
-    if (RecordForm* form = RecordForm::Open()) {
-        if (form->RecordChanged()) {
-            busy.Done(QStringLiteral("Unsaved record..."));
-            MsgBox(QStringLiteral("Please save the current rebate record before attempting to "
-                                  "edit another record."),
-                   vb::vbOKOnly, QStringLiteral("Unsaved Rebate"));
-            form->ZOrder();
-            return false;
-        }
-        form->Unload();
+    if (!RecordForm::CloseUnlessChanged(QStringLiteral("edit another record"))) {
+        SetStatusText(QStringLiteral("Unsaved record..."));
+        return false;
     }
+    BusyState busy(QStringLiteral("Loading Rebate form..."));
     gbNewRecord = false;
     RecordForm::Show();
     return true;

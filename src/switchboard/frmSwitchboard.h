@@ -204,7 +204,7 @@ public Q_SLOTS:
     void mnuExportList_Click();
     void mnuImport_Click();
     // The RebateIDs of the current list's rows (only the selected ones when asked), in list
-    // order; none on the New and Statistics pages.
+    // order; none on the New, Statistics and Savings pages.
     QStringList ListedRebateIDs(bool selectedOnly) const;
     // Find: modal from the menus and the toolbar, with the last search text; modeless from F7.
     void mnuFind_Click();

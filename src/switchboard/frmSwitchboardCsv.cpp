@@ -56,8 +56,7 @@ void Export(const QStringList& ids, const QString& suggestedName, const QString&
                vb::vbExclamation, QStringLiteral("Export Failed"));
         return;
     }
-    busy.Done(count == 1 ? QStringLiteral("1 rebate exported...")
-                         : QStringLiteral("%1 rebates exported...").arg(count));
+    busy.Done(frmImport::Rebates(count) + QStringLiteral(" exported..."));
 }
 
 } // namespace
@@ -104,11 +103,8 @@ void frmSwitchboard::mnuImport_Click() {
             InsertRebateValues(reading.rows);
         }
         Q_EMIT Notifier::Instance().ListsStale();
-        const QString added = reading.rows.size() == 1
-                                  ? QStringLiteral("1 rebate")
-                                  : QStringLiteral("%1 rebates").arg(reading.rows.size());
         MsgBox(QStringLiteral("%1 from '%2' added to your database.")
-                   .arg(added, QFileInfo(path).fileName()),
+                   .arg(frmImport::Rebates(reading.rows.size()), QFileInfo(path).fileName()),
                vb::vbInformation, QStringLiteral("Import Complete"));
     } catch (const VbError& error) {
         LogError(error, objectName(), QStringLiteral("mnuImport_Click"));

@@ -49,14 +49,10 @@ void frmSwitchboard::mnuPrintPrevewStats_Click() {
 }
 
 QStringList frmSwitchboard::ListedRebateIDs(bool selectedOnly) const {
-    const Tab* tab = tbsSwitch->SelectedItem();
-    const QString caption = tab ? tab->Caption() : QString();
-    if (caption == QLatin1String("Statistics") || caption == QLatin1String("New"))
-        return {};
     ListView* lv = GetCurrentLV();
+    if (!lv || lv == lvNew)
+        return {};
     QStringList ids;
-    if (!lv)
-        return ids;
     for (int i = 1; i <= lv->ListItems().Count(); ++i) {
         const ListItem* item = lv->ListItems().Item(i);
         if (!selectedOnly || item->Selected())

@@ -26,13 +26,12 @@ void frmSwitchboard::BuildStatisticsAndFind() {
 
     mDeadlines = new DeadlinePanel(this);
     connect(mDeadlines, &DeadlinePanel::OpenRequested, this, &frmSwitchboard::OpenDeadline);
-    // The lists' own rebuilds and deletes refresh the panel too (AddAllListItems,
-    // DeleteRebateRecord).
+    // The lists' own rebuilds and deletes refresh the panel too (AddAllListItems, which a
+    // reopened store runs, and DeleteRebateRecord).
     Notifier& notifier = Notifier::Instance();
     connect(&notifier, &Notifier::RecordSaved, mDeadlines, &DeadlinePanel::Refresh);
     connect(&notifier, &Notifier::RecordDeleted, mDeadlines, &DeadlinePanel::Refresh);
     connect(&notifier, &Notifier::OptionsChanged, mDeadlines, &DeadlinePanel::Refresh);
-    connect(&notifier, &Notifier::DatabaseReopened, mDeadlines, &DeadlinePanel::Refresh);
 
     connect(mnuFind, &QAction::triggered, this, &frmSwitchboard::mnuFind_Click);
     connect(mnuPopupFind, &QAction::triggered, this, &frmSwitchboard::mnuFind_Click);

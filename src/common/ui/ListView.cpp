@@ -762,9 +762,10 @@ void ListView::SortRows() {
         kept.emplace_back(index.row() < RowCount() ? RowAt(index.row()) : nullptr, index.column());
 
     const auto sorted = static_cast<size_t>(mSortedUpTo);
-    if ((mRows.size() - sorted) * 8 <= mRows.size()) {
-        // A few rows added to many in order (a saved record): each finds its place by a
-        // binary search, after the rows it equals.
+    if (mRows.size() - sorted <= 16) {
+        // A few rows added to rows in order (a saved record): each finds its place by a
+        // binary search, after the rows it equals. Each move shifts the rows after it, so
+        // more rows than a handful go through the full sort.
         const auto inOrder = [&](const std::unique_ptr<ListItem>& a,
                                  const std::unique_ptr<ListItem>& b) {
             const int c = CompareCaseBlind(textOf(*a), textOf(*b));

@@ -1,5 +1,6 @@
 #include "common/ui/MdiChild.h"
 
+#include "common/core/Desktop.h"
 #include "common/ui/Forms.h"
 
 #include <QActionGroup>
@@ -38,6 +39,21 @@ void AttachWindowList(QMenu* windowMenu, std::function<QMdiArea*()> area) {
 
 RecordForm* RecordForm::Open() {
     return dynamic_cast<RecordForm*>(Forms::Find(QStringLiteral("frmRebate")));
+}
+
+bool RecordForm::CloseUnlessChanged(const QString& attempting) {
+    RecordForm* form = Open();
+    if (!form)
+        return true;
+    if (form->RecordChanged()) {
+        MsgBox(QStringLiteral("Please save the current rebate record before attempting to %1.")
+                   .arg(attempting),
+               vb::vbOKOnly, QStringLiteral("Unsaved Rebate"));
+        form->ZOrder();
+        return false;
+    }
+    form->Unload();
+    return true;
 }
 
 void RecordForm::Show() {

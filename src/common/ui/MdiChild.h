@@ -44,6 +44,10 @@ public:
 
     // The open rebate form, nullptr when none is loaded.
     static RecordForm* Open();
+    // Closes the open rebate form so that a command can go ahead. A form with unsaved changes
+    // stays and comes to the front, and the user is asked to save it "before attempting to
+    // <attempting>": then false.
+    static bool CloseUnlessChanged(const QString& attempting);
     // Opens the rebate form on a new record (gbNewRecord) or on the selected row of the
     // Switchboard's current list; the form registers how it is made (Forms::SetFactory).
     static void Show();
