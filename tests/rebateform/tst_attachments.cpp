@@ -99,8 +99,9 @@ private Q_SLOTS:
         // A scan as a plain pixel map: 200 by 100, a file of 60,015 bytes.
         WriteFile(dir + "receipt.ppm", "P6\n200 100\n255\n" + QByteArray(200 * 100 * 3, '\x40'));
         WriteFile(dir + "form.pdf", kPdf);
-        for (const auto& [name, size] : {std::pair{"limit.bin", AttachmentsBox::kMaxBytes},
-                                         std::pair{"huge.bin", AttachmentsBox::kMaxBytes + 1}}) {
+        // The limit as the user reads it: 20 MB of 1,048,576 bytes.
+        for (const auto& [name, size] :
+             {std::pair{"limit.bin", 20 << 20}, std::pair{"huge.bin", (20 << 20) + 1}}) {
             QFile file(dir + name);
             QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(size));
         }
