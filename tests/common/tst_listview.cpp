@@ -3,7 +3,6 @@
 
 #include <QElapsedTimer>
 #include <QHeaderView>
-#include <QSignalSpy>
 #include <QTest>
 #include <QTreeView>
 #include <numeric>
@@ -182,7 +181,8 @@ private Q_SLOTS:
         QVERIFY(shown->isSelected(model->index(99999, 0)));
     }
 
-    void columnClickAndWidths() {
+    // Widths in twips are shown at 15 twips a pixel (a column click: tst_switchboard).
+    void columnWidths() {
         ListView lv;
         lv.SetView(ListView::lvwReport);
         lv.ColumnHeaders().Add("Rebate", 1500);
@@ -195,13 +195,6 @@ private Q_SLOTS:
         QCOMPARE(header->sectionSize(0), 100);
         QCOMPARE(header->sectionSize(1), 200);
         QCOMPARE(header->sectionSize(2), 0);
-        QCOMPARE(header->model()->headerData(1, Qt::Horizontal).toString(),
-                 QString("Product Purchased"));
-        QSignalSpy clicks(&lv, &ListView::ColumnClick);
-        QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
-                          QPoint(header->sectionViewportPosition(1) + 20, header->height() / 2));
-        QCOMPARE(clicks.size(), 1);
-        QCOMPARE(clicks.first().first().toInt(), 2);
         lv.ColumnHeaders().Item(2)->SetWidthTwips(1200);
         QCOMPARE(header->sectionSize(1), 80);
         QCOMPARE(lv.WidthTwips(), 500 * 15);

@@ -25,34 +25,22 @@ namespace {
 const QString kStored = "20261101090000";
 const QByteArray kPdf = "%PDF-1.4\n% a filled-in form\n%%EOF\n";
 
-struct StoredFile {
-    QString rebateID;
-    QString fileName;
-    QByteArray data;
-    QSize thumbnail; // empty when none is stored
-};
-
-QList<StoredFile> StoredFiles() {
-    QSqlQuery query(gDatabase->Connection());
-    if (!query.exec("SELECT RebateID, FileName, Data, Thumbnail, Size FROM Attachments "
-                    "ORDER BY AttachmentID"))
-        qFatal("%s", qPrintable(query.lastError().text()));
-    QList<StoredFile> files;
-    while (query.next()) {
-        if (query.value(4).toLongLong() != query.value(2).toByteArray().size())
-            qWarning("Size doesn't match the bytes of %s", qPrintable(query.value(1).toString()));
-        const QByteArray thumbnail = query.value(3).toByteArray();
-        files.append({query.value(0).toString(), query.value(1).toString(),
-                      query.value(2).toByteArray(),
-                      thumbnail.isEmpty() ? QSize() : QImage::fromData(thumbnail).size()});
-    }
-    return files;
+// A file of the program folder holding the bytes; its path.
+QString WriteFile(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("can't write %s", qPrintable(path));
+    return path;
 }
 
+// The stored files as "RebateID:FileName", in the order they were attached.
 QStringList StoredNames() {
+    QSqlQuery query(gDatabase->Connection());
+    if (!query.exec("SELECT RebateID, FileName FROM Attachments ORDER BY AttachmentID"))
+        qFatal("%s", qPrintable(query.lastError().text()));
     QStringList names;
-    for (const StoredFile& file : StoredFiles())
-        names << file.rebateID + ":" + file.fileName;
+    while (query.next())
+        names << query.value(0).toString() + ":" + query.value(1).toString();
     return names;
 }
 
@@ -109,16 +97,11 @@ private Q_SLOTS:
         QFETCH(QStringList, boxes);
         const QString dir = mFixture->ProgramDir();
         // A scan as a plain pixel map: 200 by 100, a file of 60,015 bytes.
-        QFile picture(dir + "receipt.ppm");
-        QVERIFY(picture.open(QIODevice::WriteOnly));
-        picture.write("P6\n200 100\n255\n");
-        picture.write(QByteArray(200 * 100 * 3, '\x40'));
-        picture.close();
-        QFile pdf(dir + "form.pdf");
-        QVERIFY(pdf.open(QIODevice::WriteOnly) && pdf.write(kPdf) == kPdf.size());
-        pdf.close();
-        for (const auto& [name, size] : {std::pair{"limit.bin", AttachmentsBox::kMaxBytes},
-                                         std::pair{"huge.bin", AttachmentsBox::kMaxBytes + 1}}) {
+        WriteFile(dir + "receipt.ppm", "P6\n200 100\n255\n" + QByteArray(200 * 100 * 3, '\x40'));
+        WriteFile(dir + "form.pdf", kPdf);
+        // The limit as the user reads it: 20 MB of 1,048,576 bytes.
+        for (const auto& [name, size] :
+             {std::pair{"limit.bin", 20 << 20}, std::pair{"huge.bin", (20 << 20) + 1}}) {
             QFile file(dir + name);
             QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(size));
         }
@@ -134,16 +117,19 @@ private Q_SLOTS:
         QCOMPARE(mFixture->Desktop().fileDialogs, QStringList{"Attach Files"});
         QCOMPARE(ListedRows(box), listed);
         QCOMPARE(mFixture->Desktop().Shown(), boxes);
-        const QList<StoredFile> stored = StoredFiles();
-        QCOMPARE(stored.size(), listed.size());
-        for (const StoredFile& file : stored) {
-            QCOMPARE(file.rebateID, kStored);
-            QFile original(dir + file.fileName);
-            QVERIFY(original.open(QIODevice::ReadOnly));
-            QVERIFY(file.data == original.readAll());
+        QSqlQuery query(gDatabase->Connection());
+        QVERIFY(query.exec("SELECT RebateID, FileName, Data, Thumbnail, Size FROM Attachments"));
+        int stored = 0;
+        for (; query.next(); ++stored) {
+            QCOMPARE(query.value(0).toString(), kStored);
+            const QByteArray data = query.value(2).toByteArray();
+            QCOMPARE(data, ReadFile(dir + query.value(1).toString()));
+            QCOMPARE(query.value(4).toLongLong(), data.size());
             // Pictures get a thumbnail within 48 pixels, other files none.
-            QCOMPARE(file.thumbnail, file.fileName == "receipt.ppm" ? QSize(48, 24) : QSize());
+            QCOMPARE(QImage::fromData(query.value(3).toByteArray()).size(),
+                     query.value(1) == "receipt.ppm" ? QSize(48, 24) : QSize(0, 0));
         }
+        QCOMPARE(stored, listed.size());
         // The newest file is the current row, ready to open.
         QCOMPARE(box->cmdOpen->isEnabled(), !listed.isEmpty());
         QCOMPARE(box->lstAttachments->currentRow(), listed.size() - 1);
@@ -163,10 +149,8 @@ private Q_SLOTS:
         form->mnuSaveRecord_Click();
         QVERIFY(box->cmdAttach->isEnabled());
 
-        QFile pdf(mFixture->ProgramDir() + "form.pdf");
-        QVERIFY(pdf.open(QIODevice::WriteOnly) && pdf.write(kPdf) == kPdf.size());
-        pdf.close();
-        mFixture->Desktop().fileChoices.append({pdf.fileName()});
+        mFixture->Desktop().fileChoices.append(
+            {WriteFile(mFixture->ProgramDir() + "form.pdf", kPdf)});
         QTest::mouseClick(box->cmdAttach, Qt::LeftButton);
         QCOMPARE(StoredNames(), QStringList{"20261123100000:form.pdf"});
         QCOMPARE(ListedRows(box), QStringList{"form.pdf (34 bytes)"});
@@ -195,9 +179,7 @@ private Q_SLOTS:
         QCOMPARE(opened.size(), 1);
         // A copy under the file's own name, by which the desktop picks the program.
         QVERIFY2(opened[0].endsWith("/form.pdf"), qPrintable(opened[0]));
-        QFile copy(opened[0]);
-        QVERIFY(copy.open(QIODevice::ReadOnly));
-        QCOMPARE(copy.readAll(), kPdf);
+        QCOMPARE(ReadFile(opened[0]), kPdf);
         QDir(QFileInfo(opened[0]).path()).removeRecursively();
     }
 
@@ -247,9 +229,7 @@ private Q_SLOTS:
         AddMissingTables(*gDatabase);
         AddFiles({"form.pdf"});
         QCOMPARE(StoredNames(), QStringList{kStored + ":form.pdf"});
-        auto rs = gDatabase->OpenRecordset("SELECT RebateName FROM Rebates", dbOpenSnapshot);
-        QCOMPARE(rs->RecordCount(), 1);
-        QCOMPARE(rs->Fields(0).toString(), QString("Router Rebate"));
+        QCOMPARE(CountRebates(), 1);
     }
 
 private:
@@ -258,11 +238,8 @@ private:
         AttachmentsBox box;
         box.SetRebateID(rebateID);
         QStringList paths;
-        for (const QString& name : names) {
-            QFile file(mFixture->ProgramDir() + name);
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(kPdf) == kPdf.size());
-            paths << file.fileName();
-        }
+        for (const QString& name : names)
+            paths << WriteFile(mFixture->ProgramDir() + name, kPdf);
         mFixture->Desktop().fileChoices.append(paths);
         box.cmdAttach_Click();
         mFixture->Desktop().fileDialogs.clear();

@@ -83,18 +83,10 @@ private Q_SLOTS:
                       .ExpDate = QDate(2026, 12, 31),
                       .RebateAmount = 0.0005,
                       .Remarks = ", leading comma"};
-        RebateRow nulls{.RebateID = "n1",
-                        .RebateName = std::nullopt,
-                        .Address = std::nullopt,
-                        .PhoneNumber = std::nullopt,
-                        .ProductName = std::nullopt,
-                        .PurchasePrice = std::nullopt,
-                        .RebateAmount = std::nullopt,
-                        .PostagePrice = std::nullopt,
-                        .CouponAmount = std::nullopt,
-                        .AmountReceived = std::nullopt,
-                        .FollowupPostage = std::nullopt,
-                        .Rejected = std::nullopt};
+        RebateRow nulls = MoneyRow("n1", {}, {}, {}, {}, {}, {}, std::nullopt);
+        for (auto* text :
+             {&nulls.RebateName, &nulls.Address, &nulls.PhoneNumber, &nulls.ProductName})
+            text->reset();
         RebateRow paid = RouterRow("p1", "Router");
         paid.DateSent = QDate(2026, 9, 1);
         paid.DateDue = QDate(2026, 10, 27);

@@ -131,7 +131,6 @@ private Q_SLOTS:
         // Record n is generated with status n % 7: Unsent, Pending, Overdue, Paid, Followup,
         // Rejected, Deleted.
         Store(10, "AmountReceived", "lots");
-        Store(17, "AmountReceived", "lots");
         Store(21, "PurchasePrice", "cheap");
         Store(22, "CouponAmount", "none");
         Store(29, "DateSent", "2024-02-30");

@@ -35,8 +35,15 @@ QStringList Bars(const QChartView* view) {
     return bars;
 }
 
-RebateRow Row(const QString& id, double rebate, std::optional<double> received) {
-    return {.RebateID = id, .RebateAmount = rebate, .AmountReceived = received};
+RebateRow Row(const QString& id, double rebate, std::optional<double> received,
+              std::optional<QDate> sent = {}, std::optional<QDate> due = {},
+              std::optional<QDate> receivedOn = {}) {
+    return {.RebateID = id,
+            .RebateAmount = rebate,
+            .DateSent = sent,
+            .DateDue = due,
+            .AmountReceived = received,
+            .DateReceived = receivedOn};
 }
 } // namespace
 
@@ -50,27 +57,18 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("months"); // "month: received outstanding"
         QTest::addColumn<QStringList>("states"); // "state (count): amount", from the bottom up
 
-        RebateRow paid1 = Row("p1", 10, 10);
-        paid1.DateSent = QDate(2026, 9, 1);
-        paid1.DateDue = QDate(2026, 10, 27);
-        paid1.DateReceived = QDate(2026, 10, 1);
-        RebateRow paid2 = Row("p2", 20, 12.5);
-        paid2.DateSent = QDate(2026, 10, 1);
-        paid2.DateReceived = QDate(2026, 11, 5);
-        RebateRow pending = Row("pe", 15, 0);
-        pending.DateSent = QDate(2026, 11, 1);
-        pending.DateDue = QDate(2026, 12, 10);
-        RebateRow overdue = Row("ov", 30, 0);
-        overdue.DateSent = QDate(2026, 9, 1);
-        overdue.DateDue = QDate(2026, 10, 27);
-        RebateRow rejected = Row("re", 25, 0);
-        rejected.DateSent = QDate(2026, 8, 1);
+        const RebateRow paid1 =
+            Row("p1", 10, 10, QDate(2026, 9, 1), QDate(2026, 10, 27), QDate(2026, 10, 1));
+        RebateRow rejected = Row("re", 25, 0, QDate(2026, 8, 1));
         rejected.Rejected = true;
-        RebateRow deleted = Row("de", 50, 50);
-        deleted.DateReceived = QDate(2026, 11, 2);
+        RebateRow deleted = Row("de", 50, 50, {}, {}, QDate(2026, 11, 2));
         deleted.Deleted = true;
         QTest::newRow("every state")
-            << QList<RebateRow>{paid1, paid2, pending, overdue, rejected, deleted, Row("un", 7, 0),
+            << QList<RebateRow>{paid1,
+                                Row("p2", 20, 12.5, QDate(2026, 10, 1), {}, QDate(2026, 11, 5)),
+                                Row("pe", 15, 0, QDate(2026, 11, 1), QDate(2026, 12, 10)),
+                                Row("ov", 30, 0, QDate(2026, 9, 1), QDate(2026, 10, 27)), rejected,
+                                deleted, Row("un", 7, 0),
                                 // Nothing received and Null: unsent, but not outstanding, as
                                 // the statistics count it.
                                 Row("nu", 4, std::nullopt)}
@@ -78,23 +76,18 @@ private Q_SLOTS:
             << QStringList{"Rejected (1): 25", "Paid (2): 22.5", "Overdue (1): 30",
                            "Pending (1): 15", "Unsent (2): 11"};
 
-        RebateRow october = paid1;
-        RebateRow january = Row("ja", 5, 5);
-        january.DateReceived = QDate(2027, 1, 4);
         QTest::newRow("months between without money")
-            << QList<RebateRow>{october, january}
+            << QList<RebateRow>{paid1, Row("ja", 5, 5, {}, {}, QDate(2027, 1, 4))}
             << QStringList{"Oct 2026: 10 0", "Nov 2026: 0 0", "Dec 2026: 0 0", "Jan 2027: 5 0"}
             << QStringList{"Paid (2): 15"};
 
         QList<RebateRow> monthly;
         QStringList months{"Earlier: 2 0"};
         for (int i = 0; i < 26; ++i) {
-            RebateRow row = Row(QString::number(i), 1, 1);
-            row.DateSent = QDate(2024, 9, 1).addMonths(i);
-            row.DateReceived = QDate(2024, 9, 15).addMonths(i);
-            monthly << row;
+            const QDate received = QDate(2024, 9, 15).addMonths(i);
+            monthly << Row(QString::number(i), 1, 1, QDate(2024, 9, 1).addMonths(i), {}, received);
             if (i >= 2)
-                months << row.DateReceived->toString("MMM yyyy") + ": 1 0";
+                months << received.toString("MMM yyyy") + ": 1 0";
         }
         QTest::newRow("more than 24 months: the oldest as Earlier")
             << monthly << months << QStringList{"Paid (26): 26"};
