@@ -6,6 +6,7 @@
 #include "common/core/Clock.h"
 #include "common/core/VbError.h"
 #include "data/Database.h"
+#include "data/Schema.h"
 #include "data/StoreBackup.h"
 
 #include <QDir>
@@ -140,6 +141,9 @@ void Backups::Restore(const QString& backupPath) {
         throw;
     }
     gDatabase = Database::Open(store);
+    // A backup made by an older version lacks the newer tables, as an older store does at start.
+    if (!gDatabase->IsReadOnly())
+        AddMissingTables(*gDatabase);
     Prune(folder);
 }
 

@@ -193,7 +193,17 @@ private Q_SLOTS:
     // The chosen backup replaces the store; the store as it was is kept; the lists follow.
     void restoreThroughTheDialog() {
         mFixture->OpenDatabase(PlainRebates(3));
-        QVERIFY(!Backups::MakeBackup().isEmpty());
+        const QString backup = Backups::MakeBackup();
+        QVERIFY(!backup.isEmpty());
+        {
+            // As a backup made before files could be attached.
+            QSqlDatabase older = QSqlDatabase::addDatabase("QSQLITE", "older");
+            older.setDatabaseName(backup);
+            QVERIFY(older.open());
+            QVERIFY(QSqlQuery(older).exec("DROP TABLE Attachments"));
+            older.close();
+        }
+        QSqlDatabase::removeDatabase("older");
         Clock::Advance(60);
         InsertRebates({RouterRow("4", "r4"), RouterRow("5", "r5")});
         ProgramWindow window;
@@ -202,6 +212,8 @@ private Q_SLOTS:
         QCOMPARE(RestoreRow(window, 0), QStringList{"11/23/2026 10:00:00 AM|3"});
         QCOMPARE(CountRebates(), 3);
         QVERIFY(gDatabase->IsOpen());
+        // The restored store takes files again.
+        QVERIFY(QSqlQuery(gDatabase->Connection()).exec("SELECT count(*) FROM Attachments"));
         QCOMPARE(SortedIDs(window.Switchboard().lvAll), (QStringList{"1", "2", "3"}));
         const QList<BackupFile> backups = Backups::List();
         QCOMPARE(backups.size(), 2);
