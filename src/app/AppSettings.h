@@ -78,6 +78,3 @@ std::optional<double> ReadTwips(const SettingSpec& setting);
 inline constexpr int kMaxDays = 365;
 // A ListView, Count or Days setting (blanks around the number allowed), within its type's range.
 int ReadWhole(const SettingSpec& setting);
-inline constexpr auto& ReadListView = ReadWhole;
-inline constexpr auto& ReadCount = ReadWhole;
-inline constexpr auto& ReadDays = ReadWhole;

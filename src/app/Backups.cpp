@@ -80,7 +80,7 @@ QString Write(const QString& folder) {
 
 void Prune(const QString& folder) {
     const QList<Named> found = Scan(folder);
-    for (qsizetype i = ReadCount(Setting::BackupsKept); i < found.size(); ++i)
+    for (qsizetype i = ReadWhole(Setting::BackupsKept); i < found.size(); ++i)
         QFile::remove(found[i].path);
 }
 

@@ -197,7 +197,7 @@ frmOptions::frmOptions(QWidget* parent)
 void frmOptions::LoadData() {
     const BusyState busy(QStringLiteral("Loading data..."));
     Postage->setText(ReadSetting(Setting::Postage));
-    spnBackupsKept->setValue(ReadCount(Setting::BackupsKept));
+    spnBackupsKept->setValue(ReadWhole(Setting::BackupsKept));
     const std::pair<QCheckBox*, const SettingSpec*> boxes[] = {
         {chkSound, &Setting::Sound},
         {chkTips, &Setting::Tips},
@@ -206,7 +206,7 @@ void frmOptions::LoadData() {
         {chkDeadlines, &Setting::Deadlines}};
     for (const auto& [box, setting] : boxes)
         box->setChecked(ReadFlag(*setting));
-    DeadlineDays->setValue(ReadDays(Setting::DeadlineDays));
+    DeadlineDays->setValue(ReadWhole(Setting::DeadlineDays));
     DeadlineDays->setEnabled(chkDeadlines->isChecked());
     cmdApply->setEnabled(false);
 }

@@ -60,7 +60,7 @@ void DeadlinePanel::Refresh() {
         hide();
         return;
     }
-    const int days = ReadDays(Setting::DeadlineDays);
+    const int days = ReadWhole(Setting::DeadlineDays);
     const QDate today = Date();
     QList<DeadlineRow> rows;
     try {

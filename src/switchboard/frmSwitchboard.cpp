@@ -693,7 +693,7 @@ void frmSwitchboard::Form_Load() {
         lv->SetIcons(large, small);
 
     for (const auto& [list, setting] : kViewKeys)
-        (this->*list)->SetView(ReadListView(*setting));
+        (this->*list)->SetView(ReadWhole(*setting));
 
     AddNewRebateIcon();
     PrepareLists();

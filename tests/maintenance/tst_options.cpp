@@ -65,7 +65,7 @@ private Q_SLOTS:
         QVERIFY(options.cmdApply->isEnabled());
         QTest::mouseClick(options.cmdOK, Qt::LeftButton);
         QCOMPARE(Stored(Setting::BackupsKept), QString("3"));
-        QCOMPARE(ReadCount(Setting::BackupsKept), 3);
+        QCOMPARE(ReadWhole(Setting::BackupsKept), 3);
     }
 
     void applyCancelSemantics_data() {
