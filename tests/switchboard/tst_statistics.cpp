@@ -13,7 +13,6 @@
 #include <QAction>
 #include <QLabel>
 #include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QScrollBar>
 #include <QTest>
 
@@ -98,6 +97,19 @@ private Q_SLOTS:
         QCOMPARE(StatusText(), QStringLiteral("Ready..."));
         QVERIFY(CurrentMousePointer() == MousePointer::Default);
         QVERIFY(mFixture->Desktop().boxes.isEmpty());
+        // A screen reader names the main window's parts, not only the controls inside them.
+        QCOMPARE(QAccessible::queryAccessibleInterface(program.Mdi().findChild<QMdiArea*>())
+                     ->text(QAccessible::Name),
+                 QStringLiteral("Workspace"));
+        QCOMPARE(QAccessible::queryAccessibleInterface(program.Switchboard().xToolbar)
+                     ->text(QAccessible::Name),
+                 QStringLiteral("Switchboard Toolbar"));
+        // The main toolbar's Print follows the page.
+        ToolbarButton& print = program.Mdi().tbToolBar->Buttons(QStringLiteral("Print"));
+        QVERIFY(print.Enabled());
+        QCOMPARE(print.ToolTipText(), QStringLiteral("Print statistics"));
+        program.ClickTab(QStringLiteral("All"));
+        QCOMPARE(print.ToolTipText(), QStringLiteral("Print selected record(s)"));
     }
 
     // Sums beyond the designed column widen it: every figure shows whole, inside the page.
@@ -115,49 +127,6 @@ private Q_SLOTS:
                      qPrintable(figure->text()));
             QVERIFY(figure->mapTo(page, QPoint(figure->width(), 0)).x() <= page->width());
         }
-    }
-
-    // A screen reader names the main window's parts, not only the controls inside them.
-    void landmarksNamed() {
-        ProgramWindow program;
-        const auto name = [](QWidget* widget) {
-            return widget ? QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name)
-                          : QStringLiteral("(none)");
-        };
-        QCOMPARE(name(program.Mdi().findChild<QMdiArea*>()), QStringLiteral("Workspace"));
-        QCOMPARE(name(program.Switchboard().findChild<QWidget*>("xToolbar")),
-                 QStringLiteral("Switchboard Toolbar"));
-    }
-
-    void engineFailureIsLoggedAndPageShowsWhatItHas() {
-        InsertRebates({{.RebateID = "1", .PurchasePrice = 10.0}});
-        ProgramWindow program;
-        gDatabase->Execute(QStringLiteral("DROP TABLE Rebates"));
-
-        program.ClickTab(QStringLiteral("Statistics"));
-
-        const auto& boxes = mFixture->Desktop().boxes;
-        QCOMPARE(boxes.size(), 1);
-        QCOMPARE(boxes.first().title, QStringLiteral("Error Compiling Stats"));
-        QCOMPARE(program.CurrentTab(), QStringLiteral("Statistics"));
-        StatisticsPage* page = program.Switchboard().Statistics();
-        QCOMPARE(page->lblStatFigures(0)->text(), QStringLiteral("$0.00"));
-        QCOMPARE(page->lblStatFigures(5)->text(), QStringLiteral("0"));
-        QCOMPARE(page->lblStatFigures(14)->text(), QStringLiteral("$0.00"));
-        QCOMPARE(StatusText(), QStringLiteral("Ready..."));
-        QVERIFY(CurrentMousePointer() == MousePointer::Default);
-    }
-
-    void printButtonOnTheStatisticsPage() {
-        InsertRebates({{.RebateID = "1"}});
-        ProgramWindow program;
-        ToolbarButton& print = program.Mdi().tbToolBar->Buttons(QStringLiteral("Print"));
-
-        program.ClickTab(QStringLiteral("Statistics"));
-        QVERIFY(print.Enabled());
-        QCOMPARE(print.ToolTipText(), QStringLiteral("Print statistics"));
-        program.ClickTab(QStringLiteral("All"));
-        QCOMPARE(print.ToolTipText(), QStringLiteral("Print selected record(s)"));
     }
 
     void scrollBarFollowsTheWindow_data() {
@@ -189,26 +158,6 @@ private Q_SLOTS:
             QVERIFY2(bottom.y() <= page->height(), "the lowest row stays out of reach");
             QVERIFY(page->Sheet()->y() < 0);
         }
-    }
-
-    void scrollRuleIsStrictlyGreater_data() {
-        QTest::addColumn<int>("beyondLowestRow"); // the page's height less the lowest row's bottom
-        QTest::addColumn<bool>("scrollBar");
-        QTest::newRow("one pixel short") << -1 << true;
-        QTest::newRow("exactly tall enough") << 0 << false;
-        QTest::newRow("taller") << 40 << false;
-    }
-
-    void scrollRuleIsStrictlyGreater() {
-        QFETCH(int, beyondLowestRow);
-        QFETCH(bool, scrollBar);
-        StatisticsPage page;
-        const QLabel* lowest = page.lblStats(10);
-        const int rowBottom = lowest->mapTo(page.Sheet(), QPoint(0, lowest->height())).y();
-        page.resize(600, rowBottom + beyondLowestRow);
-        page.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&page));
-        QCOMPARE(page.VScroll1()->isVisible(), scrollBar);
     }
 
 private:

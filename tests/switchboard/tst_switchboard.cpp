@@ -35,13 +35,15 @@ const QDate kToday = Fixture::kToday;
 
 // The Switchboard inside an MDI area, as the main window holds it, after its start-up timer.
 struct Board {
-    Board() {
+    explicit Board(const char* tab = nullptr) {
         form = &frmSwitchboard::Load();
         window = area.addSubWindow(form);
         area.resize(1000, 760);
         area.show();
         form->show();
         QTRY_VERIFY(!form->Timer1->isActive());
+        if (tab)
+            SelectTab(tab);
     }
     ~Board() { delete window; }
     void SelectTab(const QString& caption) {
@@ -140,91 +142,39 @@ private Q_SLOTS:
             QCOMPARE(Rows(lv), list == name ? QStringList{expected} : QStringList{});
         }
         QCOMPARE(Rows(board.form->lvAll), list.isEmpty() ? QStringList{} : QStringList{expected});
-    }
-
-    void emptyDatabase() {
-        Fixture fixture;
-        fixture.OpenDatabase();
-        Board board;
-        QCOMPARE(board.Tab(), QString("New"));
-        QCOMPARE(board.form->tbsSwitch->Bar()->tabToolTip(5),
-                 QString("View rebates for which you have generated a follow up letter"));
         QCOMPARE(Rows(board.form->lvNew),
                  QStringList{"Create a New Rebate | Creates a new rebate record. |  | "});
-        for (const char* caption :
-             {"Unsent", "Pending", "Overdue", "Paid", "Active Followups", "Rejected", "All"}) {
-            board.SelectTab(caption);
-            QCOMPARE(board.form->GetCurrentLV()->ListItems().Count(), 0);
-            QVERIFY(board.form->picLVBack(board.form->tbsSwitch->SelectedItem()->Index() - 1)
-                        ->isVisible());
-        }
+        QCOMPARE(board.form->tbsSwitch->Bar()->tabToolTip(5),
+                 QString("View rebates for which you have generated a follow up letter"));
         QCOMPARE(StatusText(), QString("Ready..."));
-    }
-
-    void updateIconsFollowsTheRecord_data() {
-        QTest::addColumn<QString>("shown");
-        QTest::addColumn<QString>("expectedTab");
-        for (const char* shown : {"Pending", "New"})
-            QTest::newRow(shown) << QString(shown) << "Paid";
-        QTest::newRow("All stays on All") << QString("All") << QString("All");
-    }
-
-    void updateIconsFollowsTheRecord() {
-        QFETCH(QString, shown);
-        QFETCH(QString, expectedTab);
-        Fixture fixture;
-        fixture.OpenDatabase({RebateRow{.RebateID = "20261101000000",
-                                        .RebateName = "Moved",
-                                        .DateSent = QDate(2026, 11, 1)},
-                              RebateRow{.RebateID = "20261101000001",
-                                        .RebateName = "Stays",
-                                        .DateSent = QDate(2026, 11, 2)}});
-        Board board;
-        board.SelectTab(shown);
-        QSqlQuery(gDatabase->Connection())
-            .exec("UPDATE Rebates SET AmountReceived = 50000 WHERE RebateID = '20261101000000'");
-        board.form->UpdateIcons("20261101000000");
-
-        QCOMPARE(board.Tab(), expectedTab);
-        QCOMPARE(Rows(board.form->lvPending).size(), 1);
-        QCOMPARE(board.form->lvPaid->ListItems().Count(), 1);
-        QCOMPARE(ListedIDs(board.form->GetCurrentLV(), true), QStringList{"20261101000000"});
-        QCOMPARE(board.form->lvAll->ListItems().Count(), 2);
     }
 
     void columnClickSorts() {
         Fixture fixture;
-        fixture.OpenDatabase({RebateRow{.RebateID = "1",
-                                        .RebateName = "b",
-                                        .ProductName = "y",
-                                        .DateSent = QDate(2026, 3, 1)},
-                              RebateRow{.RebateID = "2", .RebateName = "a", .ProductName = "z"},
-                              RebateRow{.RebateID = "3",
-                                        .RebateName = "c",
-                                        .ProductName = "x",
-                                        .DateSent = QDate(2026, 1, 1)}});
-        Board board;
-        board.SelectTab("All");
+        const auto row = [](const char* id, const char* name, const char* product, QDate sent) {
+            return RebateRow{.RebateID = id,
+                             .RebateName = name,
+                             .ProductName = product,
+                             .DateSent = sent.isValid() ? std::optional(sent) : std::nullopt};
+        };
+        fixture.OpenDatabase({row("1", "b", "y", QDate(2026, 3, 1)), row("2", "a", "z", {}),
+                              row("3", "c", "x", QDate(2026, 1, 1))});
+        Board board("All");
         board.Action("mnuDetails")->trigger();
         auto* header = board.form->lvAll->findChild<QTreeView*>()->header();
-        const auto click = [&](int section) {
-            QTest::mouseClick(
-                header->viewport(), Qt::LeftButton, {},
-                QPoint(header->sectionViewportPosition(section) + 5, header->height() / 2));
-        };
-        const auto ids = [&] {
-            return ListedIDs(board.form->lvAll);
-        };
-        QCOMPARE(ids(),
-                 (QStringList{"3", "1", "2"})); // by the text: "1/1/2026", "3/1/2026", "No date"
-        click(1);
-        QCOMPARE(ids(), (QStringList{"3", "1", "2"})); // product ascending
-        click(1);
-        QCOMPARE(ids(), (QStringList{"2", "1", "3"})); // the same column again: descending
-        click(2);
-        QCOMPARE(ids(), (QStringList{"3", "1", "2"})); // another column starts ascending
-        board.Action("mnuSortDescending")->trigger();
-        QCOMPARE(ids(), (QStringList{"2", "1", "3"})); // "No Date" sorts after the dates
+        // The rows read "1/1/2026", "3/1/2026", "No date"; then a click on the product, the
+        // product again (descending), another column (ascending), Sort Descending.
+        const QStringList up{"3", "1", "2"}, down{"2", "1", "3"};
+        QCOMPARE(ListedIDs(board.form->lvAll), up);
+        for (const auto& [section, ids] : {std::pair{1, up}, {1, down}, {2, up}, {-1, down}}) {
+            if (section < 0)
+                board.Action("mnuSortDescending")->trigger();
+            else
+                QTest::mouseClick(
+                    header->viewport(), Qt::LeftButton, {},
+                    QPoint(header->sectionViewportPosition(section) + 5, header->height() / 2));
+            QCOMPARE(ListedIDs(board.form->lvAll), ids);
+        }
     }
 
     void sizeListColumns_data() {
@@ -237,65 +187,58 @@ private Q_SLOTS:
         QFETCH(QString, tab);
         Fixture fixture;
         fixture.OpenDatabase();
-        Board board;
-        board.SelectTab(tab);
+        Board board(qPrintable(tab));
         QTest::mouseClick(board.Button("Details").Widget(), Qt::LeftButton);
         ListView* lv = board.form->GetCurrentLV();
         QCOMPARE(lv->View(), 3);
-        const int width = lv->WidthTwips();
-        QCOMPARE(lv->ColumnHeaders().Item(1)->WidthTwips(), qRound(width * 0.5));
+        const int width = lv->WidthTwips(), half = qRound(width * 0.5), third = qRound(width * 0.3);
+        const auto column = [lv](int i) {
+            return lv->ColumnHeaders().Item(i)->WidthTwips();
+        };
+        QCOMPARE(column(1), half);
         if (tab == "New") {
-            QCOMPARE(lv->ColumnHeaders().Item(2)->WidthTwips(),
-                     width - (qRound(width * 0.5) + 350));
+            QCOMPARE(column(2), width - (half + 350));
         } else {
-            QCOMPARE(lv->ColumnHeaders().Item(2)->WidthTwips(), qRound(width * 0.3));
-            QCOMPARE(lv->ColumnHeaders().Item(3)->WidthTwips(),
-                     width - (qRound(width * 0.5) + qRound(width * 0.3) + 350));
-            QCOMPARE(lv->ColumnHeaders().Item(4)->WidthTwips(), 0);
+            QCOMPARE(column(2), third);
+            QCOMPARE(column(3), width - (half + third + 350));
+            QCOMPARE(column(4), 0);
         }
-        // A wider window refits the columns.
         board.window->resize(board.window->width() + 150, board.window->height());
-        QTRY_COMPARE(lv->ColumnHeaders().Item(1)->WidthTwips(), qRound(lv->WidthTwips() * 0.5));
+        QTRY_COMPARE(column(1), qRound(lv->WidthTwips() * 0.5));
     }
 
     void viewsSavedAndRestored_data() {
-        QTest::addColumn<QString>("how");
-        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("command"); // a menu entry, or a toolbar button clicked twice
         QTest::addColumn<int>("view");
-        const auto row = [](const char* name, const char* how, const char* command, int view) {
-            QTest::newRow(name) << QString(how) << QString(command) << view;
-        };
-        row("menu: small icons", "menu", "mnuSmallIcons", 1);
-        row("menu: details", "menu", "mnuDetails", 3);
-        row("popup: details", "menu", "mnuPopupDetails", 3);
-        row("toolbar: list", "toolbar", "List", 2);
+        QTest::newRow("menu: small icons") << "mnuSmallIcons" << 1;
+        QTest::newRow("menu: details") << "mnuDetails" << 3;
+        QTest::newRow("popup: details") << "mnuPopupDetails" << 3;
+        QTest::newRow("toolbar: list, a second click leaves it down") << "List" << 2;
     }
 
     void viewsSavedAndRestored() {
-        QFETCH(QString, how);
         QFETCH(QString, command);
         QFETCH(int, view);
         Fixture fixture;
         fixture.OpenDatabase();
         SaveSetting(kAppTitle, "Settings", "Paid", "1"); // start Paid in small icons
         {
-            Board board;
-            board.SelectTab("Paid");
+            Board board("Paid");
             QCOMPARE(board.form->lvPaid->View(), 1);
-            if (how == "menu") {
+            if (command.startsWith("mnu")) {
                 board.Action(qPrintable(command))->trigger();
-            } else { // a second click leaves the button down
+            } else {
                 QTest::mouseClick(board.form->xToolbar->Buttons(command).Widget(), Qt::LeftButton);
                 QTest::mouseClick(board.form->xToolbar->Buttons(command).Widget(), Qt::LeftButton);
             }
             QCOMPARE(board.form->lvPaid->View(), view);
-            const char* menus[] = {"mnuLargeIcons", "mnuSmallIcons", "mnuList", "mnuDetails"};
-            const char* popups[] = {"mnuPopupLargeIcons", "mnuPopupSmallIcons", "mnuPopupList",
-                                    "mnuPopupDetails"};
+            const char* names[] = {"LargeIcons", "SmallIcons", "List", "Details"};
             const char* buttons[] = {"Large", "Small", "List", "Details"};
             for (int i = 0; i < 4; ++i) {
-                QCOMPARE(board.Action(menus[i])->isChecked(), i == view);
-                QCOMPARE(board.Action(popups[i])->isChecked(), i == view);
+                QCOMPARE(board.Action(qPrintable(QString("mnu") + names[i]))->isChecked(),
+                         i == view);
+                QCOMPARE(board.Action(qPrintable(QString("mnuPopup") + names[i]))->isChecked(),
+                         i == view);
                 QCOMPARE(board.Button(buttons[i]).Value(), i == view ? 1 : 0);
             }
             board.SelectTab("All"); // another list keeps its own view
@@ -315,11 +258,10 @@ private Q_SLOTS:
         QTest::addColumn<bool>("listMenus");   // refresh, select all, views, sort
         QTest::addColumn<bool>("records");     // delete, edit, print selected
         QTest::addColumn<bool>("viewButtons"); // Large ... Find
-        QTest::addColumn<bool>("deleteButton");
-        QTest::newRow("New") << "New" << true << false << true << false;
-        QTest::newRow("a list with rows") << "Unsent" << true << true << true << true;
-        QTest::newRow("an empty list") << "Pending" << true << false << true << false;
-        QTest::newRow("Statistics") << "Statistics" << false << false << false << false;
+        QTest::newRow("New") << "New" << true << false << true;
+        QTest::newRow("a list with rows") << "Unsent" << true << true << true;
+        QTest::newRow("an empty list") << "Pending" << true << false << true;
+        QTest::newRow("Statistics") << "Statistics" << false << false << false;
     }
 
     void commandsByTab() {
@@ -327,15 +269,12 @@ private Q_SLOTS:
         QFETCH(bool, listMenus);
         QFETCH(bool, records);
         QFETCH(bool, viewButtons);
-        QFETCH(bool, deleteButton);
         Fixture fixture;
         fixture.OpenDatabase({RebateRow{.RebateID = "1", .RebateName = "Only"}});
-        Board board;
-        board.SelectTab("All"); // from a tab with everything on
-        QTest::mouseClick(board.form->tbsSwitch->Bar(), Qt::LeftButton, {},
-                          board.form->tbsSwitch->Bar()
-                              ->tabRect(board.form->tbsSwitch->Tabs().Item(tab)->Index() - 1)
-                              .center());
+        Board board("All"); // from a tab with everything on
+        TabStrip* tabs = board.form->tbsSwitch;
+        QTest::mouseClick(tabs->Bar(), Qt::LeftButton, {},
+                          tabs->Bar()->tabRect(tabs->Tabs().Item(tab)->Index() - 1).center());
         QCOMPARE(board.Tab(), tab);
         for (const char* name :
              {"mnuRefresh", "mnuSelectAll", "mnuInvertSelection", "mnuLargeIcons", "mnuDetails",
@@ -351,7 +290,7 @@ private Q_SLOTS:
         for (const char* key :
              {"New", "Large", "Small", "List", "Details", "AZ", "ZA", "Find", "Arrange All"})
             QVERIFY2(board.Button(key).Enabled() == viewButtons, key);
-        QCOMPARE(board.Button("Delete").Enabled(), deleteButton);
+        QCOMPARE(board.Button("Delete").Enabled(), records);
 
         // F5 reloads on a list page and does nothing on the Statistics page.
         QSqlQuery(gDatabase->Connection()).exec("DELETE FROM Rebates");
@@ -375,20 +314,17 @@ private Q_SLOTS:
         const QString s = selected == 2 ? "s" : "";
         Fixture fixture;
         fixture.OpenDatabase(PlainRebates(3));
-        Board board;
-        board.SelectTab("All");
+        Board board("All");
         ListView* lv = board.form->lvAll;
-        lv->ListItems().Item(1)->SetSelected(selected >= 1);
-        lv->ListItems().Item(2)->SetSelected(selected >= 2);
+        lv->ListItems().Item(1)->SetSelected(true);
+        lv->ListItems().Item(2)->SetSelected(selected == 2);
         fixture.Desktop().SetNextAnswer(answer);
         lv->ActiveView()->setFocus();
         QTest::keyClick(lv->ActiveView(), Qt::Key_Delete);
 
         QCOMPARE(fixture.Desktop().Shown(),
-                 QStringList{"Delete Rebate" + s +
-                             "? | 292 | Are you sure you want to delete the "
-                             "selected rebate" +
-                             s + "?"});
+                 QStringList{"Delete Rebate" + s + "? | 292 | Are you sure you want to delete " +
+                             "the selected rebate" + s + "?"});
         const bool yes = answer == vb::vbYes;
         QCOMPARE(IsDeleted("1"), yes);
         QCOMPARE(IsDeleted("2"), yes && selected == 2);
@@ -431,8 +367,7 @@ private Q_SLOTS:
             QVERIFY(sql.exec("CREATE TRIGGER note AFTER UPDATE ON Rebates WHEN NEW.RebateID = '3' "
                              "BEGIN INSERT INTO Notes VALUES ('none such'); END"));
         }
-        Board board;
-        board.SelectTab("All");
+        Board board("All");
         board.Action("mnuSelectAll")->trigger();
         fixture.Desktop().SetNextAnswer(vb::vbYes);
         board.form->DeleteRebateRecord();
@@ -448,9 +383,7 @@ private Q_SLOTS:
                 stillListed << id;
         }
         // The lists show what the store holds.
-        QStringList listed = ListedIDs(board.form->lvAll);
-        listed.sort();
-        QCOMPARE(listed, stillListed);
+        QCOMPARE(SortedIDs(board.form->lvAll), stillListed);
         QCOMPARE(board.form->lvUnsent->ListItems().Count(), stillListed.size());
         QCOMPARE(StatusText(), QString("Ready..."));
     }
@@ -458,8 +391,7 @@ private Q_SLOTS:
     void deleteWithRebateFormOpen() {
         Fixture fixture;
         fixture.OpenDatabase(PlainRebates(2));
-        Board board;
-        board.SelectTab("Unsent");
+        Board board("Unsent");
         board.form->lvUnsent->ListItems().Item(1)->SetSelected(true);
         board.form->lvUnsent->ListItems().Item(2)->SetSelected(true);
         {
@@ -483,31 +415,24 @@ private Q_SLOTS:
 
     void invertSelection_data() {
         QTest::addColumn<int>("rows");
-        QTest::addColumn<QList<int>>("selected");
-        QTest::addColumn<QList<int>>("expected");
-        QTest::newRow("one row stays as it was") << 1 << QList<int>{} << QList<int>{};
-        QTest::newRow("some rows flip") << 3 << QList<int>{1} << QList<int>{2, 3};
+        QTest::addColumn<QStringList>("selected");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("one row stays as it was") << 1 << QStringList{} << QStringList{};
+        QTest::newRow("some rows flip") << 3 << QStringList{"1"} << QStringList{"2", "3"};
         QTest::newRow("all selected: the first visible stays")
-            << 3 << QList<int>{1, 2, 3} << QList<int>{1};
+            << 3 << QStringList{"1", "2", "3"} << QStringList{"1"};
     }
 
     void invertSelection() {
         QFETCH(int, rows);
-        QFETCH(QList<int>, selected);
-        QFETCH(QList<int>, expected);
+        QFETCH(QStringList, selected);
+        QFETCH(QStringList, expected);
         Fixture fixture;
         fixture.OpenDatabase(PlainRebates(rows));
-        Board board;
-        board.SelectTab("Unsent");
-        ListView* lv = board.form->lvUnsent;
-        for (int i = 1; i <= rows; ++i)
-            lv->ListItems().Item(i)->SetSelected(selected.contains(i));
+        Board board("Unsent");
+        SelectIDs(board.form->lvUnsent, selected);
         board.Action("mnuInvertSelection")->trigger();
-        QList<int> now;
-        for (int i = 1; i <= rows; ++i)
-            if (lv->ListItems().Item(i)->Selected())
-                now << i;
-        QCOMPARE(now, expected);
+        QCOMPARE(ListedIDs(board.form->lvUnsent, true), expected);
     }
 
     void exitQuestion_data() {
@@ -516,54 +441,47 @@ private Q_SLOTS:
         QTest::newRow("No") << int(vb::vbNo);
     }
 
+    // Yes removes the program's own temporary reports (~va*.rtf), and no other file.
     void exitQuestion() {
         QFETCH(int, answer);
         Fixture fixture;
         fixture.OpenDatabase();
-        for (const char* name : {"~va1.rtf", "~va2.rtf", "~vb.rtf"}) {
+        const QStringList files{"~va1.rtf", "~va2.rtf", "~vb.rtf"};
+        for (const QString& name : files) {
             QFile file(TempPath() + "/" + name);
             QVERIFY(file.open(QIODevice::WriteOnly));
         }
         Board board;
         fixture.Desktop().SetNextAnswer(answer);
-        const bool closed = board.window->close();
+        const bool yes = answer == vb::vbYes;
+        QCOMPARE(board.window->close(), yes);
         QCOMPARE(fixture.Desktop().Shown(),
                  QStringList{"Exiting Vantry! Vantry! | 36 | Do you really want to exit the "
                              "application?"});
-        QCOMPARE(closed, answer == vb::vbYes);
-        QCOMPARE(FileExists(TempPath() + "/~va1.rtf"), answer == vb::vbNo);
-        QCOMPARE(FileExists(TempPath() + "/~va2.rtf"), answer == vb::vbNo);
-        QVERIFY(FileExists(TempPath() + "/~vb.rtf"));
-        QFile::remove(TempPath() + "/~vb.rtf");
-        while (KillFile(TempPath() + "/~va*.rtf")) {
-        }
-        if (answer == vb::vbYes) {
+        for (const QString& name : files)
+            QCOMPARE(QFile::remove(TempPath() + "/" + name), !yes || name == "~vb.rtf");
+        if (yes) {
             QTRY_COMPARE(frmSwitchboard::Instance(), nullptr);
             board.window = nullptr;
         }
     }
 
+    // The rows read "No date: ..." and "5/1/2026: Tape": the search sees that text.
     void letterKeySearch() {
         Fixture fixture;
         fixture.OpenDatabase(
             {RebateRow{.RebateID = "1", .RebateName = "Nails"},
              RebateRow{.RebateID = "2", .RebateName = "Tape", .DateSent = QDate(2026, 5, 1)},
              RebateRow{.RebateID = "3", .RebateName = "Glue"}});
-        Board board;
-        board.SelectTab("All");
+        Board board("All");
         QWidget* view = board.form->lvAll->ActiveView();
         view->setFocus();
-        QTest::keyClick(view, Qt::Key_N); // the rows read "No date: ...": the search sees that text
-        QCOMPARE(ListedIDs(board.form->lvAll, true), QStringList{"3"});
-        QTest::keyClick(view, Qt::Key_N);
-        QCOMPARE(ListedIDs(board.form->lvAll, true), QStringList{"1"});
-        QTest::keyClick(view, Qt::Key_N); // round again
-        QCOMPARE(ListedIDs(board.form->lvAll, true), QStringList{"3"});
-        QTest::keyClick(view, Qt::Key_N);
-        QTest::keyClick(view, Qt::Key_5);
-        QCOMPARE(ListedIDs(board.form->lvAll, true), QStringList{"2"});
-        QTest::keyClick(view, Qt::Key_T); // no row starts with "T"
-        QCOMPARE(ListedIDs(board.form->lvAll, true), QStringList{"2"});
+        // N, N again, N round to the first, N5, then T (no row starts with it).
+        for (const auto& [keys, id] :
+             {std::pair{"n", "3"}, {"n", "1"}, {"n", "3"}, {"n5", "2"}, {"t", "2"}}) {
+            QTest::keyClicks(view, keys);
+            QCOMPARE(ListedIDs(board.form->lvAll, true), QStringList{id});
+        }
     }
 
     void missingTableIsLogged() {
@@ -575,8 +493,8 @@ private Q_SLOTS:
         QCOMPARE(fixture.Desktop().boxes.size(), 1);
         QCOMPARE(fixture.Desktop().boxes[0].title, QString("Vantry! Vantry! Error"));
         const QString text = fixture.LogText();
-        QVERIFY2(text.contains("AddAllListItems()"), qPrintable(text));
-        QVERIFY(text.contains("frmSwitchboard"));
+        QVERIFY2(text.contains("AddAllListItems()") && text.contains("frmSwitchboard"),
+                 qPrintable(text));
         QCOMPARE(StatusText(), QString("Ready..."));
         QVERIFY(CurrentMousePointer() == MousePointer::Default);
         board.SelectTab("All"); // still working
@@ -607,15 +525,18 @@ private Q_SLOTS:
     void unreachablePositionReplaced_data() {
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("value");
-        const auto row = [](const char* name, const char* key, const char* value) {
-            QTest::newRow(name) << QString(key) << QString(value);
-        };
-        row("far left", "SwitchboardLeft", "-300000");
-        row("below the bottom", "SwitchboardTop", "400000");
-        row("NaN", "SwitchboardLeft", "nan");
-        row("infinite", "SwitchboardTop", "inf");
-        row("huge", "SwitchboardLeft", "1e300");
-        row("wider than any screen", "SwitchboardWidth", "1400000");
+        QTest::newRow("far left") << "SwitchboardLeft"
+                                  << "-300000";
+        QTest::newRow("below the bottom") << "SwitchboardTop"
+                                          << "400000";
+        QTest::newRow("NaN") << "SwitchboardLeft"
+                             << "nan";
+        QTest::newRow("infinite") << "SwitchboardTop"
+                                  << "inf";
+        QTest::newRow("huge") << "SwitchboardLeft"
+                              << "1e300";
+        QTest::newRow("wider than any screen") << "SwitchboardWidth"
+                                               << "1400000";
     }
 
     // A window the settings would put where it can't be seen or reached opens where a first
@@ -625,15 +546,10 @@ private Q_SLOTS:
         QFETCH(QString, value);
         Fixture fixture;
         fixture.OpenDatabase();
-        QRect first;
-        {
-            Board board;
-            first = board.window->geometry();
-        }
+        const QRect first = Board().window->geometry();
         for (const char* name :
              {"SwitchboardLeft", "SwitchboardTop", "SwitchboardWidth", "SwitchboardHeight"})
-            SaveSetting(kAppTitle, "Settings", name, "1500");
-        SaveSetting(kAppTitle, "Settings", key, value);
+            SaveSetting(kAppTitle, "Settings", name, name == key ? value : "1500");
         const auto part = [&key](const QRect& r) {
             return key.endsWith("Left") ? r.x() : key.endsWith("Top") ? r.y() : r.width();
         };
@@ -644,22 +560,18 @@ private Q_SLOTS:
         QCOMPARE(GetSetting(kAppTitle, "Settings", key).toDouble(), part(first) * 15.0);
     }
 
+    // Ctrl+Tab from a list and from the tab strip, and from the last tab back to the first.
     void ctrlTabCycles() {
         Fixture fixture;
         fixture.OpenDatabase();
-        Board board;
-        board.SelectTab("Rejected");
-        QWidget* focus = board.form->lvRejected->ActiveView();
-        focus->setFocus();
-        QTest::keyClick(focus, Qt::Key_Tab, Qt::ControlModifier);
-        QCOMPARE(board.Tab(), QString("All"));
-        QTest::keyClick(board.form->lvAll->ActiveView(), Qt::Key_Tab, Qt::ControlModifier);
-        QCOMPARE(board.Tab(), QString("Statistics"));
-        board.form->tbsSwitch->setFocus();
-        QTest::keyClick(board.form->tbsSwitch, Qt::Key_Tab, Qt::ControlModifier);
-        QCOMPARE(board.Tab(), QString("Savings"));
-        QTest::keyClick(board.form->tbsSwitch, Qt::Key_Tab, Qt::ControlModifier);
-        QCOMPARE(board.Tab(), QString("New")); // from the last tab back to the first
+        Board board("Rejected");
+        for (const char* next : {"All", "Statistics", "Savings", "New"}) {
+            ListView* lv = board.form->GetCurrentLV();
+            QWidget* focus = lv ? lv->ActiveView() : board.form->tbsSwitch;
+            focus->setFocus();
+            QTest::keyClick(focus, Qt::Key_Tab, Qt::ControlModifier);
+            QCOMPARE(board.Tab(), QString(next));
+        }
     }
 
     void windowMenuListsTheChildren() {
@@ -691,8 +603,7 @@ private Q_SLOTS:
     void popupWithTwoSelected() {
         Fixture fixture;
         fixture.OpenDatabase(PlainRebates(2));
-        Board board;
-        board.SelectTab("Unsent");
+        Board board("Unsent");
         board.Action("mnuDetails")->trigger();
         ListView* lv = board.form->lvUnsent;
         auto* tree = qobject_cast<QTreeView*>(lv->ActiveView());
@@ -722,12 +633,10 @@ private Q_SLOTS:
         QFETCH(int, topic);
         Fixture fixture;
         fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Router"}});
-        Board board;
+        Board board(qPrintable(tab));
         App::SetHelpFile(fixture.ProgramDir() + "vantry.hlp");
         Help::InstallF1Handler();
-        board.SelectTab(tab);
-        ListView* list = board.form->findChild<ListView*>("lv" + tab);
-        QVERIFY(list);
+        ListView* list = board.form->GetCurrentLV();
         QWidget* view = list->findChild<QAbstractItemView*>("details");
         if (!view->isVisible())
             view = list->findChild<QAbstractItemView*>("icons");
