@@ -1,5 +1,6 @@
 #include "Fixture.h"
 #include "RebateRows.h"
+#include "app/clsRebate.h"
 #include "app/clsRebateStats.h"
 #include "common/core/Regional.h"
 #include "common/core/VbError.h"
@@ -19,11 +20,15 @@ namespace {
 constexpr int kRecords = 3500;
 
 // Stores a value as another program might: of any type, in any column.
+QString Key(int record) {
+    return QStringLiteral("2026%1").arg(record, 10, 10, QLatin1Char('0'));
+}
+
 void Store(int record, const QString& column, const QVariant& value) {
     QSqlQuery query(gDatabase->Connection());
     QVERIFY(query.prepare(QString("UPDATE Rebates SET %1 = ? WHERE RebateID = ?").arg(column)));
     query.addBindValue(value);
-    query.addBindValue(QStringLiteral("2026%1").arg(record, 10, 10, QLatin1Char('0')));
+    query.addBindValue(Key(record));
     QVERIFY(query.exec());
     QCOMPARE(query.numRowsAffected(), 1);
 }
@@ -172,6 +177,32 @@ private Q_SLOTS:
                 QCOMPARE(rows[i], wanted[i]);
         }
         delete window;
+        // The rows listed as stored (no icon) are named in one log entry, told in one box.
+        const QString log = fixture.LogText();
+        QCOMPARE(fixture.Desktop().boxes.size(), 1);
+        for (const QString& row : expected.value("lvAll"))
+            QCOMPARE(log.contains(row.section('|', 0, 0)), row.section('|', 1, 1).isEmpty());
+
+        // Opened, a record shows what can be shown; saved, only the user's change is written
+        // and the stored text stays.
+        for (const auto& [record, column] : {std::pair{10, "AmountReceived"},
+                                             {21, "PurchasePrice"},
+                                             {29, "DateSent"},
+                                             {30, "DateDue"},
+                                             {32, "FollowupDate"},
+                                             {40, "Rejected"}}) {
+            const QVariantMap before = ReadRawRebate(Key(record));
+            clsRebate::SetSelectedRebateIDSource([id = Key(record)] { return id; });
+            {
+                clsRebate rebate;
+                QCOMPARE(rebate.RebateName(), before.value("RebateName").toString());
+                rebate.SetRemarks("checked");
+                rebate.Update();
+            }
+            const QVariantMap stored = ReadRawRebate(Key(record));
+            QCOMPARE(stored.value("Remarks").toString(), QString("checked"));
+            QCOMPARE(stored.value(column), before.value(column));
+        }
 
         clsRebateStats stats;
         QVERIFY(stats.GetStats());
