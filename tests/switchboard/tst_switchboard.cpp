@@ -58,6 +58,11 @@ struct Board {
     QMdiSubWindow* window;
 };
 
+// A temporary program folder whose store holds the rows.
+struct OpenFixture : Fixture {
+    explicit OpenFixture(const QList<RebateRow>& rows = {}) { OpenDatabase(rows); }
+};
+
 // "text | product | column 3 | id" for each row of a list, in the displayed order.
 QStringList Rows(ListView* lv) {
     QStringList rows;
@@ -133,8 +138,7 @@ private Q_SLOTS:
         QFETCH(RebateRow, row);
         QFETCH(QString, list);
         QFETCH(QString, expected);
-        Fixture fixture;
-        fixture.OpenDatabase({row});
+        OpenFixture fixture({row});
         Board board;
         for (const char* name :
              {"lvUnsent", "lvPending", "lvOverdue", "lvPaid", "lvFollowup", "lvRejected"}) {
@@ -150,15 +154,13 @@ private Q_SLOTS:
     }
 
     void columnClickSorts() {
-        Fixture fixture;
-        const auto row = [](const char* id, const char* name, const char* product, QDate sent) {
-            return RebateRow{.RebateID = id,
-                             .RebateName = name,
-                             .ProductName = product,
-                             .DateSent = sent.isValid() ? std::optional(sent) : std::nullopt};
+        const auto row = [](const char* id, const char* name, const char* product,
+                            std::optional<QDate> sent) {
+            return RebateRow{
+                .RebateID = id, .RebateName = name, .ProductName = product, .DateSent = sent};
         };
-        fixture.OpenDatabase({row("1", "b", "y", QDate(2026, 3, 1)), row("2", "a", "z", {}),
-                              row("3", "c", "x", QDate(2026, 1, 1))});
+        OpenFixture fixture({row("1", "b", "y", QDate(2026, 3, 1)), row("2", "a", "z", {}),
+                             row("3", "c", "x", QDate(2026, 1, 1))});
         Board board("All");
         board.Action("mnuDetails")->trigger();
         auto* header = board.form->lvAll->findChild<QTreeView*>()->header();
@@ -185,8 +187,7 @@ private Q_SLOTS:
 
     void sizeListColumns() {
         QFETCH(QString, tab);
-        Fixture fixture;
-        fixture.OpenDatabase();
+        OpenFixture fixture;
         Board board(qPrintable(tab));
         QTest::mouseClick(board.Button("Details").Widget(), Qt::LeftButton);
         ListView* lv = board.form->GetCurrentLV();
@@ -219,8 +220,7 @@ private Q_SLOTS:
     void viewsSavedAndRestored() {
         QFETCH(QString, command);
         QFETCH(int, view);
-        Fixture fixture;
-        fixture.OpenDatabase();
+        OpenFixture fixture;
         SaveSetting(kAppTitle, "Settings", "Paid", "1"); // start Paid in small icons
         {
             Board board("Paid");
@@ -269,8 +269,7 @@ private Q_SLOTS:
         QFETCH(bool, listMenus);
         QFETCH(bool, records);
         QFETCH(bool, viewButtons);
-        Fixture fixture;
-        fixture.OpenDatabase({RebateRow{.RebateID = "1", .RebateName = "Only"}});
+        OpenFixture fixture({RebateRow{.RebateID = "1", .RebateName = "Only"}});
         Board board("All"); // from a tab with everything on
         TabStrip* tabs = board.form->tbsSwitch;
         QTest::mouseClick(tabs->Bar(), Qt::LeftButton, {},
@@ -312,8 +311,7 @@ private Q_SLOTS:
         QFETCH(int, selected);
         QFETCH(int, answer);
         const QString s = selected == 2 ? "s" : "";
-        Fixture fixture;
-        fixture.OpenDatabase(PlainRebates(3));
+        OpenFixture fixture(PlainRebates(3));
         Board board("All");
         ListView* lv = board.form->lvAll;
         lv->ListItems().Item(1)->SetSelected(true);
@@ -347,8 +345,7 @@ private Q_SLOTS:
     void deleteManyRefused() {
         QFETCH(QString, refusal);
         QFETCH(QStringList, deleted);
-        Fixture fixture;
-        fixture.OpenDatabase(PlainRebates(3));
+        OpenFixture fixture(PlainRebates(3));
         gDatabase->SetBusyTimeout(0);
         QSqlQuery sql(gDatabase->Connection());
         std::unique_ptr<Database> other;
@@ -389,8 +386,7 @@ private Q_SLOTS:
     }
 
     void deleteWithRebateFormOpen() {
-        Fixture fixture;
-        fixture.OpenDatabase(PlainRebates(2));
+        OpenFixture fixture(PlainRebates(2));
         Board board("Unsent");
         board.form->lvUnsent->ListItems().Item(1)->SetSelected(true);
         board.form->lvUnsent->ListItems().Item(2)->SetSelected(true);
@@ -427,8 +423,7 @@ private Q_SLOTS:
         QFETCH(int, rows);
         QFETCH(QStringList, selected);
         QFETCH(QStringList, expected);
-        Fixture fixture;
-        fixture.OpenDatabase(PlainRebates(rows));
+        OpenFixture fixture(PlainRebates(rows));
         Board board("Unsent");
         SelectIDs(board.form->lvUnsent, selected);
         board.Action("mnuInvertSelection")->trigger();
@@ -444,8 +439,7 @@ private Q_SLOTS:
     // Yes removes the program's own temporary reports (~va*.rtf), and no other file.
     void exitQuestion() {
         QFETCH(int, answer);
-        Fixture fixture;
-        fixture.OpenDatabase();
+        OpenFixture fixture;
         const QStringList files{"~va1.rtf", "~va2.rtf", "~vb.rtf"};
         for (const QString& name : files) {
             QFile file(TempPath() + "/" + name);
@@ -468,8 +462,7 @@ private Q_SLOTS:
 
     // The rows read "No date: ..." and "5/1/2026: Tape": the search sees that text.
     void letterKeySearch() {
-        Fixture fixture;
-        fixture.OpenDatabase(
+        OpenFixture fixture(
             {RebateRow{.RebateID = "1", .RebateName = "Nails"},
              RebateRow{.RebateID = "2", .RebateName = "Tape", .DateSent = QDate(2026, 5, 1)},
              RebateRow{.RebateID = "3", .RebateName = "Glue"}});
@@ -485,8 +478,7 @@ private Q_SLOTS:
     }
 
     void missingTableIsLogged() {
-        Fixture fixture;
-        fixture.OpenDatabase();
+        OpenFixture fixture;
         Board board;
         gDatabase->Execute("DROP TABLE Rebates");
         board.form->mnuRefresh_Click();
@@ -502,8 +494,7 @@ private Q_SLOTS:
     }
 
     void windowPositionSaved() {
-        Fixture fixture;
-        fixture.OpenDatabase();
+        OpenFixture fixture;
         {
             Board board;
             // A first run: centred as for 6500 x 6500 twips, then widened to the minimum.
@@ -544,8 +535,7 @@ private Q_SLOTS:
     void unreachablePositionReplaced() {
         QFETCH(QString, key);
         QFETCH(QString, value);
-        Fixture fixture;
-        fixture.OpenDatabase();
+        OpenFixture fixture;
         const QRect first = Board().window->geometry();
         for (const char* name :
              {"SwitchboardLeft", "SwitchboardTop", "SwitchboardWidth", "SwitchboardHeight"})
@@ -562,8 +552,7 @@ private Q_SLOTS:
 
     // Ctrl+Tab from a list and from the tab strip, and from the last tab back to the first.
     void ctrlTabCycles() {
-        Fixture fixture;
-        fixture.OpenDatabase();
+        OpenFixture fixture;
         Board board("Rejected");
         for (const char* next : {"All", "Statistics", "Savings", "New"}) {
             ListView* lv = board.form->GetCurrentLV();
@@ -575,8 +564,7 @@ private Q_SLOTS:
     }
 
     void windowMenuListsTheChildren() {
-        Fixture fixture;
-        fixture.OpenDatabase();
+        OpenFixture fixture;
         Board board;
         QMdiSubWindow* other = board.area.addSubWindow(new QWidget);
         other->setWindowTitle("Other");
@@ -601,8 +589,7 @@ private Q_SLOTS:
     }
 
     void popupWithTwoSelected() {
-        Fixture fixture;
-        fixture.OpenDatabase(PlainRebates(2));
+        OpenFixture fixture(PlainRebates(2));
         Board board("Unsent");
         board.Action("mnuDetails")->trigger();
         ListView* lv = board.form->lvUnsent;
@@ -631,8 +618,7 @@ private Q_SLOTS:
     void f1OnAListOpensItsTopic() {
         QFETCH(QString, tab);
         QFETCH(int, topic);
-        Fixture fixture;
-        fixture.OpenDatabase({{.RebateID = "1", .RebateName = "Router"}});
+        OpenFixture fixture({RebateRow{.RebateID = "1", .RebateName = "Router"}});
         Board board(qPrintable(tab));
         App::SetHelpFile(fixture.ProgramDir() + "vantry.hlp");
         Help::InstallF1Handler();
@@ -658,8 +644,7 @@ private Q_SLOTS:
 
     void helpWithoutHelpFile() {
         QFETCH(QString, command);
-        Fixture fixture;
-        fixture.OpenDatabase();
+        OpenFixture fixture;
         Board board;
         App::SetHelpFile(QString());
         board.Action(qPrintable(command))->trigger();
