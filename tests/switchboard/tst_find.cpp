@@ -153,10 +153,9 @@ private Q_SLOTS:
                 Search(find, searches[i]);
                 QCOMPARE(StatusText(), QStringLiteral("Ready..."));
                 if (hits[i].isEmpty()) {
-                    const auto& box = mFixture->Desktop().boxes.last();
-                    QCOMPARE(box.prompt, "Cannot find '" + searches[i] + "' in the database.");
-                    QCOMPARE(box.title, QStringLiteral("No Matching Rebate Found"));
-                    QCOMPARE(box.style, 64);
+                    QCOMPARE(mFixture->Desktop().Shown().last(),
+                             "No Matching Rebate Found | 64 | Cannot find '" + searches[i] +
+                                 "' in the database.");
                     QCOMPARE(mProgram->CurrentTab(), page);
                     continue;
                 }

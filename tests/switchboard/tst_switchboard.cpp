@@ -153,6 +153,46 @@ private Q_SLOTS:
         QCOMPARE(StatusText(), QString("Ready..."));
     }
 
+    void openingPage_data() {
+        QTest::addColumn<QList<int>>("dueInDays"); // one rebate, sent, for each
+        QTest::addColumn<QString>("chkAlarm");     // a null text: never stored
+        QTest::addColumn<QString>("page");
+        QTest::newRow("overdue, never stored") << QList<int>{-1, 9} << QString() << "Overdue";
+        QTest::newRow("overdue, on") << QList<int>{-1, 9} << "1"
+                                     << "Overdue";
+        QTest::newRow("overdue, off") << QList<int>{-1, 9} << "0"
+                                      << "New";
+        QTest::newRow("none overdue, on") << QList<int>{9} << "1"
+                                          << "New";
+        QTest::newRow("empty table") << QList<int>{} << QString() << "New";
+        QTest::newRow("due today isn't overdue") << QList<int>{0} << "1"
+                                                 << "New";
+    }
+
+    void openingPage() {
+        QFETCH(QList<int>, dueInDays);
+        QFETCH(QString, chkAlarm);
+        QFETCH(QString, page);
+        QList<RebateRow> rows;
+        for (int days : dueInDays) {
+            const QDate due = kToday.addDays(days);
+            rows << RebateRow{
+                .RebateID = QString::number(days), .DateSent = due.addDays(-56), .DateDue = due};
+        }
+        OpenFixture fixture(rows);
+        if (!chkAlarm.isNull())
+            SaveSetting(kAppTitle, "Options", "chkAlarm", chkAlarm);
+        Board board;
+        QCOMPARE(board.Tab(), page);
+        // The page, the toolbar and the menus follow as for a click on the tab.
+        QVERIFY(board.form->GetCurrentLV()->isVisible());
+        const bool onOverdue = page == "Overdue";
+        QCOMPARE(board.form->GetCurrentLV(), onOverdue ? board.form->lvOverdue : board.form->lvNew);
+        QCOMPARE(board.Button("Delete").Enabled(), onOverdue);
+        QCOMPARE(board.form->mnuEditRebate->isEnabled(), onOverdue);
+        QVERIFY(fixture.Desktop().boxes.isEmpty());
+    }
+
     void columnClickSorts() {
         const auto row = [](const char* id, const char* name, const char* product,
                             std::optional<QDate> sent) {
