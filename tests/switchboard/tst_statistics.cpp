@@ -197,7 +197,7 @@ private Q_SLOTS:
     }
 
     // The Savings page charts the money by month and by state.
-    void chart_data() {
+    void savingsChart_data() {
         QTest::addColumn<QList<RebateRow>>("rows");
         QTest::addColumn<QStringList>("months"); // "month: received outstanding"
         QTest::addColumn<QStringList>("states"); // "state (count): amount", from the bottom up
@@ -238,7 +238,7 @@ private Q_SLOTS:
             << monthly << months << QStringList{"Paid (26): 26"};
         QTest::newRow("no rebates") << QList<RebateRow>{} << QStringList{} << QStringList{};
     }
-    void chart() {
+    void savingsChart() {
         QFETCH(QList<RebateRow>, rows);
         QFETCH(QStringList, months);
         QFETCH(QStringList, states);

@@ -24,8 +24,6 @@
 #include <QSqlQuery>
 #include <QTabBar>
 #include <QTest>
-#include <QTimer>
-#include <QToolButton>
 #include <QTreeView>
 
 Q_DECLARE_METATYPE(RebateRow)
