@@ -173,35 +173,30 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("header");
         QTest::addColumn<QByteArray>("bad");
         QTest::addColumn<QString>("report");
-        QTest::newRow("other encoding")
-            << kHeader << Line("b", {{1, "Caf\xE9"}})
-            << "Line 3: not UTF-8 text (the file may be in another encoding)";
-        QTest::newRow("too few fields") << kHeader << QByteArray("b,Name,Product\r\n")
-                                        << "Line 3: 3 fields where the header has 24";
-        QTest::newRow("quote left open")
-            << kHeader << Line("b", {{1, "\"open"}}) << "Line 3: a quoted field is never closed";
-        QTest::newRow("text after a closing quote")
-            << kHeader << Line("b", {{1, "\"Name\"x"}})
-            << "Line 3: text follows the closing quote of field 2";
-        QTest::newRow("impossible date")
-            << kHeader << Line("b", {{14, "2024-02-30"}})
-            << "Line 3: DateSent \"2024-02-30\" is not a date (yyyy-mm-dd)";
-        QTest::newRow("date not ISO")
-            << kHeader << Line("b", {{8, "11/23/2026"}})
-            << "Line 3: ExpDate \"11/23/2026\" is not a date (yyyy-mm-dd)";
-        QTest::newRow("amount with a sign")
-            << kHeader << Line("b", {{7, "$12.50"}, {20, "maybe"}})
-            << "Line 3: PurchasePrice \"$12.50\" is not an amount (a plain decimal such as "
-               "12.50); Rejected \"maybe\" is not True or False";
-        QTest::newRow("amount too large")
-            << kHeader << Line("b", {{11, "922337203685477.5808"}})
-            << "Line 3: RebateAmount \"922337203685477.5808\" is too large an amount";
-        QTest::newRow("no RebateID") << kHeader << Line("") << "Line 3: no RebateID";
-        QTest::newRow("RebateID twice")
-            << kHeader << Line("good") << "Line 3: RebateID \"good\" again (first on line 2)";
-        QTest::newRow("RebateID in the store")
-            << kHeader << Line("stored")
-            << "Line 3: RebateID \"stored\" is already in the database; the record there is kept";
+        const auto bad = [](const char* name, const QByteArray& line, const char* report) {
+            QTest::newRow(name) << kHeader << line << QString(report);
+        };
+        bad("other encoding", Line("b", {{1, "Caf\xE9"}}),
+            "Line 3: not UTF-8 text (the file may be in another encoding)");
+        bad("too few fields", QByteArray("b,Name,Product\r\n"),
+            "Line 3: 3 fields where the header has 24");
+        bad("quote left open", Line("b", {{1, "\"open"}}),
+            "Line 3: a quoted field is never closed");
+        bad("text after a closing quote", Line("b", {{1, "\"Name\"x"}}),
+            "Line 3: text follows the closing quote of field 2");
+        bad("impossible date", Line("b", {{14, "2024-02-30"}}),
+            "Line 3: DateSent \"2024-02-30\" is not a date (yyyy-mm-dd)");
+        bad("date not ISO", Line("b", {{8, "11/23/2026"}}),
+            "Line 3: ExpDate \"11/23/2026\" is not a date (yyyy-mm-dd)");
+        bad("amount with a sign", Line("b", {{7, "$12.50"}, {20, "maybe"}}),
+            "Line 3: PurchasePrice \"$12.50\" is not an amount (a plain decimal such as 12.50); "
+            "Rejected \"maybe\" is not True or False");
+        bad("amount too large", Line("b", {{11, "922337203685477.5808"}}),
+            "Line 3: RebateAmount \"922337203685477.5808\" is too large an amount");
+        bad("no RebateID", Line(""), "Line 3: no RebateID");
+        bad("RebateID twice", Line("good"), "Line 3: RebateID \"good\" again (first on line 2)");
+        bad("RebateID in the store", Line("stored"),
+            "Line 3: RebateID \"stored\" is already in the database; the record there is kept");
         QTest::newRow("UTF-16 file")
             << QByteArray("\xff\xfe") +
                    QByteArray(reinterpret_cast<const char*>(QString::fromLatin1(kHeader).utf16()),
