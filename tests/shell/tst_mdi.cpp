@@ -268,7 +268,6 @@ private Q_SLOTS:
         row("Save, no rebate form", "Save", false, board, "", "Ready...");
         row("Save", "Save", true, rebate, "frmRebate.Save", "Saving record...");
         row("Cut, no rebate form", "Cut", false, board, "", "Ready...");
-        row("Cut", "Cut", true, rebate, "frmRebate.Cut", "Ready...");
         row("Print on the Switchboard", "Print", false, board, "frmSwitchboard.Print", "");
         row("Print, rebate form behind the Switchboard", "Print", true, board, "", "");
         row("Print on the rebate form", "Print", true, rebate, "frmRebate.Print", "");
@@ -362,9 +361,6 @@ private Q_SLOTS:
             main->mnuViewStatusBar->trigger();
             QCOMPARE(main->sbStatusBar->isVisible(), shown);
         }
-        // Not remembered.
-        main->close();
-        QCOMPARE(GetSetting(kAppTitle, "Settings", "Toolbar", "none"), QString("none"));
     }
 
     void timerEndsProgramWithoutSwitchboard() {

@@ -142,7 +142,6 @@ private Q_SLOTS:
         QVERIFY(gAppStarted);
         QVERIFY(!startedWhenLoaded);
         QCOMPARE(main->ActiveFormName(), QString("frmSwitchboard"));
-        QVERIFY(IsFormLoaded("frmSwitchboard"));
         QCOMPARE(QDir::currentPath() + "/", mFixture->ProgramDir());
         QVERIFY(mFixture->Desktop().boxes.isEmpty());
         QVERIFY(!QFile::exists(mFixture->LogPath()));
@@ -275,8 +274,7 @@ private Q_SLOTS:
         second.start(VANTRY_EXECUTABLE, {});
         QVERIFY(second.waitForFinished(10000));
         QVERIFY2(clock.elapsed() < TimeLimit(3000), qPrintable(QString::number(clock.elapsed())));
-        QCOMPARE(second.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(second.exitCode(), 0);
+        QVERIFY(second.exitStatus() == QProcess::NormalExit && second.exitCode() == 0);
         QCOMPARE(first.state(), QProcess::Running);
         QVERIFY(!QFile::exists(mFixture->LogPath()));
         QCOMPARE(QFileInfo(mFixture->DatabasePath()).lastModified(), databaseTime);
