@@ -16,31 +16,28 @@ namespace {
 // The desktop's dark theme as Fusion draws it: light text on dark grounds.
 QPalette DarkPalette() {
     QPalette dark;
-    dark.setColor(QPalette::Window, QColor(45, 45, 48));
-    dark.setColor(QPalette::WindowText, QColor(220, 220, 220));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        dark.setColor(role, QColor(220, 220, 220));
+    for (const auto role : {QPalette::Window, QPalette::AlternateBase})
+        dark.setColor(role, QColor(45, 45, 48));
     dark.setColor(QPalette::Base, QColor(30, 30, 30));
-    dark.setColor(QPalette::AlternateBase, QColor(45, 45, 48));
-    dark.setColor(QPalette::Text, QColor(220, 220, 220));
     dark.setColor(QPalette::Button, QColor(53, 53, 56));
-    dark.setColor(QPalette::ButtonText, QColor(220, 220, 220));
     dark.setColor(QPalette::Highlight, QColor(42, 130, 218));
     dark.setColor(QPalette::Link, QColor(90, 170, 255));
     dark.setColor(QPalette::HighlightedText, Qt::black);
     return dark;
 }
 
-double Luminance(const QColor& colour) {
-    const auto channel = [](double c) {
-        return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * channel(colour.redF()) + 0.7152 * channel(colour.greenF()) +
-           0.0722 * channel(colour.blueF());
-}
-
 // The contrast ratio of two colours, from 1 (none) to 21 (black on white).
 double Contrast(const QColor& a, const QColor& b) {
-    const double la = Luminance(a);
-    const double lb = Luminance(b);
+    const auto luminance = [](const QColor& colour) {
+        const auto channel = [](double c) {
+            return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * channel(colour.redF()) + 0.7152 * channel(colour.greenF()) +
+               0.0722 * channel(colour.blueF());
+    };
+    const double la = luminance(a), lb = luminance(b);
     return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
 }
 
@@ -73,9 +70,8 @@ private Q_SLOTS:
         QVERIFY(sheet);
         const QColor paper = sheet->palette().color(QPalette::Window);
         QCOMPARE(paper, QColor(Qt::white));
-        const QList<QLabel*> labels = sheet->findChildren<QLabel*>();
         int texts = 0;
-        for (const QLabel* label : labels) {
+        for (const QLabel* label : sheet->findChildren<QLabel*>()) {
             if (label->text().isEmpty())
                 continue;
             ++texts;
@@ -95,9 +91,7 @@ private Q_SLOTS:
     void helpPage() {
         HelpWindow help;
         help.ShowContents();
-        auto* page = help.findChild<QTextBrowser*>("txtTopic");
-        QVERIFY(page);
-        const QPalette palette = page->palette();
+        const QPalette palette = help.findChild<QTextBrowser*>("txtTopic")->palette();
         // The pages' headings and links are dark blue: they keep a light page.
         for (const QColor ink :
              {palette.color(QPalette::Text), QColor(0x1F, 0x3A, 0x5F), QColor(0x2F, 0x6F, 0xB3)})

@@ -1,4 +1,5 @@
 #include "Fixture.h"
+#include "Modal.h"
 #include "app/cLogErr.h"
 #include "common/core/Globals.h"
 #include "common/core/Settings.h"
@@ -16,7 +17,6 @@
 
 #include <QCloseEvent>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -24,11 +24,9 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QTest>
-#include <QTimer>
 #include <QToolButton>
 
-// Stand-ins for the Switchboard and the rebate form: they answer to the names and commands
-// the main window reaches by name, and record what reached them.
+// Stand-ins for the Switchboard and the rebate form, recording the commands that reach them.
 class FakeForm : public QWidget, public MdiChild, public RecordForm {
     Q_OBJECT
 public:
@@ -43,10 +41,8 @@ public:
         mMenu->setObjectName("mnuRecord");
     }
     QList<QMenu*> Menus() const override { return {mMenu}; }
-    QString mRebateID;
     bool mRefuseClose = false;
 
-    // The rebate form takes the record commands; the Switchboard only Print.
     bool CanSave() const override { return objectName() == "frmRebate"; }
     bool CanDelete() const override { return CanSave(); }
     bool CanCut() const override { return CanSave(); }
@@ -60,7 +56,7 @@ public:
     void Copy() override { Record("Copy"); }
     void Paste() override { Record("Paste"); }
     bool RecordChanged() const override { return false; }
-    QString RebateID() const override { return mRebateID; }
+    QString RebateID() const override { return {}; }
     void Unload() override {}
     void ZOrder() override {}
 
@@ -75,6 +71,18 @@ private:
     QStringList* mCalls;
     QMenu* mMenu;
 };
+
+namespace {
+const char* const kPlaces[] = {"MainLeft", "MainTop", "MainWidth", "MainHeight"};
+
+QString Entries(const QWidget* menu) {
+    QStringList texts;
+    for (const QAction* entry : menu->actions())
+        if (!entry->isSeparator())
+            texts << entry->text();
+    return texts.join('|');
+}
+} // namespace
 
 class tst_mdi : public QObject {
     Q_OBJECT
@@ -98,28 +106,14 @@ private Q_SLOTS:
     }
 
     void toolbarTable() {
-        // By index: key | description | tool tip; "" for a separator.
-        const QStringList expected{"Exit | Exit Vantry! Vantry! | Exit Vantry! Vantry!",
-                                   "",
-                                   "Save | Save Record | Save Record",
-                                   "Print | Print | Print record",
-                                   "",
-                                   "Delete | Delete Record(s) | Delete Record",
-                                   "",
-                                   "Cut | Cut | Cut",
-                                   "Copy | Copy | Copy",
-                                   "Paste | Paste | Paste",
-                                   "",
-                                   "Calc | Calculator | Calculator",
-                                   "Dialer | Autodialer | Telephone Dialer",
-                                   "",
-                                   "Options | Options | Options",
-                                   "",
-                                   "Web | KVX Web Page | KVX Web Page",
-                                   "",
-                                   "Tip | Tip of the Day | Tip of the Day",
-                                   "Help | Help | Help",
-                                   "TCR | TCR | Visit Thrift Courier on the web"};
+        // By index: key|description|tool tip, separated by ";"; "" for a separator.
+        const QString expected =
+            "Exit|Exit Vantry! Vantry!|Exit Vantry! Vantry!;;Save|Save Record|Save Record;"
+            "Print|Print|Print record;;Delete|Delete Record(s)|Delete Record;;Cut|Cut|Cut;"
+            "Copy|Copy|Copy;Paste|Paste|Paste;;Calc|Calculator|Calculator;"
+            "Dialer|Autodialer|Telephone Dialer;;Options|Options|Options;;"
+            "Web|KVX Web Page|KVX Web Page;;Tip|Tip of the Day|Tip of the Day;Help|Help|Help;"
+            "TCR|TCR|Visit Thrift Courier on the web";
         frmMDI* main = MakeMain();
         QCOMPARE(main->windowTitle(), QString("Vantry! Vantry!"));
         QStringList shown;
@@ -131,7 +125,7 @@ private Q_SLOTS:
                 continue;
             }
             const QString key = button.Key();
-            shown << QStringList{key, button.Description(), button.ToolTipText()}.join(" | ");
+            shown << QStringList{key, button.Description(), button.ToolTipText()}.join("|");
             QToolButton* widget = main->findChild<QToolButton*>(key);
             QVERIFY2(widget && widget->isVisible(), qPrintable(key));
             QCOMPARE(widget->accessibleName(), button.Description());
@@ -140,17 +134,21 @@ private Q_SLOTS:
                                           &main->imlToolbarLarge, &main->imlToolbarSmall})
                 QVERIFY2(!list->Picture(key).isNull(), qPrintable(key));
         }
-        QCOMPARE(shown, expected);
+        QCOMPARE(shown.join(";"), expected);
     }
 
-    void settingsAtLoad_data() {
+    // The toolbar as the settings left it, and as the pop-up leaves it at the close; the frame's
+    // place is written unless it closes minimised.
+    void toolbarSettings_data() {
         QTest::addColumn<QString>("size");
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("iconSize");
         QTest::addColumn<QString>("caption");
+        QTest::addColumn<bool>("minimised");
         const auto row = [](const char* name, const char* size, const char* text, int iconSize,
-                            const char* caption) {
-            QTest::newRow(name) << QString(size) << QString(text) << iconSize << QString(caption);
+                            const char* caption, bool minimised = false) {
+            QTest::newRow(name) << QString(size) << QString(text) << iconSize << QString(caption)
+                                << minimised;
         };
         row("first start", "", "", 32, "Exit");
         row("large, text", "Large", "1", 32, "Exit");
@@ -158,13 +156,17 @@ private Q_SLOTS:
         row("anything else is small", "large", "True", 16, "Exit");
         row("text False", "Large", "False", 32, "");
         row("text not a Boolean", "Large", "maybe", 32, "Exit");
+        row("minimised", "Small", "1", 16, "Exit", true);
     }
 
-    void settingsAtLoad() {
+    void toolbarSettings() {
         QFETCH(QString, size);
         QFETCH(QString, text);
         QFETCH(int, iconSize);
         QFETCH(QString, caption);
+        QFETCH(bool, minimised);
+        for (const char* key : kPlaces)
+            SaveSetting(kAppTitle, "Settings", key, "untouched");
         if (!size.isEmpty())
             SaveSetting(kAppTitle, "Settings", "MDI Toolbar", size);
         if (!text.isEmpty())
@@ -178,85 +180,43 @@ private Q_SLOTS:
         QCOMPARE(main->tbToolBar->Buttons("TCR").Caption(), caption.isEmpty() ? "" : "TCR");
         QCOMPARE(main->findChild<QToolButton*>("TCR")->toolButtonStyle(),
                  caption.isEmpty() ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextUnderIcon);
-    }
 
-    void toolbarPopup() {
-        frmMDI* main = MakeMain();
-        QToolButton* exit = main->findChild<QToolButton*>("Exit");
-        // "Text" from the pop-up: captions off; "Small Buttons": small pictures.
-        main->mnuTbPopupText->trigger();
-        QCOMPARE(main->tbToolBar->Buttons(1).Caption(), QString());
-        main->mnuTbPopupSmall->trigger();
-        QCOMPARE(main->tbToolBar->iconSize(), QSize(16, 16));
-        QVERIFY(!main->mnuTbPopupLarge->isChecked());
-        QTest::mouseClick(exit, Qt::RightButton);
-        QTRY_VERIFY(main->mnuTbPopup->isVisible());
-        QVERIFY(!main->mnuTbPopupText->isChecked());
-        main->mnuTbPopup->close();
-        // Choosing the size that is already chosen keeps it chosen.
-        main->mnuTbPopupSmall->trigger();
-        QVERIFY(main->mnuTbPopupSmall->isChecked());
-        QCOMPARE(main->tbToolBar->iconSize(), QSize(16, 16));
-        // The left button on a button is a click, never the pop-up: Calc opens the calculator.
-        QString opened;
-        QTimer::singleShot(0, main, [&opened] {
-            if (QWidget* dialog = QApplication::activeModalWidget()) {
-                opened = dialog->objectName();
-                dialog->close();
-            }
-        });
-        QTest::mouseClick(main->findChild<QToolButton*>("Calc"), Qt::LeftButton);
-        QCOMPARE(opened, QString("frmCalculator"));
-        QVERIFY(!main->mnuTbPopup->isVisible());
-    }
-
-    void settingsAtClose_data() {
-        QTest::addColumn<bool>("minimised");
-        QTest::addColumn<bool>("large");
-        QTest::addColumn<bool>("text");
-        QTest::newRow("normal, large, text") << false << true << true;
-        QTest::newRow("normal, small, no text") << false << false << false;
-        QTest::newRow("minimised") << true << false << true;
-    }
-
-    void settingsAtClose() {
-        QFETCH(bool, minimised);
-        QFETCH(bool, large);
-        QFETCH(bool, text);
-        for (const char* key : {"MainLeft", "MainTop", "MainWidth", "MainHeight"})
-            SaveSetting(kAppTitle, "Settings", key, "untouched");
-        frmMDI* main = MakeMain();
         main->setGeometry(40, 30, 800, 600);
         const QRect frame = main->frameGeometry();
-        large ? main->mnuTbPopupLarge_Click() : main->mnuTbPopupSmall_Click();
-        if (main->mnuTbPopupText->isChecked() != text)
-            main->mnuTbPopupText_Click();
+        main->mnuTbPopupText->trigger();
         if (minimised) {
             main->showMinimized();
             QTRY_VERIFY(main->isMinimized());
         }
         QVERIFY(main->close());
         QCOMPARE(mEnded, 1);
-
         const auto setting = [](const char* key) {
             return GetSetting(kAppTitle, "Settings", key, "missing");
         };
-        QCOMPARE(setting("MDI Toolbar"), QString(large ? "Large" : "Small"));
-        QCOMPARE(setting("MDI Toolbar Text"), QString(text ? "1" : "0"));
-        if (minimised) {
-            for (const char* key : {"MainLeft", "MainTop", "MainWidth", "MainHeight"})
-                QCOMPARE(setting(key), QString("untouched"));
-        } else {
-            QCOMPARE(setting("MainLeft"), QString::number(frame.x() * 15));
-            QCOMPARE(setting("MainTop"), QString::number(frame.y() * 15));
-            QCOMPARE(setting("MainWidth"), QString::number(frame.width() * 15));
-            QCOMPARE(setting("MainHeight"), QString::number(frame.height() * 15));
-        }
+        QCOMPARE(setting("MDI Toolbar"), QString(iconSize == 32 ? "Large" : "Small"));
+        QCOMPARE(setting("MDI Toolbar Text"), QString(caption.isEmpty() ? "1" : "0"));
+        const int twips[] = {frame.x(), frame.y(), frame.width(), frame.height()};
+        for (int i = 0; i < 4; ++i)
+            QCOMPARE(setting(kPlaces[i]), minimised ? "untouched" : QString::number(twips[i] * 15));
+    }
 
-        // The next start reads the toolbar back (and nothing reads the position).
-        frmMDI* again = MakeMain();
-        QCOMPARE(again->tbToolBar->iconSize().width(), large ? 32 : 16);
-        QCOMPARE(again->tbToolBar->Buttons(1).Caption(), QString(text ? "Exit" : ""));
+    void toolbarPopup() {
+        frmMDI* main = MakeMain();
+        // Choosing the size that is already chosen keeps it chosen.
+        for (int i = 0; i < 2; ++i) {
+            main->mnuTbPopupSmall->trigger();
+            QVERIFY(main->mnuTbPopupSmall->isChecked() && !main->mnuTbPopupLarge->isChecked());
+            QCOMPARE(main->tbToolBar->iconSize(), QSize(16, 16));
+        }
+        QTest::mouseClick(main->findChild<QToolButton*>("Exit"), Qt::RightButton);
+        QTRY_VERIFY(main->mnuTbPopup->isVisible());
+        main->mnuTbPopup->close();
+        // The left button on a button is a click, never the pop-up: Calc opens the calculator.
+        bool opened = false;
+        WhileModal("frmCalculator", &opened, [](QWidget*) {});
+        QTest::mouseClick(main->findChild<QToolButton*>("Calc"), Qt::LeftButton);
+        QVERIFY(opened);
+        QVERIFY(!main->mnuTbPopup->isVisible());
     }
 
     void childMayKeepProgramOpen() {
@@ -282,13 +242,12 @@ private Q_SLOTS:
     void webButtons() {
         frmMDI* main = MakeMain();
         gTCRLink = kTCRLink;
-        QTest::mouseClick(main->findChild<QToolButton*>("Web"), Qt::LeftButton);
-        QCOMPARE(mFixture->Desktop().openedDocuments, QStringList{kProductWebSite});
-        QCOMPARE(main->sbStatusBar->PanelText(3), QString("Opening web browser..."));
-        SetStatusText("Ready...");
-        QTest::mouseClick(main->findChild<QToolButton*>("TCR"), Qt::LeftButton);
+        for (const char* key : {"Web", "TCR"}) {
+            SetStatusText("Ready...");
+            QTest::mouseClick(main->findChild<QToolButton*>(key), Qt::LeftButton);
+            QCOMPARE(main->sbStatusBar->PanelText(3), QString("Opening web browser..."));
+        }
         QCOMPARE(mFixture->Desktop().openedDocuments, (QStringList{kProductWebSite, kTCRLink}));
-        QCOMPARE(main->sbStatusBar->PanelText(3), QString("Opening web browser..."));
         QVERIFY(mFixture->Desktop().boxes.isEmpty());
     }
 
@@ -309,7 +268,6 @@ private Q_SLOTS:
         row("Save, no rebate form", "Save", false, board, "", "Ready...");
         row("Save", "Save", true, rebate, "frmRebate.Save", "Saving record...");
         row("Cut, no rebate form", "Cut", false, board, "", "Ready...");
-        row("Cut", "Cut", true, rebate, "frmRebate.Cut", "Ready...");
         row("Print on the Switchboard", "Print", false, board, "frmSwitchboard.Print", "");
         row("Print, rebate form behind the Switchboard", "Print", true, board, "", "");
         row("Print on the rebate form", "Print", true, rebate, "frmRebate.Print", "");
@@ -344,24 +302,16 @@ private Q_SLOTS:
         main->mnuHelpContents->trigger();
         main->mnuSearchForHelpOn->trigger();
         QTest::mouseClick(main->findChild<QToolButton*>("Help"), Qt::LeftButton);
-        const auto& boxes = mFixture->Desktop().boxes;
-        QCOMPARE(boxes.size(), 3);
-        for (const auto& shown : boxes) {
-            QCOMPARE(shown.prompt, noHelp);
-            QCOMPARE(shown.style, 64);
-            QCOMPARE(shown.title, QString("Vantry! Vantry!"));
-        }
+        QCOMPARE(mFixture->Desktop().Shown(), QStringList(3, "Vantry! Vantry! | 64 | " + noHelp));
         QVERIFY(!Help::Window());
 
         App::SetHelpFile(mFixture->ProgramDir() + "vantry.hlp");
         QTest::mouseClick(main->findChild<QToolButton*>("Help"), Qt::LeftButton);
-        QVERIFY(Help::Window());
-        QVERIFY(Help::Window()->isVisible());
+        QVERIFY(Help::Window() && Help::Window()->isVisible());
         QCOMPARE(Help::Window()->CurrentTopic(), 0);
         main->mnuSearchForHelpOn->trigger();
         QTRY_COMPARE(QApplication::focusWidget(), Help::Window()->findChild<QWidget*>("txtSearch"));
-        QCOMPARE(boxes.size(), 3);
-
+        QCOMPARE(mFixture->Desktop().boxes.size(), 3);
         // Closing the main window closes the help too.
         main->close();
         QVERIFY(!Help::Window());
@@ -381,59 +331,41 @@ private Q_SLOTS:
         QVERIFY(main->mnuViewStatusBar->isChecked()); // F1 doesn't run the entry
     }
 
+    // A child's menus stand in for the frame's; a child without menus shows the frame's, and the
+    // Window menu lists the open children.
     void childMenus() {
         frmMDI* main = MakeMain();
-        const auto titles = [main] {
-            QStringList shown;
-            for (QAction* entry : main->menuBar()->actions())
-                shown.append(entry->text());
-            return shown;
-        };
-        QCOMPARE(titles(), (QStringList{"&File", "&View", "&Window", "&Help"}));
+        QCOMPARE(Entries(main->menuBar()), QString("&File|&View|&Window|&Help"));
         AddForm("frmSwitchboard");
-        QCOMPARE(titles(), QStringList{"&Record"});
-        // A child without menus of its own shows the frame's.
+        QCOMPARE(Entries(main->menuBar()), QString("&Record"));
         auto* plain = new QWidget;
         plain->setWindowTitle("Plain");
         QMdiSubWindow* sub = main->AddChild(plain);
-        QCOMPARE(main->AddChild(plain), sub);
         sub->show();
         main->mdiArea->setActiveSubWindow(sub);
-        QCOMPARE(titles(), (QStringList{"&File", "&View", "&Window", "&Help"}));
-
-        // The Window menu lists the open children.
+        QCOMPARE(Entries(main->menuBar()), QString("&File|&View|&Window|&Help"));
         main->mnuWindow->popup(main->mapToGlobal(QPoint(0, 0)));
         QTRY_VERIFY(main->mnuWindow->isVisible());
-        QStringList entries;
-        for (QAction* entry : main->mnuWindow->actions())
-            if (!entry->isSeparator())
-                entries.append(entry->text());
+        QCOMPARE(
+            Entries(main->mnuWindow),
+            QString("Tile &Horizontally|Tile &Vertically|&Cascade|&1 frmSwitchboard|&2 Plain"));
         main->mnuWindow->close();
-        QCOMPARE(entries, (QStringList{"Tile &Horizontally", "Tile &Vertically", "&Cascade",
-                                       "&1 frmSwitchboard", "&2 Plain"}));
     }
 
     void viewMenu() {
         frmMDI* main = MakeMain();
-        main->mnuViewToolbar_Click();
-        QVERIFY(!main->mnuViewToolbar->isChecked());
-        QVERIFY(!main->tbToolBar->isVisible());
-        main->mnuViewToolbar->trigger();
-        QVERIFY(main->mnuViewToolbar->isChecked());
-        QVERIFY(main->tbToolBar->isVisible());
-        main->mnuViewStatusBar->trigger();
-        QVERIFY(!main->sbStatusBar->isVisible());
-        main->mnuViewStatusBar_Click();
-        QVERIFY(main->sbStatusBar->isVisible());
-        // Not remembered.
-        main->close();
-        QCOMPARE(GetSetting(kAppTitle, "Settings", "Toolbar", "none"), QString("none"));
+        for (bool shown : {false, true}) {
+            main->mnuViewToolbar->trigger();
+            QCOMPARE(main->mnuViewToolbar->isChecked(), shown);
+            QCOMPARE(main->tbToolBar->isVisible(), shown);
+            main->mnuViewStatusBar->trigger();
+            QCOMPARE(main->sbStatusBar->isVisible(), shown);
+        }
     }
 
     void timerEndsProgramWithoutSwitchboard() {
         frmMDI* main = MakeMain();
         FakeForm* switchboard = AddForm("frmSwitchboard");
-        QVERIFY(!main->MDITimer->isActive());
         main->MDITimer->start();
         QTest::qWait(700);
         QCOMPARE(mEnded, 0); // the Switchboard is still there
@@ -484,7 +416,6 @@ private Q_SLOTS:
             QTRY_COMPARE(QApplication::focusWidget(), otherButton);
         } else {
             QWidget* target = main->findChild<QWidget*>(focus);
-            QVERIFY(target);
             target->setFocusPolicy(Qt::StrongFocus);
             target->setFocus();
             QTRY_COMPARE(QApplication::focusWidget(), target);
