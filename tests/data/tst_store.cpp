@@ -83,13 +83,12 @@ private Q_SLOTS:
         QStringList columns;
         for (int i = 0; i < rs->FieldCount(); ++i)
             columns.append(rs->FieldName(i));
-        const QStringList expected{
-            "RebateID",       "RebateName",     "Address",           "PhoneNumber",
-            "Email",          "WebSite",        "ProductName",       "PurchasePrice",
-            "ExpDate",        "DatePurchased",  "LocationPurchased", "RebateAmount",
-            "PostagePrice",   "CouponAmount",   "DateSent",          "DateDue",
-            "AmountReceived", "FollowupDate",   "FollowupPostage",   "DateReceived",
-            "Rejected",       "ReasonRejected", "Deleted",           "Remarks"};
+        const QStringList expected =
+            QString("RebateID,RebateName,Address,PhoneNumber,Email,WebSite,ProductName,"
+                    "PurchasePrice,ExpDate,DatePurchased,LocationPurchased,RebateAmount,"
+                    "PostagePrice,CouponAmount,DateSent,DateDue,AmountReceived,FollowupDate,"
+                    "FollowupPostage,DateReceived,Rejected,ReasonRejected,Deleted,Remarks")
+                .split(',');
         QCOMPARE(columns, expected);
         QCOMPARE(keys, QStringList{"RebateID"});
         QVERIFY(query.exec("SELECT count(*) FROM Rebates") && query.next());
@@ -109,11 +108,8 @@ private Q_SLOTS:
         };
         row("new record", kMatchNone, {});
         row("one record", "Select * from Rebates Where RebateID = 'A'", {"A"});
-        row("lists", "SELECT * FROM Rebates WHERE NOT (((Rebates.Deleted)=True))", {"A"});
         row("list row", "SELECT * FROM Rebates WHERE (([RebateID])= 'B');", {"B"});
-        row("statistics", "SELECT * FROM Rebates WHERE (((Rebates.Deleted)=False))", {"A"});
         row("deleted", "SELECT * FROM Rebates WHERE (((Rebates.Deleted)=True))", {"B"});
-        row("report", "Select * from Rebates WHERE (([RebateID])='C')", {"C"});
         refused("unbalanced parenthesis",
                 "Select * from Rebates WHERE NOT (([Deleted])=True Order by DateSent", 3075,
                 "syntax error");
@@ -160,8 +156,6 @@ private Q_SLOTS:
         };
         const QVariant null;
         const QVariant text("Sent by \"certified\" mail; 2 UPCs");
-        row("nullable text cleared", "Email", null, null, null);
-        row("text kept empty", "Address", QString(""), "", "");
         row("text", "Remarks", text, text, text);
         row("money from double", "PurchasePrice", 129.99, qlonglong(1299900), money(1299900));
         row("money from text", "RebateAmount", "$1,234.50", qlonglong(12345000), money(12345000));
@@ -183,18 +177,16 @@ private Q_SLOTS:
         fixture.OpenDatabase();
         auto rs = gDatabase->OpenRecordset(kMatchNone);
         rs->AddNew();
-        rs->SetField("RebateID", "20261123100000");
+        rs->SetField("RebateID", "1");
         rs->SetField(column, written);
         rs->Update();
-
-        const QVariantMap raw = ReadRawRebate("20261123100000");
+        const QVariantMap raw = ReadRawRebate("1");
         QCOMPARE(raw.value(column).isNull(), stored.isNull());
         if (!stored.isNull())
             QCOMPARE(raw.value(column), stored);
 
-        auto back =
-            gDatabase->OpenRecordset("Select * from Rebates Where RebateID = '20261123100000'");
-        const QVariant value = back->Fields(column);
+        const QVariant value =
+            gDatabase->OpenRecordset("Select * from Rebates Where RebateID = '1'")->Fields(column);
         QCOMPARE(value.isNull(), read.isNull());
         if (!read.isNull()) {
             QCOMPARE(value.metaType(), read.metaType());
@@ -232,14 +224,14 @@ private Q_SLOTS:
 
     void duplicateKeyIsRefused() {
         Fixture fixture;
-        fixture.OpenDatabase({{.RebateID = "20261123100000", .RebateName = "First"}});
+        fixture.OpenDatabase({{.RebateID = "1", .RebateName = "First"}});
         auto rs = gDatabase->OpenRecordset(kMatchNone);
         rs->AddNew();
-        rs->SetField("RebateID", "20261123100000");
+        rs->SetField("RebateID", "1");
         rs->SetField("RebateName", "Second");
         QCOMPARE(ErrorOf([&] { rs->Update(); }), 3022);
         QCOMPARE(CountRebates(), 1);
-        QCOMPARE(ReadRawRebate("20261123100000").value("RebateName"), QVariant("First"));
+        QCOMPARE(ReadRawRebate("1").value("RebateName"), QVariant("First"));
     }
 
     void recordsetOutlivesItsDatabase() {

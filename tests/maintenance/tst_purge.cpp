@@ -46,42 +46,27 @@ private Q_SLOTS:
 
     // The manager's own icon rule: the first that holds wins.
     void listsDeletedRowsWithTheirIcons() {
-        mFixture->OpenDatabase({
-            {.RebateID = "1", .RebateName = "Kept"},
-            {.RebateID = "2",
-             .RebateName = "Paid",
-             .AmountReceived = 2.0,
-             .Rejected = true,
-             .Deleted = true},
-            {.RebateID = "3",
-             .RebateName = "Rej",
-             .FollowupDate = QDate(2026, 1, 1),
-             .Rejected = true,
-             .Deleted = true},
-            {.RebateID = "4",
-             .RebateName = "Fol",
-             .DateSent = QDate(2026, 1, 2),
-             .DateDue = QDate(2026, 2, 1),
-             .FollowupDate = QDate(2026, 1, 1),
-             .Deleted = true},
-            {.RebateID = "5",
-             .RebateName = "Ove",
-             .DateSent = QDate(2026, 1, 2),
-             .DateDue = QDate(2026, 11, 22),
-             .Deleted = true},
-            {.RebateID = "6", .RebateName = "Uns", .DateDue = QDate(2026, 11, 23), .Deleted = true},
-            {.RebateID = "7",
-             .RebateName = std::nullopt,
-             .ProductName = std::nullopt,
-             .DateSent = QDate(2026, 11, 1),
-             .DateDue = QDate(2026, 12, 1),
-             .Deleted = true},
-        });
+        RebateRow paid = Deleted("2", "Paid"), rej = Deleted("3", "Rej"), fol = Deleted("4", "Fol"),
+                  ove = Deleted("5", "Ove"), uns = Deleted("6", "Uns"), pen = Deleted("7", "");
+        paid.AmountReceived = 2.0;
+        paid.Rejected = rej.Rejected = true;
+        rej.FollowupDate = fol.FollowupDate = QDate(2026, 1, 1);
+        fol.DateSent = ove.DateSent = QDate(2026, 1, 2);
+        fol.DateDue = QDate(2026, 2, 1);
+        ove.DateDue = QDate(2026, 11, 22);
+        uns.DateDue = QDate(2026, 11, 23);
+        pen.RebateName = pen.ProductName = std::nullopt;
+        pen.DateSent = QDate(2026, 11, 1);
+        pen.DateDue = QDate(2026, 12, 1);
+        mFixture->OpenDatabase(
+            {{.RebateID = "1", .RebateName = "Kept"}, paid, rej, fol, ove, uns, pen});
         frmPurge form;
         QCOMPARE(form.windowTitle(), QString("Deleted Record Manager"));
-        QCOMPARE(Rows(form), (QStringList{"Paid|||2|Paid", "Rej|||3|Rejected",
-                                          "Fol||1/2/2026|4|Followup", "Ove||1/2/2026|5|Overdue",
-                                          "Uns|||6|Unsent", "||11/1/2026|7|Pending"}));
+        QCOMPARE(Rows(form),
+                 (QStringList{"Paid|Paid product||2|Paid", "Rej|Rej product||3|Rejected",
+                              "Fol|Fol product|1/2/2026|4|Followup",
+                              "Ove|Ove product|1/2/2026|5|Overdue", "Uns|Uns product||6|Unsent",
+                              "||11/1/2026|7|Pending"}));
         QCOMPARE(form.sbStatus->currentMessage(), QString("Ready..."));
         // Nothing is selected yet: the buttons keep their state until a command refills the list.
         QVERIFY(form.cmdPurge->isEnabled());
