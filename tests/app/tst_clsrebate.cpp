@@ -45,7 +45,6 @@ private Q_SLOTS:
         for (int i = 0; i < int(std::size(kBlanks)); ++i)
             QTest::newRow(kBlanks[i].column) << i;
     }
-
     void blankMemberIsStored() {
         QFETCH(int, blank);
         const QString column = kBlanks[blank].column;
@@ -102,7 +101,6 @@ private Q_SLOTS:
         QTest::newRow("form shows no key") << true << "" << false;
         QTest::newRow("form shows the key") << true << "1" << true;
     }
-
     void refreshNeedsTheFormAndAKey() {
         QFETCH(bool, formLoaded);
         QFETCH(QString, key);

@@ -63,7 +63,6 @@ private Q_SLOTS:
         QTest::newRow("empty location")
             << QVariant(QString("")) << QVariant() << QStringList{"Error Location:\t\t"};
     }
-
     void block() {
         QFETCH(QVariant, location);
         QFETCH(QVariant, control);
@@ -103,7 +102,6 @@ private Q_SLOTS:
         for (const char* saved : {"0", "False"})
             QTest::newRow(saved) << QVariant(saved) << false;
     }
-
     void loggingSetting() {
         QFETCH(QVariant, setting);
         QFETCH(bool, written);
@@ -153,15 +151,11 @@ private Q_SLOTS:
     void unwritableLog_data() {
         QTest::addColumn<QString>("log"); // "" for a folder where the log should be
         QTest::addColumn<QString>("why");
-        QTest::newRow("log is a folder") << ""
-                                         << "Path/File access error";
-        QTest::newRow("disk full") << "/dev/full"
-                                   << "Disk full";
+        QTest::newRow("log is a folder") << QString() << "Path/File access error";
+        QTest::newRow("disk full") << QString("/dev/full") << "Disk full";
         // Refused even to root, which write permissions don't bind.
-        QTest::newRow("write refused") << "/sys/kernel/notes"
-                                       << "Permission denied";
+        QTest::newRow("write refused") << QString("/sys/kernel/notes") << "Permission denied";
     }
-
     void unwritableLog() {
         QFETCH(QString, log);
         QFETCH(QString, why);

@@ -53,7 +53,6 @@ private Q_SLOTS:
         row("past due but received, never sent", {.DateDue = yesterday, .DateReceived = yesterday},
             "Unsent");
     }
-
     void statusOfRow() {
         QFETCH(RebateRow, row);
         QFETCH(QString, status);

@@ -5,7 +5,6 @@
 #include "data/Database.h"
 
 #include <QFile>
-#include <QSqlQuery>
 #include <QTest>
 #include <functional>
 
@@ -44,7 +43,6 @@ private Q_SLOTS:
         QTest::newRow("damaged header")
             << QByteArray("SQLite format 3").append(200, '\x7f') << 3049;
     }
-
     void openRefusesWhatIsNoDatabase() {
         QFETCH(QByteArray, content);
         QFETCH(int, error);
@@ -60,39 +58,15 @@ private Q_SLOTS:
         QCOMPARE(ReadFile(path), content);
     }
 
-    void openTakesAnyFileName() {
+    void reserveOpensUnderAnyFileName() {
         Fixture fixture;
         const QString path = fixture.ProgramDir() + QString::fromUtf8("Rebates #1 ?%20 café.mdb");
         QVERIFY(QFile::copy(fixture.ReservePath(), path));
         auto database = Database::Open(path);
         QCOMPARE(database->Name(), path);
+        // The empty table every new store starts from (its columns: InsertRebates, every test).
         QCOMPARE(database->OpenRecordset(kMatchNone)->FieldCount(), 24);
-    }
-
-    void reserveSchema() {
-        Fixture fixture;
-        auto reserve = Database::Open(fixture.ReservePath());
-        QSqlQuery query(reserve->Connection());
-        QVERIFY(query.exec("PRAGMA table_info(Rebates)"));
-        QStringList keys;
-        while (query.next()) {
-            if (query.value(5).toInt() > 0)
-                keys.append(query.value(1).toString());
-        }
-        auto rs = reserve->OpenRecordset(kMatchNone);
-        QStringList columns;
-        for (int i = 0; i < rs->FieldCount(); ++i)
-            columns.append(rs->FieldName(i));
-        const QStringList expected =
-            QString("RebateID,RebateName,Address,PhoneNumber,Email,WebSite,ProductName,"
-                    "PurchasePrice,ExpDate,DatePurchased,LocationPurchased,RebateAmount,"
-                    "PostagePrice,CouponAmount,DateSent,DateDue,AmountReceived,FollowupDate,"
-                    "FollowupPostage,DateReceived,Rejected,ReasonRejected,Deleted,Remarks")
-                .split(',');
-        QCOMPARE(columns, expected);
-        QCOMPARE(keys, QStringList{"RebateID"});
-        QVERIFY(query.exec("SELECT count(*) FROM Rebates") && query.next());
-        QCOMPARE(query.value(0).toInt(), 0);
+        QCOMPARE(database->OpenRecordset("Select * from Rebates")->RecordCount(), 0);
     }
 
     void queries_data() {
@@ -119,7 +93,6 @@ private Q_SLOTS:
                 "syntax error");
         refused("missing table", "Select * from Claims", 3078, "no such table: Claims");
     }
-
     void queries() {
         QFETCH(QString, sql);
         QFETCH(QStringList, keys);
@@ -167,7 +140,6 @@ private Q_SLOTS:
         row("Boolean true", "Rejected", true, qlonglong(1), true);
         row("Boolean from number", "Deleted", 0, qlonglong(0), false);
     }
-
     void valuesRoundTrip() {
         QFETCH(QString, column);
         QFETCH(QVariant, written);
@@ -201,7 +173,6 @@ private Q_SLOTS:
         QTest::newRow("money") << "PurchasePrice" << QVariant("twelve dollars");
         QTest::newRow("Boolean") << "Rejected" << QVariant("perhaps");
     }
-
     void unconvertibleValueChangesNothing() {
         QFETCH(QString, column);
         QFETCH(QVariant, value);
@@ -210,16 +181,14 @@ private Q_SLOTS:
             {{.RebateID = "A", .PurchasePrice = 10.0, .DateSent = QDate(2026, 11, 1)}});
         auto rs = gDatabase->OpenRecordset("Select * from Rebates Where RebateID = 'A'");
         const QVariant before = rs->Fields(column);
-        const QVariantMap rawBefore = ReadRawRebate("A");
+        QVariantMap expected = ReadRawRebate("A");
+        expected["Remarks"] = "still editing";
         rs->Edit();
         QCOMPARE(ErrorOf([&] { rs->SetField(column, value); }), 13);
         QCOMPARE(rs->Fields(column), before);
         rs->SetField("Remarks", "still editing");
         rs->Update();
-        QVariantMap rawAfter = ReadRawRebate("A");
-        QCOMPARE(rawAfter.take("Remarks"), QVariant("still editing"));
-        rawAfter.insert("Remarks", rawBefore.value("Remarks"));
-        QCOMPARE(rawAfter, rawBefore);
+        QCOMPARE(ReadRawRebate("A"), expected);
     }
 
     void duplicateKeyIsRefused() {

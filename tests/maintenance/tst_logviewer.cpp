@@ -73,23 +73,16 @@ private Q_SLOTS:
         QCOMPARE(QApplication::focusWidget(), options.cmdViewLog);
     }
 
-    void purgeAsksFirst_data() {
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<bool>("gone");
-        QTest::newRow("yes") << int(vb::vbYes) << true;
-        QTest::newRow("no") << int(vb::vbNo) << false;
-    }
+    // The question and a "no": tst_errorlog's purge.
     void purgeAsksFirst() {
-        QFETCH(int, answer);
-        QFETCH(bool, gone);
         WriteLog(mFixture->LogPath(), "an entry\r\n");
         frmLogViewer viewer;
         viewer.ShowLog("an entry");
-        mFixture->Desktop().SetNextAnswer(answer);
+        mFixture->Desktop().SetNextAnswer(vb::vbYes);
         QTest::mouseClick(viewer.cmdPurge, Qt::LeftButton);
         QCOMPARE(mFixture->Desktop().boxes.first().title, QString("Preparing to Delete Error Log"));
-        QCOMPARE(QFile::exists(mFixture->LogPath()), !gone);
-        QCOMPARE(viewer.txtLog->toPlainText().isEmpty(), gone);
+        QVERIFY(!QFile::exists(mFixture->LogPath()));
+        QVERIFY(viewer.txtLog->toPlainText().isEmpty());
     }
 
     void mailsTheFileAsItIsNow_data() {
