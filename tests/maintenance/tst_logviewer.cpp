@@ -40,9 +40,8 @@ private Q_SLOTS:
             WriteLog(mFixture->LogPath(), {});
         frmOptions options;
         options.cmdViewLog_Click();
-        QCOMPARE(mFixture->Desktop().boxes.size(), 1);
-        QCOMPARE(mFixture->Desktop().boxes.first().title, QString("No Results"));
-        QCOMPARE(mFixture->Desktop().boxes.first().prompt, QString("No logged errors found."));
+        QCOMPARE(mFixture->Desktop().Shown(),
+                 QStringList{"No Results | 64 | No logged errors found."});
         QCOMPARE(StatusText(), QString("No error log found..."));
         QVERIFY(QFile::exists(mFixture->LogPath()));
         QCOMPARE(QFileInfo(mFixture->LogPath()).size(), 0);

@@ -117,16 +117,11 @@ private Q_SLOTS:
         QTest::mouseClick(options.cmdOK, Qt::LeftButton);
         QCOMPARE(options.Postage->text(), shown);
         QCOMPARE(options.isVisible(), refused);
-        if (refused) {
-            QCOMPARE(mFixture->Desktop().boxes.size(), 1);
-            const auto& box = mFixture->Desktop().boxes.first();
-            QCOMPARE(box.title, QString("Invalid Amount"));
-            QCOMPARE(box.prompt, QString("Please enter a valid postage amount."));
-            QCOMPARE(box.style, 0);
+        QCOMPARE(mFixture->Desktop().Shown(),
+                 refused ? QStringList{"Invalid Amount | 0 | Please enter a valid postage amount."}
+                         : QStringList());
+        if (refused)
             QCOMPARE(options.focusWidget(), options.Postage);
-        } else {
-            QVERIFY(mFixture->Desktop().boxes.isEmpty());
-        }
         QCOMPARE(ReadSetting(Setting::Postage), stored);
     }
 

@@ -55,7 +55,8 @@ private Q_SLOTS:
         fol.DateDue = QDate(2026, 2, 1);
         ove.DateDue = QDate(2026, 11, 22);
         uns.DateDue = QDate(2026, 11, 23);
-        pen.RebateName = pen.ProductName = std::nullopt;
+        pen.RebateName = std::nullopt;
+        pen.ProductName = std::nullopt;
         pen.DateSent = QDate(2026, 11, 1);
         pen.DateDue = QDate(2026, 12, 1);
         mFixture->OpenDatabase(
@@ -87,19 +88,21 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("selected");
         QTest::addColumn<QStringList>("left");    // still deleted
         QTest::addColumn<QStringList>("present"); // rows of the table
-        const QStringList all{"1", "2", "3", "9"};
-        QTest::newRow("recover one")
-            << false << int(vb::vbYes) << QStringList{"2"} << QStringList{"1", "3"} << all;
-        QTest::newRow("recover many")
-            << false << int(vb::vbYes) << QStringList{"1", "3"} << QStringList{"2"} << all;
-        QTest::newRow("purge many") << true << int(vb::vbYes) << QStringList{"1", "2"}
-                                    << QStringList{"3"} << QStringList{"3", "9"};
-        QTest::newRow("purge all") << true << int(vb::vbYes) << QStringList{"1", "2", "3"}
-                                   << QStringList{} << QStringList{"9"};
-        QTest::newRow("no keeps all") << true << int(vb::vbNo) << QStringList{"1", "2", "3"}
-                                      << QStringList{"1", "2", "3"} << all;
-        QTest::newRow("nothing selected")
-            << true << int(vb::vbYes) << QStringList{} << QStringList{"1", "2", "3"} << all;
+        // Keys as "1 2"; a "no" answer is the keys left as they were.
+        const auto row = [](const char* name, bool purge, bool yes, const char* selected,
+                            const char* left, const char* present) {
+            const auto keys = [](const char* text) {
+                return QString(text).split(' ', Qt::SkipEmptyParts);
+            };
+            QTest::newRow(name) << purge << int(yes ? vb::vbYes : vb::vbNo) << keys(selected)
+                                << keys(left) << keys(present);
+        };
+        row("recover one", false, true, "2", "1 3", "1 2 3 9");
+        row("recover many", false, true, "1 3", "2", "1 2 3 9");
+        row("purge many", true, true, "1 2", "3", "3 9");
+        row("purge all", true, true, "1 2 3", "", "9");
+        row("no keeps all", true, false, "1 2 3", "1 2 3", "1 2 3 9");
+        row("nothing selected", true, true, "", "1 2 3", "1 2 3 9");
     }
     void commands() {
         QFETCH(bool, purge);
