@@ -55,14 +55,21 @@ private Q_SLOTS:
         QCOMPARE(raw.value("PurchasePrice"), QVariant(qlonglong(1299900)));
     }
 
-    // Null columns read as blanks; a change goes back to the selected row.
+    // The selected row's values, Null columns as blanks; a change goes back to the row.
     void readsTheSelectedRow() {
         Fixture fixture;
-        fixture.OpenDatabase({{.RebateID = "2",
+        fixture.OpenDatabase({kFilled,
+                              {.RebateID = "2",
                                .RebateName = std::nullopt,
                                .PurchasePrice = std::nullopt,
                                .Rejected = std::nullopt,
                                .Deleted = std::nullopt}});
+        SelectRow(kFilled.RebateID);
+        clsRebate filled;
+        QCOMPARE(filled.RebateName(), QString("Printer Rebate"));
+        QCOMPARE(filled.Email(), QString("rebates@maker.example"));
+        QCOMPARE(filled.PurchasePrice(), 129.99);
+        QCOMPARE(filled.DateSent(), QString("11/5/2026"));
         SelectRow("2");
         clsRebate nulls;
         QCOMPARE(nulls.RebateName(), QString(""));

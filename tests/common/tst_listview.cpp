@@ -2,6 +2,7 @@
 #include "common/ui/ListView.h"
 
 #include <QElapsedTimer>
+#include <QHeaderView>
 #include <QTest>
 #include <QTreeView>
 #include <numeric>
@@ -137,6 +138,24 @@ private Q_SLOTS:
         QTRY_VERIFY(shown->isSelected(shown->model()->index(1, 0)));
         QVERIFY(!shown->isSelected(shown->model()->index(0, 0)));
         QVERIFY(shown->isSelected(shown->model()->index(199999, 0)));
+    }
+
+    // Widths in twips are shown at 15 twips a pixel (the Switchboard's fractions of the list's
+    // width: tst_switchboard's sizeListColumns).
+    void columnWidths() {
+        ListView lv;
+        lv.SetView(ListView::lvwReport);
+        lv.ColumnHeaders().Add("Rebate", 1500);
+        lv.ColumnHeaders().Add("RebateID", 0);
+        lv.resize(500, 200);
+        lv.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&lv));
+        auto* header = lv.findChild<QTreeView*>()->header();
+        QCOMPARE(header->sectionSize(0), 100);
+        QCOMPARE(header->sectionSize(1), 0);
+        lv.ColumnHeaders().Item(1)->SetWidthTwips(1200);
+        QCOMPARE(header->sectionSize(0), 80);
+        QCOMPARE(lv.WidthTwips(), 500 * 15);
     }
 
     void removeRows() {

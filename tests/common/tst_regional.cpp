@@ -35,6 +35,7 @@ private Q_SLOTS:
         QTest::newRow("iso invalid") << "2026-02-30" << none;
         QTest::newRow("month abbreviation") << "Mar 5 2026" << QDate(2026, 3, 5);
         QTest::newRow("d month yyyy") << "5 March 2026" << QDate(2026, 3, 5);
+        QTest::newRow("name in lower case") << "december 31, 1999" << QDate(1999, 12, 31);
         QTest::newRow("Sept") << "Sept 1, 2026" << QDate(2026, 9, 1);
         QTest::newRow("month and year") << "March 2026" << QDate(2026, 3, 1);
         QTest::newRow("name, bad day") << "February 30, 2026" << none;
@@ -42,12 +43,14 @@ private Q_SLOTS:
         QTest::newRow("with a time") << "3/5/2026 2:07 PM" << QDate(2026, 3, 5);
         QTest::newRow("with a bad time") << "3/5/2026 25:07" << none;
         QTest::newRow("seconds, PM") << "3/5/2026 2:07:09 PM" << QDate(2026, 3, 5);
+        QTest::newRow("12 AM") << "3/5/2026 12:00 AM" << QDate(2026, 3, 5);
         QTest::newRow("13 PM") << "3/5/2026 13:00 PM" << none;
         QTest::newRow("minute 60") << "3/5/2026 10:60" << none;
         QTest::newRow("glued") << "3/5/2026T10:00" << none;
         QTest::newRow("time alone") << "14:07" << none;
         QTest::newRow("empty") << "" << none;
         QTest::newRow("letters") << "abc" << none;
+        QTest::newRow("one number") << "2026" << none;
         QTest::newRow("mixed separators") << "3/5-2026" << none;
         QTest::newRow("money") << "$12.50" << none;
     }
@@ -82,9 +85,11 @@ private Q_SLOTS:
         row("large", 1e20, "1E+20", true);
         row("currency", Money(125000), "12.5", true);
         row("text True", QString("true"), "true", true);
+        row("text False", QString("FALSE"), "FALSE", false);
         row("text number", QString("0"), "0", false);
         row("text other", QString("yes"), "yes", 13);
         row("Null", QVariant(), "", 94);
+        row("null date", QDate(), "", 94);
     }
     void conversions() {
         QFETCH(QVariant, value);
@@ -107,6 +112,7 @@ private Q_SLOTS:
 
         QTest::newRow("dollar, comma") << "$1,234.5" << qint64(12345000) << 0 << 1234.5;
         QTest::newRow("parentheses") << "(2.00)" << qint64(-20000) << 0 << -2.0;
+        QTest::newRow("minus dollar") << "-$3" << qint64(-30000) << 0 << -3.0;
         QTest::newRow("0.1 exactly") << "0.1" << qint64(1000) << 0 << 0.1;
         QTest::newRow("half to even, down") << "0.00005" << qint64(0) << 0 << 0.00005;
         QTest::newRow("half to even, up") << "0.00015" << qint64(2) << 0 << 0.00015;
@@ -116,6 +122,7 @@ private Q_SLOTS:
         QTest::newRow("too large") << "922337203685477.5808" << qint64(0) << 6 << 0.0;
         QTest::newRow("$$1") << "$$1" << qint64(0) << 13 << 0.0;
         QTest::newRow("1.2.3") << "1.2.3" << qint64(0) << 13 << 0.0;
+        QTest::newRow("two signs") << "--1" << qint64(0) << 13 << 0.0;
         QTest::newRow("letters after") << "12abc" << qint64(0) << 13 << 0.0;
         QTest::newRow("empty") << "" << qint64(0) << 13 << 0.0;
         QTest::newRow("trailing comma") << "1," << qint64(0) << 13 << 0.0;
@@ -161,14 +168,17 @@ private Q_SLOTS:
         row("0.00 from money text", QVariant(QString("$1,234.5")), "0.00", "1234.50");
         row("0.00 not a number", QVariant(QString("abc")), "0.00", "abc");
         row("half up, currency", Money(1250), "0.00", "0.13");
+        row("half away, negative", Money(-1250), "0.00", "-0.13");
         row("half of a double", QVariant(2.675), "0.00", "2.68");
         row("1.005", QVariant(1.005), "0.00", "1.01");
         row("carry", QVariant(999.995), "#,##0.00", "1,000.00");
+        row("negative to zero", QVariant(-0.001), "0.00", "0.00");
         row("#,##0", QVariant(1234567), "#,##0", "1,234,567");
         row("#,##0 rounds", QVariant(2147483647.5), "#,##0", "2,147,483,648");
         row("currency", QVariant(1234.5), "currency", "$1,234.50");
         row("currency negative", QVariant(-1234.5), "currency", "($1,234.50)");
         row("currency rounds", Money(12345678912), "currency", "$1,234,567.89");
+        row("currency half", Money(50), "currency", "$0.01");
         row("currency text", QVariant(QString("(2)")), "currency", "($2.00)");
         row("currency Null", QVariant(), "currency", "");
     }
