@@ -5,9 +5,8 @@
 
 #include <QTest>
 
-// The figures themselves are checked on the Statistics page (tst_statistics); here what only a
-// caller sees: the walk's answer and its overflow (an empty or all-deleted table: the empty
-// table there).
+// The figures themselves, and an empty table's zeros, are checked on the Statistics page
+// (tst_statistics); here what only a caller sees: the walk's answer and its overflow.
 class tst_rebatestats : public QObject {
     Q_OBJECT
 private Q_SLOTS:

@@ -196,7 +196,6 @@ private Q_SLOTS:
         mFixture->Desktop().SetNextAnswer(vb::vbYes);
         QCOMPARE(RestoreRow(window, 0), QStringList{"11/23/2026 10:00:00 AM|3"});
         QCOMPARE(CountRebates(), 3);
-        QVERIFY(gDatabase->IsOpen());
         // The restored store takes files again.
         QVERIFY(QSqlQuery(gDatabase->Connection()).exec("SELECT count(*) FROM Attachments"));
         QCOMPARE(SortedIDs(window.Switchboard().lvAll), (QStringList{"1", "2", "3"}));
