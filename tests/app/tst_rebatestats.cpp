@@ -5,8 +5,8 @@
 
 #include <QTest>
 
-// The figures themselves are checked on the Statistics page (tst_statistics); here what only a
-// caller sees: the walk's answer and its overflow.
+// The figures themselves, and an empty table's zeros, are checked on the Statistics page
+// (tst_statistics); here what only a caller sees: the walk's answer and its overflow.
 class tst_rebatestats : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -15,16 +15,6 @@ private Q_SLOTS:
         mFixture->OpenDatabase();
     }
     void cleanup() { mFixture.reset(); }
-
-    void onlyDeletedRowsLeaveZeros() {
-        InsertRebates({{.RebateID = "1", .PurchasePrice = 10.0, .Deleted = true},
-                       {.RebateID = "2", .PurchasePrice = 10.0, .Deleted = std::nullopt}});
-        clsRebateStats stats;
-        QVERIFY(!stats.GetStats());
-        QCOMPARE(stats.CountPurchases(), 0);
-        QCOMPARE(stats.TotalSpent(), Currency());
-        QVERIFY(mFixture->Desktop().boxes.isEmpty());
-    }
 
     void tooManyRowsForACount() {
         QList<RebateRow> rows;
@@ -35,10 +25,9 @@ private Q_SLOTS:
         QVERIFY(!stats.GetStats());
         QCOMPARE(mFixture->Desktop().boxes.size(), 1);
         QVERIFY(mFixture->Desktop().Shown()[0].startsWith("Error Compiling Stats | 48 | Overflow"));
-        const QString entry = mFixture->LogText();
-        QVERIFY(entry.contains("Error Number:\t\t6\r\n"));
-        QVERIFY(entry.contains("Error Source:\t\tclsRebateStats\r\n"));
-        QVERIFY(entry.contains("Error Location:\t\tGetStatistics()\r\n"));
+        QVERIFY(mFixture->LogText().contains("Error Number:\t\t6\r\n"));
+        QVERIFY(mFixture->LogText().contains(
+            "Error Source:\t\tclsRebateStats\r\nError Location:\t\tGetStatistics()\r\n"));
         QCOMPARE(stats.CountPurchases(), 0);
         QCOMPARE(stats.TotalSpent(), Currency());
     }
@@ -57,7 +46,6 @@ private Q_SLOTS:
         QCOMPARE(stats.CountRejections(), 16384);
         QVERIFY(!stats.GetStats());
         QCOMPARE(mFixture->Desktop().boxes.size(), 1);
-        QCOMPARE(mFixture->Desktop().boxes[0].title, QString("Error Compiling Stats"));
         QCOMPARE(stats.CountRejections(), 32767);
         QCOMPARE(stats.TotalRejected(), Currency::FromDouble(32767.0));
         // The failing row had its sums added before its count failed.

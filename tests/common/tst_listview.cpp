@@ -72,31 +72,13 @@ private Q_SLOTS:
         QFETCH(int, sortOrder);
         QFETCH(int, addedLater);
         const QString long24 = "11/22/2026: Rebate for t";
-        const QStringList texts{long24 + "he Router",
-                                "Rebate",
-                                "abcdefgh",
-                                long24 + "he router!",
-                                "ABCDEFGHI",
-                                "rebate",
-                                "abcdefgh\u00e9",
-                                "_x",
-                                "Ax",
-                                "",
-                                "abc",
-                                long24,
-                                "abcd",
-                                "ab\u00c9",
-                                "abe",
-                                "\u00dcber",
-                                "uber",
-                                "abf",
-                                long24 + "HE ROUTER",
-                                "ab\u00e9",
-                                "abcdefghijklmnop",
-                                "ABCDEFGHIJKLMNOP",
-                                "abcdefghijklmnopq",
-                                "Zebra",
-                                "abcdefgh"};
+        QStringList texts =
+            QString("Rebate|abcdefgh|ABCDEFGHI|rebate|abcdefgh\u00e9|_x|Ax||abc|abcd|"
+                    "ab\u00c9|abe|\u00dcber|uber|abf|ab\u00e9|abcdefghijklmnop|"
+                    "ABCDEFGHIJKLMNOP|abcdefghijklmnopq|Zebra|abcdefgh")
+                .split('|');
+        for (const char* tail : {"he Router", "he router!", "", "HE ROUTER"})
+            texts.insert(texts.size() / 2, long24 + tail);
         std::vector<int> order(static_cast<size_t>(texts.size()));
         std::iota(order.begin(), order.end(), 0);
         std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
@@ -122,45 +104,26 @@ private Q_SLOTS:
         QCOMPARE(sorted, expected);
     }
 
-    void bulkLoadIsFast() {
+    // Guards against work that grows faster than the rows (bench_lists measures the speed):
+    // a sorted bulk load, then Select All and Invert Selection walked row by row.
+    void bulkLoadAndSelectAreFast() {
         ListView lv;
+        lv.SetMultiSelect(true);
         lv.SetView(ListView::lvwReport);
         lv.ColumnHeaders().Add("Rebate", 1500);
-        lv.ColumnHeaders().Add("Product", 1500);
         lv.SetSorted(true);
         lv.resize(400, 300);
         lv.show();
         QElapsedTimer timer;
         timer.start();
-        for (int i = 0; i < 200000; ++i) {
-            ListItem* item =
-                lv.ListItems().Add(QString::number((i * 7919) % 200000), "Paid", "Paid");
-            item->SetSubItems(1, QStringLiteral("Product"));
-        }
-        QCOMPARE(lv.ListItems().Item(1)->Text(), QString("0"));
+        ListItemCollection& rows = lv.ListItems();
+        for (int i = 0; i < 200000; ++i)
+            rows.Add(QString::number((i * 7919) % 200000), "Paid", "Paid")->SetSubItems(1, "P");
         QCoreApplication::processEvents();
-        // A guard against work that grows faster than the rows; bench_lists measures the speed.
-        qInfo() << "200000 rows added, sorted and shown in" << timer.elapsed() << "ms";
-        QVERIFY2(timer.elapsed() < TimeLimit(5000), qPrintable(QString::number(timer.elapsed())));
-        QCOMPARE(lv.ListItems().Item(200000)->Text(), QString("99999"));
+        QCOMPARE(rows.Item(1)->Text(), QString("0"));
+        QCOMPARE(rows.Item(200000)->Text(), QString("99999"));
         auto* tree = lv.findChild<QTreeView*>();
         QCOMPARE(tree->model()->rowCount(), 200000);
-    }
-
-    void selectingRowByRowIsFast() {
-        ListView lv;
-        lv.SetMultiSelect(true);
-        lv.SetView(ListView::lvwReport);
-        lv.ColumnHeaders().Add("Rebate", 1500);
-        for (int i = 0; i < 100000; ++i)
-            lv.ListItems().Add(QString::number(i));
-        lv.resize(400, 300);
-        lv.show();
-        QCoreApplication::processEvents();
-        QElapsedTimer timer;
-        timer.start();
-        // Select All, then Invert Selection, as the Switchboard walks them.
-        ListItemCollection& rows = lv.ListItems();
         for (int i = 1; i <= rows.Count(); ++i)
             rows.Item(i)->SetSelected(true);
         for (int i = 1; i <= rows.Count(); i += 2)
@@ -168,35 +131,30 @@ private Q_SLOTS:
         int selected = 0;
         for (int i = 1; i <= rows.Count(); ++i)
             selected += rows.Item(i)->Selected() ? 1 : 0;
-        // A guard against work that grows faster than the rows (row by row, the views' selection
-        // must not be rebuilt each time).
-        QVERIFY2(timer.elapsed() < TimeLimit(5000), qPrintable(QString::number(timer.elapsed())));
-        QCOMPARE(selected, 50000);
-        // The views follow: rows 1, 3, 5 ... were inverted.
-        const QItemSelectionModel* shown = lv.findChild<QTreeView*>()->selectionModel();
-        const QAbstractItemModel* model = shown->model();
-        QTRY_VERIFY(shown->isSelected(model->index(1, 0)));
-        QVERIFY(!shown->isSelected(model->index(0, 0)));
-        QVERIFY(!shown->isSelected(model->index(99998, 0)));
-        QVERIFY(shown->isSelected(model->index(99999, 0)));
+        QVERIFY2(timer.elapsed() < TimeLimit(8000), qPrintable(QString::number(timer.elapsed())));
+        QCOMPARE(selected, 100000);
+        // The view follows: rows 1, 3, 5 ... were inverted.
+        const QItemSelectionModel* shown = tree->selectionModel();
+        QTRY_VERIFY(shown->isSelected(shown->model()->index(1, 0)));
+        QVERIFY(!shown->isSelected(shown->model()->index(0, 0)));
+        QVERIFY(shown->isSelected(shown->model()->index(199999, 0)));
     }
 
-    // Widths in twips are shown at 15 twips a pixel (a column click: tst_switchboard).
+    // Widths in twips are shown at 15 twips a pixel (the Switchboard's fractions of the list's
+    // width: tst_switchboard's sizeListColumns).
     void columnWidths() {
         ListView lv;
         lv.SetView(ListView::lvwReport);
         lv.ColumnHeaders().Add("Rebate", 1500);
-        lv.ColumnHeaders().Add("Product Purchased", 3000);
         lv.ColumnHeaders().Add("RebateID", 0);
         lv.resize(500, 200);
         lv.show();
         QVERIFY(QTest::qWaitForWindowExposed(&lv));
         auto* header = lv.findChild<QTreeView*>()->header();
         QCOMPARE(header->sectionSize(0), 100);
-        QCOMPARE(header->sectionSize(1), 200);
-        QCOMPARE(header->sectionSize(2), 0);
-        lv.ColumnHeaders().Item(2)->SetWidthTwips(1200);
-        QCOMPARE(header->sectionSize(1), 80);
+        QCOMPARE(header->sectionSize(1), 0);
+        lv.ColumnHeaders().Item(1)->SetWidthTwips(1200);
+        QCOMPARE(header->sectionSize(0), 80);
         QCOMPARE(lv.WidthTwips(), 500 * 15);
     }
 

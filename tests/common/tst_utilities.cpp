@@ -29,7 +29,6 @@ private Q_SLOTS:
         QTest::newRow("OK, Cancel, default Cancel") << 1 + 256 + 32 << int(vb::vbCancel);
         QTest::newRow("Retry, Cancel") << 5 + 32 << int(vb::vbRetry);
     }
-
     void defaultAnswer() {
         QFETCH(int, style);
         QFETCH(int, answer);

@@ -53,7 +53,6 @@ private Q_SLOTS:
         row("past due but received, never sent", {.DateDue = yesterday, .DateReceived = yesterday},
             "Unsent");
     }
-
     void statusOfRow() {
         QFETCH(RebateRow, row);
         QFETCH(QString, status);
@@ -79,13 +78,6 @@ private Q_SLOTS:
         QCOMPARE(GetRebateStatus(*rs, kToday), QString("Pending"));
     }
 
-    void missingColumnRaises() {
-        Fixture fixture;
-        fixture.OpenDatabase({{.RebateID = "1"}});
-        auto rs = gDatabase->OpenRecordset("Select RebateID, Deleted, AmountReceived from Rebates");
-        QCOMPARE(ErrorOf([&] { GetRebateStatus(*rs); }), 3265);
-    }
-
     void columnsFollowEachRecordset() {
         Fixture fixture;
         fixture.OpenDatabase({{.RebateID = "1", .DateSent = kLastMonth, .DateDue = kYesterday},
@@ -99,6 +91,9 @@ private Q_SLOTS:
                                      "RebateID from Rebates Where RebateID = '2'");
         QCOMPARE(GetRebateStatus(*reordered), QString("Paid"));
         QCOMPARE(GetRebateStatus(*all), QString("Overdue"));
+        auto narrow =
+            gDatabase->OpenRecordset("Select RebateID, Deleted, AmountReceived from Rebates");
+        QCOMPARE(ErrorOf([&] { GetRebateStatus(*narrow); }), 3265);
     }
 };
 

@@ -13,16 +13,12 @@
 #include <QTest>
 
 namespace {
-const QStringList kStatuses = {"Removing old temp files...",
-                               "Closing active database connection...",
-                               "Compacting/repairing to temp file...",
-                               "Verifying compacted database...",
-                               "Database verified...",
-                               "Deleting old temp file...",
-                               "Renaming current database to backup...",
-                               "Renaming compacted database to current...",
-                               "Reopening database connection...",
-                               "Ready..."};
+const QStringList kStatuses =
+    QString("Removing old temp files...|Closing active database connection...|Compacting/repairing "
+            "to temp file...|Verifying compacted database...|Database verified...|Deleting old "
+            "temp file...|Renaming current database to backup...|Renaming compacted database to "
+            "current...|Reopening database connection...|Ready...")
+        .split('|');
 
 // The rows of Rebates in a file, read as the next start would: -1 when it won't open.
 int RowsIn(const QString& path) {
@@ -67,8 +63,7 @@ private Q_SLOTS:
         const qint64 before = size();
         QVERIFY(Compact());
         QCOMPARE(mStatus, kStatuses);
-        QVERIFY(gDatabase->IsOpen());
-        QCOMPARE(CountRebates(), 50);
+        QCOMPARE(CountRebates(), 50); // on the reopened connection
         QVERIFY(size() < before);
         QCOMPARE(RowsIn(CompactBackupPath()), 50);
         QVERIFY(!QFile::exists(CompactTargetPath()));

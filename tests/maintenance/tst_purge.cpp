@@ -46,42 +46,28 @@ private Q_SLOTS:
 
     // The manager's own icon rule: the first that holds wins.
     void listsDeletedRowsWithTheirIcons() {
-        mFixture->OpenDatabase({
-            {.RebateID = "1", .RebateName = "Kept"},
-            {.RebateID = "2",
-             .RebateName = "Paid",
-             .AmountReceived = 2.0,
-             .Rejected = true,
-             .Deleted = true},
-            {.RebateID = "3",
-             .RebateName = "Rej",
-             .FollowupDate = QDate(2026, 1, 1),
-             .Rejected = true,
-             .Deleted = true},
-            {.RebateID = "4",
-             .RebateName = "Fol",
-             .DateSent = QDate(2026, 1, 2),
-             .DateDue = QDate(2026, 2, 1),
-             .FollowupDate = QDate(2026, 1, 1),
-             .Deleted = true},
-            {.RebateID = "5",
-             .RebateName = "Ove",
-             .DateSent = QDate(2026, 1, 2),
-             .DateDue = QDate(2026, 11, 22),
-             .Deleted = true},
-            {.RebateID = "6", .RebateName = "Uns", .DateDue = QDate(2026, 11, 23), .Deleted = true},
-            {.RebateID = "7",
-             .RebateName = std::nullopt,
-             .ProductName = std::nullopt,
-             .DateSent = QDate(2026, 11, 1),
-             .DateDue = QDate(2026, 12, 1),
-             .Deleted = true},
-        });
+        RebateRow paid = Deleted("2", "Paid"), rej = Deleted("3", "Rej"), fol = Deleted("4", "Fol"),
+                  ove = Deleted("5", "Ove"), uns = Deleted("6", "Uns"), pen = Deleted("7", "");
+        paid.AmountReceived = 2.0;
+        paid.Rejected = rej.Rejected = true;
+        rej.FollowupDate = fol.FollowupDate = QDate(2026, 1, 1);
+        fol.DateSent = ove.DateSent = QDate(2026, 1, 2);
+        fol.DateDue = QDate(2026, 2, 1);
+        ove.DateDue = QDate(2026, 11, 22);
+        uns.DateDue = QDate(2026, 11, 23);
+        pen.RebateName = std::nullopt;
+        pen.ProductName = std::nullopt;
+        pen.DateSent = QDate(2026, 11, 1);
+        pen.DateDue = QDate(2026, 12, 1);
+        mFixture->OpenDatabase(
+            {{.RebateID = "1", .RebateName = "Kept"}, paid, rej, fol, ove, uns, pen});
         frmPurge form;
         QCOMPARE(form.windowTitle(), QString("Deleted Record Manager"));
-        QCOMPARE(Rows(form), (QStringList{"Paid|||2|Paid", "Rej|||3|Rejected",
-                                          "Fol||1/2/2026|4|Followup", "Ove||1/2/2026|5|Overdue",
-                                          "Uns|||6|Unsent", "||11/1/2026|7|Pending"}));
+        QCOMPARE(Rows(form),
+                 (QStringList{"Paid|Paid product||2|Paid", "Rej|Rej product||3|Rejected",
+                              "Fol|Fol product|1/2/2026|4|Followup",
+                              "Ove|Ove product|1/2/2026|5|Overdue", "Uns|Uns product||6|Unsent",
+                              "||11/1/2026|7|Pending"}));
         QCOMPARE(form.sbStatus->currentMessage(), QString("Ready..."));
         // Nothing is selected yet: the buttons keep their state until a command refills the list.
         QVERIFY(form.cmdPurge->isEnabled());
@@ -102,19 +88,21 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("selected");
         QTest::addColumn<QStringList>("left");    // still deleted
         QTest::addColumn<QStringList>("present"); // rows of the table
-        const QStringList all{"1", "2", "3", "9"};
-        QTest::newRow("recover one")
-            << false << int(vb::vbYes) << QStringList{"2"} << QStringList{"1", "3"} << all;
-        QTest::newRow("recover many")
-            << false << int(vb::vbYes) << QStringList{"1", "3"} << QStringList{"2"} << all;
-        QTest::newRow("purge many") << true << int(vb::vbYes) << QStringList{"1", "2"}
-                                    << QStringList{"3"} << QStringList{"3", "9"};
-        QTest::newRow("purge all") << true << int(vb::vbYes) << QStringList{"1", "2", "3"}
-                                   << QStringList{} << QStringList{"9"};
-        QTest::newRow("no keeps all") << true << int(vb::vbNo) << QStringList{"1", "2", "3"}
-                                      << QStringList{"1", "2", "3"} << all;
-        QTest::newRow("nothing selected")
-            << true << int(vb::vbYes) << QStringList{} << QStringList{"1", "2", "3"} << all;
+        // Keys as "1 2"; a "no" answer is the keys left as they were.
+        const auto row = [](const char* name, bool purge, bool yes, const char* selected,
+                            const char* left, const char* present) {
+            const auto keys = [](const char* text) {
+                return QString(text).split(' ', Qt::SkipEmptyParts);
+            };
+            QTest::newRow(name) << purge << int(yes ? vb::vbYes : vb::vbNo) << keys(selected)
+                                << keys(left) << keys(present);
+        };
+        row("recover one", false, true, "2", "1 3", "1 2 3 9");
+        row("recover many", false, true, "1 3", "2", "1 2 3 9");
+        row("purge many", true, true, "1 2", "3", "3 9");
+        row("purge all", true, true, "1 2 3", "", "9");
+        row("no keeps all", true, false, "1 2 3", "1 2 3", "1 2 3 9");
+        row("nothing selected", true, true, "", "1 2 3", "1 2 3 9");
     }
     void commands() {
         QFETCH(bool, purge);
@@ -159,23 +147,16 @@ private Q_SLOTS:
         QVERIFY(!form.cmdRecover->isEnabled());
     }
 
-    void invertSelection_data() {
-        QTest::addColumn<QStringList>("selected");
-        QTest::addColumn<int>("selectedAfter");
-        QTest::newRow("some flip") << QStringList{"1"} << 2;
-        QTest::newRow("all selected keeps one") << QStringList{"1", "2", "3"} << 1;
-    }
+    // Invert Selection flips each row; with every row selected, one stays.
     void invertSelection() {
-        QFETCH(QStringList, selected);
-        QFETCH(int, selectedAfter);
         mFixture->OpenDatabase({Deleted("1", "A"), Deleted("2", "B"), Deleted("3", "C")});
         frmPurge form;
-        SelectIDs(form.lvwRecords, selected);
+        SelectIDs(form.lvwRecords, {"1"});
         form.mnuInvertSelection_Click();
-        int count = 0;
-        for (int i = 1; i <= 3; ++i)
-            count += form.lvwRecords->ListItems().Item(i)->Selected() ? 1 : 0;
-        QCOMPARE(count, selectedAfter);
+        QCOMPARE(ListedIDs(form.lvwRecords, true), (QStringList{"2", "3"}));
+        SelectIDs(form.lvwRecords, {"1", "2", "3"});
+        form.mnuInvertSelection_Click();
+        QCOMPARE(ListedIDs(form.lvwRecords, true).size(), 1);
     }
 
     // From the Options dialog's button, the real modal manager; Close gives the focus back to

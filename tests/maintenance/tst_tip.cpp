@@ -57,20 +57,15 @@ private Q_SLOTS:
         gAppStarted = started;
         frmTip tip;
         QCOMPARE(tip.Form_Load(), shown);
-        if (shown)
-            QCOMPARE(tip.chkLoadTipsAtStartup->isChecked(), stored == "1");
-    }
-
-    // Unchecking the box is saved at once, even when the window's close box ends the dialog.
-    void checkBoxSavesAtOnce() {
-        frmTip tip;
-        QVERIFY(tip.Form_Load());
+        if (!shown)
+            return;
+        QCOMPARE(tip.chkLoadTipsAtStartup->isChecked(), stored == "1");
+        // A change of the box is saved at once, even when the close box ends the dialog.
         tip.show();
         tip.chkLoadTipsAtStartup->setFocus();
         QTest::keyClick(tip.chkLoadTipsAtStartup, Qt::Key_Space);
-        QCOMPARE(ReadSetting(Setting::Tips), QString("0"));
         tip.reject();
-        QCOMPARE(ReadSetting(Setting::Tips), QString("0"));
+        QCOMPARE(ReadSetting(Setting::Tips), QString(stored == "1" ? "0" : "1"));
     }
 
     // The first tip shows picture 1 and stops; each later one plays 2, 3, 4, 3, 2, 1.
