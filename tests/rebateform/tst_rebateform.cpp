@@ -334,14 +334,13 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("prompts");
         QTest::addColumn<QString>("expected");
         QTest::newRow("Amount Rec'd asks for the full amount")
-            << "10=11/20/2026"
-            << ""
+            << QString("10=11/20/2026") << QString()
             << QStringList{"You must enter an Amount Received before saving the record.",
                            "Did you receive the full amount?"}
             << "8=$10.00";
         QTest::newRow("Date Sent fills Date Due")
-            << "6=1.00"
-            << "11/01/2026" << QStringList{"You must enter a Date Sent before saving the record."}
+            << QString("6=1.00") << QString("11/01/2026")
+            << QStringList{"You must enter a Date Sent before saving the record."}
             << "9=12/27/2026";
     }
     void checkEntersField() {
