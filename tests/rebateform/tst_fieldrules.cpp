@@ -79,41 +79,6 @@ private Q_SLOTS:
         QCOMPARE(field->text(), expected);
         QVERIFY(mFixture->Desktop().boxes.isEmpty());
     }
-    // The one-step undo: typing "23" after "1" set by code, then the undo key twice. Ctrl+Z
-    // arrives as a control character, which date and money fields refuse.
-    void escapeUndoes_data() {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<bool>("ctrlZ");
-        QTest::addColumn<QString>("undone");
-        for (int index : {5, 4, 13, 20})
-            QTest::addRow("field %d, Escape", index) << index << false << "1";
-        QTest::newRow("text, Ctrl+Z") << 20 << true << "1";
-        QTest::newRow("date, Ctrl+Z refused") << 5 << true << "123";
-    }
-    void escapeUndoes() {
-        QFETCH(int, index);
-        QFETCH(bool, ctrlZ);
-        QFETCH(QString, undone);
-        FieldEdit* field = mForm->txtFields(index);
-        field->setText("1");
-        Enter(mForm, index);
-        field->setCursorPosition(1);
-        QTest::keyClicks(field, "23");
-        const auto undo = [&] {
-            QTest::keyClick(field, ctrlZ ? Qt::Key_Z : Qt::Key_Escape,
-                            ctrlZ ? Qt::ControlModifier : Qt::NoModifier);
-        };
-        undo();
-        QCOMPARE(field->text(), undone);
-        undo();
-        QCOMPARE(field->text(), QString("123"));
-        // Text set by a shortcut leaves nothing of the typing to undo.
-        if (index == 5) {
-            QTest::keyClick(field, Qt::Key_T);
-            QTest::keyClick(field, Qt::Key_Escape);
-            QCOMPARE(field->text(), QString("11/23/2026"));
-        }
-    }
     void letterWithoutDigitIsLogged_data() {
         QTest::addColumn<QString>("letter");
         for (const char* letter : {"z", "Z", "é"})
