@@ -20,7 +20,7 @@
 #include <QTimer>
 
 namespace {
-const QString kUnsent = "2", kSecondUnsent = "3";
+const QString kPending = "1", kUnsent = "2", kSecondUnsent = "3";
 } // namespace
 
 class tst_rebateswitchboard : public QObject {
@@ -28,11 +28,11 @@ class tst_rebateswitchboard : public QObject {
 private Q_SLOTS:
     void initTestCase() { InitTestResources(); }
     void init() {
-        // One sent record and two unsent ones.
-        RebateRow sent = RouterRow("1", "Router Rebate");
-        sent.DateSent = QDate(2026, 11, 2);
+        RebateRow pending = RouterRow(kPending, "Router Rebate");
+        pending.DateSent = QDate(2026, 11, 2);
+        pending.DateDue = QDate(2026, 12, 28);
         mFixture = std::make_unique<MainWindowFixture>(QList<RebateRow>{
-            sent, RouterRow(kUnsent, "Modem Rebate"), RouterRow(kSecondUnsent, "Cable Rebate")});
+            pending, RouterRow(kUnsent, "Modem Rebate"), RouterRow(kSecondUnsent, "Cable Rebate")});
         mMain = mFixture->Main();
         mMain->resize(1100, 800);
         mBoard = &frmSwitchboard::Load();
@@ -155,6 +155,24 @@ private Q_SLOTS:
         QCOMPARE(boxes.size(), 1);
         QCOMPARE(frmRebate::Instance()->RebateID(), kSecondUnsent);
     }
+    // OK brings the Switchboard up to date at once: the paid record moves to Paid, selected.
+    void pendingBecomesPaid() {
+        SelectTab("Pending");
+        SelectIDs(mBoard->lvPending, {kPending});
+        mBoard->mnuEditRebate_Click();
+        frmRebate* form = frmRebate::Instance();
+        QVERIFY(form);
+        form->txtFields(RebateField::DateReceived)->setText("11/20/2026");
+        form->txtFields(RebateField::AmountReceived)->setText("$30.00");
+        QTest::mouseClick(form->findChild<QPushButton*>("cmdOK"), Qt::LeftButton);
+        QVERIFY(!frmRebate::Instance());
+        QCOMPARE(mBoard->tbsSwitch->SelectedItem()->Caption(), QString("Paid"));
+        QCOMPARE(ListedIDs(mBoard->lvPaid), QStringList{kPending});
+        QCOMPARE(ListedIDs(mBoard->lvPaid, true), QStringList{kPending});
+        QCOMPARE(mBoard->lvPending->ListItems().Count(), 0);
+        QCOMPARE(ReadRawRebate(kPending).value("AmountReceived").toLongLong(), 300000);
+    }
+
     // OK on a record of All, twice: each time the keyboard is back on the list, on the saved row
     // alone, so Enter opens it again; the row saved before never comes back selected.
     void savedRowKeepsTheKeyboard() {
