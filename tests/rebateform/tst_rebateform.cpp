@@ -192,9 +192,8 @@ private Q_SLOTS:
         SetFields(form, "20=Spring Mail-In|14=Toaster|2=$24.99|4=$10.00");
         SetFields(form, c.fields);
         auto* tabs = form->findChild<QTabWidget*>("tbsTabs");
-        for (int i = 0; i < tabs->count(); ++i)
-            if (tabs->tabText(i) == c.start)
-                tabs->setCurrentIndex(i);
+        tabs->setCurrentIndex(
+            QStringList{"Product Info", "Rebate Info", "Followup Info"}.indexOf(c.start));
         tabs->setFocus();
         auto& desktop = mFixture->Desktop();
         desktop.boxes.clear();
