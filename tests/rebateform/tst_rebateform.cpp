@@ -12,29 +12,15 @@
 #include "rebateform/frmRebate.h"
 #include "shell/frmMDI.h"
 
-#include <QAction>
-#include <QCheckBox>
-#include <QFile>
-#include <QLabel>
 #include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QMenu>
 #include <QMenuBar>
-#include <QPushButton>
 #include <QSqlQuery>
-#include <QTabBar>
-#include <QTabWidget>
-#include <QTest>
 
 using namespace RebateFormDriver;
 
 namespace {
-// The record check's text for a required field ("a Rebate Name").
-QString Must(const QString& what) {
-    return "You must enter " + what + " before saving the record.";
-}
-
-const QString kStored = "20261101090000";
+const QString kStored = "1";
+const QString kNewKey = "20261123100000"; // the fixed clock's time
 
 // A stored record with every always-required field and a few more.
 RebateRow StoredRow(const QString& id = kStored) {
@@ -52,17 +38,21 @@ RebateRow StoredRow(const QString& id = kStored) {
             .FollowupPostage = 0.32};
 }
 
-// Field texts by index, as a data column.
-QVariantMap Fields(std::initializer_list<std::pair<int, QString>> items) {
-    QVariantMap map;
-    for (const auto& [index, text] : items)
-        map.insert(QString::number(index), text);
-    return map;
+// Field texts as "index=text|index=text".
+void SetFields(frmRebate* form, const QString& fields) {
+    for (const QString& field : fields.split('|', Qt::SkipEmptyParts))
+        form->txtFields(field.section('=', 0, 0).toInt())->setText(field.section('=', 1));
 }
 
-void SetFields(frmRebate* form, const QVariantMap& fields) {
-    for (auto it = fields.cbegin(); it != fields.cend(); ++it)
-        form->txtFields(it.key().toInt())->setText(it.value().toString());
+// A data table of rows with a name: the test reads its row by index.
+template <class T, size_t N> void AddRows(const T (&rows)[N]) {
+    QTest::addColumn<int>("row");
+    for (size_t i = 0; i < N; ++i)
+        QTest::newRow(rows[i].name) << int(i);
+}
+template <class T, size_t N> const T& Row(const T (&rows)[N]) {
+    QFETCH(int, row);
+    return rows[row];
 }
 
 QAction* MenuAction(frmRebate* form, const QString& name) {
@@ -72,6 +62,72 @@ QAction* MenuAction(frmRebate* form, const QString& name) {
                 return action;
     return nullptr;
 }
+
+const struct State {
+    const char *name, *how;
+    bool save, print, remove;
+    const char* caption;
+} kStates[] = {
+    {"new, untouched", "new", false, false, false, "New Record"},
+    {"new, edited", "new+type", true, false, false, "Spring Mail-In"},
+    {"new, rejected box", "new+check", true, false, false, "New Record"},
+    {"saved, clean", "new+save", false, true, true, "Spring Mail-In"},
+    {"saved, edited", "new+save+type", true, true, true, "Spring Mail-In 2"},
+    {"opened", "open", false, true, true, "Router Rebate"},
+    {"opened, edited", "open+check", true, true, true, "Router Rebate"},
+};
+
+// The field texts over a record holding the four always-required fields, the page on top (0
+// Product Info, 1 Rebate Info, 2 Followup Info), then what the check says: "" passes, "!Field"
+// is the dates check on Field, else the missing field; the page after and the field that gets
+// the focus (-1 for the focus staying put).
+const struct Check {
+    const char *name, *fields;
+    int start;
+    const char* missing;
+    int tab, focus;
+} kChecks[] = {
+    {"1 rebate name", "20=", 0, "a Rebate Name", 1, 20},
+    {"2 product name", "14=", 1, "a Product Name", 0, 14},
+    {"3 purchase price", "2=", 2, "a Purchase Price", 0, 2},
+    {"4 rebate amount", "4=", 0, "a Rebate Amount", 1, 4},
+    {"5 date due", "5=11/10/2026|9=", 0, "a Date Due", 1, 9},
+    {"5 from Followup Info, tab stays", "5=11/10/2026|9=", 2, "a Date Due", 2, -1},
+    {"6 date sent", "9=12/1/2026", 0, "a Date Sent", 1, 5},
+    {"7 postage without date sent", "6=$0.32", 1, "a Date Sent", 1, 5},
+    {"7 zero postage passes", "6=$0.00", 1, "", 1, -1},
+    {"8 amount without date", "8=$10.00", 2, "a Date Received", 1, 10},
+    {"8 zero amount passes", "8=$0.00", 1, "", 1, -1},
+    {"9 date without amount", "10=11/20/2026", 1, "an Amount Received", 1, 8},
+    {"10 followup postage", "12=$0.32", 0, "a Followup Date", 2, 11},
+    {"10 zero followup postage passes", "12=0.00", 0, "", 0, -1},
+    {"11 received before sent", "5=11/10/2026|9=1/5/2027|10=11/9/2026|8=$10.00", 1,
+     "!Date Received", 1, 10},
+    {"11 same day passes", "5=11/10/2026|9=1/5/2027|10=11/10/2026|8=$10.00", 1, "", 1, -1},
+    {"12 due before sent", "5=11/10/2026|9=11/09/2026", 1, "!Date Due", 1, 9},
+    {"13 followup before sent", "5=11/10/2026|9=1/5/2027|11=11/1/2026", 0, "!Followup Date", 2, 11},
+    {"rejected box never required", "16=Missing receipt", 2, "", 2, -1},
+};
+
+// A field's text on the stored record, then saved through the form; the column and the raw
+// value the row holds afterwards: money in ten-thousandths, Null as a null QVariant.
+const struct Written {
+    const char *name, *fields, *column;
+    QVariant stored;
+} kWritten[] = {
+    {"money to the cent", "2=$19.99", "PurchasePrice", qlonglong(199900)},
+    {"large money exact", "3=$123456.78", "CouponAmount", qlonglong(1234567800)},
+    {"empty coupon is zero", "3=", "CouponAmount", qlonglong(0)},
+    {"email cleared is Null", "7=", "Email", QVariant()},
+    {"address cleared stays text", "0=", "Address", ""},
+    {"postage cleared keeps the old value", "6=", "PostagePrice", qlonglong(5000)},
+    {"followup postage is the default", "11=11/20/2026|12=$1.00", "FollowupPostage",
+     qlonglong(3200)},
+    {"followup date cleared, postage zero", "11=", "FollowupPostage", qlonglong(0)},
+    {"phone as it stands", "13=(800) FLOWERS", "PhoneNumber", "(800) FLOWERS"},
+    {"date", "10=11/20/2026|8=$30.00", "DateReceived", "2026-11-20"},
+    {"received cleared is zero", "8=", "AmountReceived", qlonglong(0)},
+};
 } // namespace
 
 class tst_rebateform : public QObject {
@@ -84,31 +140,10 @@ private Q_SLOTS:
     }
     void cleanup() { mFixture.reset(); }
 
-    void states_data() {
-        QTest::addColumn<QString>("how");
-        QTest::addColumn<bool>("save");
-        QTest::addColumn<bool>("print");
-        QTest::addColumn<bool>("remove");
-        QTest::addColumn<QString>("caption");
-        const auto row = [](const char* name, const char* how, bool save, bool print, bool remove,
-                            const char* shown) {
-            QTest::newRow(name) << QString(how) << save << print << remove
-                                << QString("Rebate Form - [%1]").arg(shown);
-        };
-        row("new, untouched", "new", false, false, false, "New Record");
-        row("new, edited", "new+type", true, false, false, "Spring Mail-In");
-        row("new, rejected box", "new+check", true, false, false, "New Record");
-        row("saved, clean", "new+save", false, true, true, "Spring Mail-In");
-        row("saved, edited", "new+save+type", true, true, true, "Spring Mail-In 2");
-        row("opened", "open", false, true, true, "Router Rebate");
-        row("opened, edited", "open+check", true, true, true, "Router Rebate");
-    }
+    void states_data() { AddRows(kStates); }
     void states() {
-        QFETCH(QString, how);
-        QFETCH(bool, save);
-        QFETCH(bool, print);
-        QFETCH(bool, remove);
-        QFETCH(QString, caption);
+        const State& s = Row(kStates);
+        const QString how = s.how;
         InsertRebates({StoredRow()});
         frmRebate* form = how.startsWith("open") ? OpenExisting(kStored) : OpenNew();
         if (how.contains("type") || how.contains("save"))
@@ -120,23 +155,24 @@ private Q_SLOTS:
         if (how.contains("check"))
             Enter(form, 16), form->chkFields(21)->click();
 
-        QCOMPARE(form->findChild<QPushButton*>("cmdOK")->isEnabled(), save);
-        QCOMPARE(MenuAction(form, "mnuSaveRecord")->isEnabled(), save);
-        QCOMPARE(MenuAction(form, "mnuSaveRecordAndCloseForm")->isEnabled(), save);
-        QCOMPARE(ButtonEnabled(3), save);
-        QCOMPARE(MenuAction(form, "mnuPrint")->isEnabled(), print);
-        QCOMPARE(ButtonEnabled(4), print);
-        QCOMPARE(form->findChild<QPushButton*>("cmdDelete")->isEnabled(), remove);
-        QCOMPARE(ButtonEnabled(6), remove);
-        QCOMPARE(form->RecordChanged(), save);
-        if (!print) {
-            // The main window's Print on a record never saved explains instead.
+        // OK, Save, Save and Close and the toolbar's Save; Print twice; Delete twice.
+        QCOMPARE((QList<bool>{form->findChild<QPushButton*>("cmdOK")->isEnabled(),
+                              MenuAction(form, "mnuSaveRecord")->isEnabled(),
+                              MenuAction(form, "mnuSaveRecordAndCloseForm")->isEnabled(),
+                              ButtonEnabled(3), form->RecordChanged()}),
+                 QList<bool>(5, s.save));
+        QCOMPARE((QList<bool>{MenuAction(form, "mnuPrint")->isEnabled(), ButtonEnabled(4)}),
+                 QList<bool>(2, s.print));
+        QCOMPARE((QList<bool>{form->findChild<QPushButton*>("cmdDelete")->isEnabled(),
+                              ButtonEnabled(6)}),
+                 QList<bool>(2, s.remove));
+        if (!s.print) { // the main window's Print on a record never saved explains instead
             form->Print();
-            QCOMPARE(mFixture->Desktop().boxes.size(), 1);
-            QCOMPARE(mFixture->Desktop().boxes[0].title, QString("Unsaved Record"));
-            QCOMPARE(mFixture->Desktop().boxes[0].style, 64);
+            QCOMPARE(mFixture->Desktop().Shown(),
+                     QStringList{"Unsaved Record | 64 | The current record has not been saved to "
+                                 "the database. Please save the record before trying to print."});
         }
-        QCOMPARE(form->windowTitle(), caption);
+        QCOMPARE(form->windowTitle(), QString("Rebate Form - [%1]").arg(s.caption));
         // The record buttons of the main toolbar show while the form is the active child.
         QVERIFY(ButtonVisible(3) && ButtonVisible(6) && ButtonVisible(8));
         QCOMPARE(mMain->menuBar()->actions().first()->text(), QString("&File"));
@@ -147,179 +183,81 @@ private Q_SLOTS:
                      QString("Name of product purchased..."));
         }
     }
-    // The field texts (by index, over a record holding the four always-required fields), the
-    // page on top, then what the check says: the box's title and text, the page after and the
-    // field that gets the focus ("" for a check that passes, -1 for the focus staying put).
-    void validateRecord_data() {
-        QTest::addColumn<QVariantMap>("fields");
-        QTest::addColumn<QString>("startTab");
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("tab");
-        QTest::addColumn<int>("focus");
-        using Items = std::initializer_list<std::pair<int, QString>>;
-        const auto row = [](const char* name, Items fields, const char* start, const QString& title,
-                            const QString& text, const char* tab, int focus) {
-            QTest::newRow(name) << Fields(fields) << QString(start) << title << text << QString(tab)
-                                << focus;
-        };
-        // "a Rebate Name": the box "Missing Rebate Name" asks for it.
-        const auto must = [row](const char* name, Items fields, const char* start,
-                                const QString& what, const char* tab, int focus) {
-            row(name, fields, start, "Missing " + what.section(' ', 1),
-                "You must enter " + what + " before saving the record.", tab, focus);
-        };
-        const auto invalid = [row](const char* name, Items fields, const char* start,
-                                   const char* field, const char* tab, int focus) {
-            row(name, fields, start, "Dates Invalid",
-                QString(field) + " must be greater than the Date Sent.", tab, focus);
-        };
-        const auto passes = [row](const char* name, Items fields, const char* start) {
-            row(name, fields, start, QString(), QString(), start, -1);
-        };
-        const char *product = "Product Info", *rebate = "Rebate Info", *followup = "Followup Info";
-        must("1 rebate name", {{20, ""}}, product, "a Rebate Name", rebate, 20);
-        must("2 product name", {{14, ""}}, rebate, "a Product Name", product, 14);
-        must("3 purchase price", {{2, ""}}, followup, "a Purchase Price", product, 2);
-        must("4 rebate amount", {{4, ""}}, product, "a Rebate Amount", rebate, 4);
-        must("5 date due", {{5, "11/10/2026"}, {9, ""}}, product, "a Date Due", rebate, 9);
-        must("5 from Followup Info, tab stays", {{5, "11/10/2026"}, {9, ""}}, followup,
-             "a Date Due", followup, -1);
-        must("6 date sent", {{9, "12/1/2026"}}, product, "a Date Sent", rebate, 5);
-        must("7 postage without date sent", {{6, "$0.32"}}, rebate, "a Date Sent", rebate, 5);
-        passes("7 zero postage passes", {{6, "$0.00"}}, rebate);
-        must("8 amount without date", {{8, "$10.00"}}, followup, "a Date Received", rebate, 10);
-        passes("8 zero amount passes", {{8, "$0.00"}}, rebate);
-        must("9 date without amount", {{10, "11/20/2026"}}, rebate, "an Amount Received", rebate,
-             8);
-        must("10 followup postage", {{12, "$0.32"}}, product, "a Followup Date", followup, 11);
-        passes("10 zero followup postage passes", {{12, "0.00"}}, product);
-        invalid("11 received before sent",
-                {{5, "11/10/2026"}, {9, "1/5/2027"}, {10, "11/9/2026"}, {8, "$10.00"}}, rebate,
-                "Date Received", rebate, 10);
-        passes("11 same day passes",
-               {{5, "11/10/2026"}, {9, "1/5/2027"}, {10, "11/10/2026"}, {8, "$10.00"}}, rebate);
-        invalid("12 due before sent", {{5, "11/10/2026"}, {9, "11/09/2026"}}, rebate, "Date Due",
-                rebate, 9);
-        invalid("13 followup before sent", {{5, "11/10/2026"}, {9, "1/5/2027"}, {11, "11/1/2026"}},
-                product, "Followup Date", followup, 11);
-        passes("rejected box never required", {{16, "Missing receipt"}}, followup);
-    }
+    void validateRecord_data() { AddRows(kChecks); }
     void validateRecord() {
-        QFETCH(QVariantMap, fields);
-        QFETCH(QString, startTab);
-        QFETCH(QString, title);
-        QFETCH(QString, text);
-        QFETCH(QString, tab);
-        QFETCH(int, focus);
+        const Check& c = Row(kChecks);
         frmRebate* form = OpenNew();
-        form->txtFields(RebateField::RebateName)->setText("Spring Mail-In");
-        form->txtFields(RebateField::ProductName)->setText("Toaster");
-        form->txtFields(RebateField::PurchasePrice)->setText("$24.99");
-        form->txtFields(RebateField::RebateAmount)->setText("$10.00");
-        SetFields(form, fields);
+        SetFields(form, "20=Spring Mail-In|14=Toaster|2=$24.99|4=$10.00");
+        SetFields(form, c.fields);
         auto* tabs = form->findChild<QTabWidget*>("tbsTabs");
-        for (int i = 0; i < tabs->count(); ++i)
-            if (tabs->tabText(i) == startTab)
-                tabs->setCurrentIndex(i);
+        tabs->setCurrentIndex(c.start);
         tabs->setFocus();
         auto& desktop = mFixture->Desktop();
         desktop.boxes.clear();
 
         form->mnuSaveRecord_Click(); // the toolbar's Save: no focus move first
-        if (title.isEmpty()) {
+        const QString missing = c.missing;
+        if (missing.isEmpty()) {
             QVERIFY(desktop.boxes.isEmpty());
             QCOMPARE(CountRebates(), 1);
-            QCOMPARE(form->RebateID(), QString("20261123100000"));
+            QCOMPARE(form->RebateID(), kNewKey);
             return;
         }
         // The focus arriving in Amount Rec'd asks its question, as whenever it arrives there.
-        QCOMPARE(desktop.boxes.size(), focus == 8 ? 2 : 1);
-        if (focus == 8)
+        QCOMPARE(desktop.boxes.size(), c.focus == 8 ? 2 : 1);
+        if (c.focus == 8)
             QCOMPARE(desktop.boxes[1].title, QString("Amount Received"));
-        QCOMPARE(desktop.Shown().first(), title + " | 48 | " + text);
+        QCOMPARE(desktop.Shown().first(), missing.startsWith('!')
+                                              ? "Dates Invalid | 48 | " + missing.mid(1) +
+                                                    " must be greater than the Date Sent."
+                                              : "Missing " + missing.section(' ', 1) +
+                                                    " | 48 | You must enter " + missing +
+                                                    " before saving the record.");
         QCOMPARE(desktop.beeps, 1);
-        QCOMPARE(CurrentTab(form), tab);
-        if (focus >= 0)
-            QTRY_COMPARE(QApplication::focusWidget(), form->txtFields(focus));
+        QCOMPARE(CurrentTab(form), tabs->tabText(c.tab));
+        if (c.focus >= 0)
+            QTRY_COMPARE(QApplication::focusWidget(), form->txtFields(c.focus));
         else
             QCOMPARE(QApplication::focusWidget(), tabs->tabBar());
         QCOMPARE(CountRebates(), 0);
         QVERIFY(form->RebateID().isEmpty());
         QVERIFY(!QFile::exists(mFixture->LogPath()));
     }
+    // A new record takes the clock's time as its key, or the next free second; saved again, it
+    // keeps the key.
     void newRecordSavedOnceAndAgain() {
-        frmRebate* form = OpenNew();
-        FillRequired(form);
-        QVERIFY(form->RebateID().isEmpty());
-        form->mnuSaveRecord_Click();
-        QCOMPARE(form->RebateID(), QString("20261123100000"));
-        QCOMPARE(CountRebates(), 1);
-        QVERIFY(gbRecordSaved);
-        QCOMPARE(gsSavedRebateID, QString("20261123100000"));
-
-        Clock::Advance(90);
-        Type(form, 20, "Spring Mail-In, corrected");
-        mMain->tbToolBar_ButtonClick("Save"); // the main toolbar reaches the form
-        QVERIFY(!form->RecordChanged());
-        QCOMPARE(CountRebates(), 1);
-        QCOMPARE(form->RebateID(), QString("20261123100000"));
-        QCOMPARE(ReadRawRebate("20261123100000").value("RebateName").toString(),
-                 QString("Spring Mail-In, corrected"));
-        QVERIFY(mFixture->Desktop().boxes.isEmpty());
-    }
-    void keyTakesNextFreeSecond() {
-        InsertRebates({StoredRow("20261123100000"), StoredRow("20261123100001")});
+        InsertRebates({StoredRow(kNewKey), StoredRow("20261123100001")});
         frmRebate* form = OpenNew();
         FillRequired(form);
         form->mnuSaveRecord_Click();
         QCOMPARE(form->RebateID(), QString("20261123100002"));
         QCOMPARE(CountRebates(), 3);
-        QCOMPARE(ReadRawRebate("20261123100000").value("RebateName").toString(),
-                 QString("Router Rebate"));
+        QCOMPARE(gsSavedRebateID, QString("20261123100002"));
+
+        Clock::Advance(90);
+        Type(form, 20, "Spring Mail-In, corrected");
+        mMain->tbToolBar_ButtonClick("Save"); // the main toolbar reaches the form
+        QVERIFY(!form->RecordChanged());
+        QCOMPARE(CountRebates(), 3);
+        QCOMPARE(form->RebateID(), QString("20261123100002"));
+        QCOMPARE(ReadRawRebate("20261123100002").value("RebateName").toString(),
+                 QString("Spring Mail-In, corrected"));
+        QCOMPARE(ReadRawRebate(kNewKey).value("RebateName").toString(), QString("Router Rebate"));
+        QVERIFY(mFixture->Desktop().boxes.isEmpty());
     }
-    // A field's text on the stored record (set, then saved through the form), the column and
-    // the raw value the row holds afterwards: money in ten-thousandths, Null as a null QVariant.
-    void writtenValues_data() {
-        QTest::addColumn<QVariantMap>("fields");
-        QTest::addColumn<QString>("column");
-        QTest::addColumn<QVariant>("stored");
-        const auto row = [](const char* name, std::initializer_list<std::pair<int, QString>> fields,
-                            const char* column, const QVariant& stored) {
-            QTest::newRow(name) << Fields(fields) << QString(column) << stored;
-        };
-        const auto money = [](qlonglong raw) {
-            return QVariant(raw);
-        };
-        row("money to the cent", {{2, "$19.99"}}, "PurchasePrice", money(199900));
-        row("large money exact", {{3, "$123456.78"}}, "CouponAmount", money(1234567800));
-        row("empty coupon is zero", {{3, ""}}, "CouponAmount", money(0));
-        row("email cleared is Null", {{7, ""}}, "Email", QVariant());
-        row("address cleared stays text", {{0, ""}}, "Address", QVariant(""));
-        row("postage cleared keeps the old value", {{6, ""}}, "PostagePrice", money(5000));
-        row("followup postage is the default", {{11, "11/20/2026"}, {12, "$1.00"}},
-            "FollowupPostage", money(3200));
-        row("followup date cleared, postage zero", {{11, ""}}, "FollowupPostage", money(0));
-        row("phone as it stands", {{13, "(800) FLOWERS"}}, "PhoneNumber",
-            QVariant("(800) FLOWERS"));
-        row("date", {{10, "11/20/2026"}, {8, "$30.00"}}, "DateReceived", QVariant("2026-11-20"));
-        row("received cleared is zero", {{8, ""}}, "AmountReceived", money(0));
-    }
+    void writtenValues_data() { AddRows(kWritten); }
     void writtenValues() {
-        QFETCH(QVariantMap, fields);
-        QFETCH(QString, column);
-        QFETCH(QVariant, stored);
+        const Written& w = Row(kWritten);
         InsertRebates({StoredRow()});
         frmRebate* form = OpenExisting(kStored);
-        SetFields(form, fields);
+        SetFields(form, w.fields);
         form->mnuSaveRecord_Click();
         QVERIFY2(mFixture->Desktop().boxes.isEmpty(),
                  qPrintable(mFixture->Desktop().boxes.value(0).prompt));
-        const QVariant raw = ReadRawRebate(kStored).value(column);
-        if (stored.isNull())
-            QVERIFY(raw.isNull());
-        else
-            QCOMPARE(raw, stored);
+        const QVariant raw = ReadRawRebate(kStored).value(w.column);
+        QCOMPARE(raw.isNull(), w.stored.isNull());
+        if (!w.stored.isNull())
+            QCOMPARE(raw, w.stored);
     }
     // Money that isn't an amount in Postage Price, then a way out of the field: each checks the
     // field first, which refuses, so the focus, the page and the table stay as they were. Leaving
@@ -327,11 +265,9 @@ private Q_SLOTS:
     void vetoedField_data() {
         QTest::addColumn<QString>("how");
         QTest::addColumn<int>("boxes");
-        QTest::newRow("click on OK") << "ok" << 1;
-        QTest::newRow("access key of OK") << "alt+o" << 1;
-        QTest::newRow("click on another field") << "field" << 1;
-        QTest::newRow("click on a tab") << "tab" << 1;
-        QTest::newRow("Ctrl+Tab") << "ctrl+tab" << 1;
+        for (const char* how :
+             {"click on OK", "Alt+O", "click on a field", "click on a tab", "Ctrl+Tab"})
+            QTest::newRow(how) << how << 1;
         QTest::newRow("record check going to another page") << "save" << 2;
         QTest::newRow("another window") << "window" << 0;
     }
@@ -344,22 +280,21 @@ private Q_SLOTS:
         FillRequired(form);
         form->txtFields(RebateField::ProductName)->setText("");
         FieldEdit* postage = Type(form, 6, "1..2");
-        auto* tabs = form->findChild<QTabWidget*>("tbsTabs");
-        if (how == "ok") {
+        QTabBar* tabBar = form->findChild<QTabWidget*>("tbsTabs")->tabBar();
+        QWidget other;
+        if (how == "click on OK")
             QTest::mouseClick(form->findChild<QPushButton*>("cmdOK"), Qt::LeftButton);
-        } else if (how == "alt+o") {
+        else if (how == "Alt+O")
             QTest::keyClick(postage, Qt::Key_O, Qt::AltModifier);
-        } else if (how == "field") {
+        else if (how == "click on a field")
             QTest::mouseClick(form->txtFields(RebateField::AmountReceived), Qt::LeftButton);
-        } else if (how == "tab") {
-            QTest::mouseClick(tabs->tabBar(), Qt::LeftButton, {},
-                              tabs->tabBar()->tabRect(2).center());
-        } else if (how == "ctrl+tab") {
+        else if (how == "click on a tab")
+            QTest::mouseClick(tabBar, Qt::LeftButton, {}, tabBar->tabRect(2).center());
+        else if (how == "Ctrl+Tab")
             QTest::keyClick(postage, Qt::Key_Tab, Qt::ControlModifier);
-        } else if (how == "save") {
+        else if (how == "save")
             form->mnuSaveRecord_Click(); // Product Name, on another page, is missing
-        } else {
-            QWidget other;
+        else {
             other.show();
             QApplication::setActiveWindow(&other);
             QVERIFY(QTest::qWaitForWindowActive(&other));
@@ -377,33 +312,33 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(mFixture->LogPath()));
     }
     // The record check moves the focus into a field while its box is up, and the focus comes
-    // back as the window's activation: that still enters the field, as a Tab would.
+    // back as the window's activation: that still enters the field, as a Tab would. The field
+    // whose text makes the check fail, its text, then typed into the field with the focus, and
+    // Tab; the prompts; a field and its text at the end.
     void checkEntersField_data() {
-        QTest::addColumn<int>("filled");    // the field whose text makes the check fail
-        QTest::addColumn<QString>("text");  // its text
-        QTest::addColumn<QString>("typed"); // then typed into the field with the focus, and Tab
+        QTest::addColumn<QString>("fields");
+        QTest::addColumn<QString>("typed");
         QTest::addColumn<QStringList>("prompts");
-        QTest::addColumn<int>("checked"); // a field and its text at the end
         QTest::addColumn<QString>("expected");
         QTest::newRow("Amount Rec'd asks for the full amount")
-            << 10 << "11/20/2026"
-            << "" << QStringList{Must("an Amount Received"), "Did you receive the full amount?"}
-            << 8 << "$10.00";
+            << QString("10=11/20/2026") << QString()
+            << QStringList{"You must enter an Amount Received before saving the record.",
+                           "Did you receive the full amount?"}
+            << "8=$10.00";
         QTest::newRow("Date Sent fills Date Due")
-            << 6 << "1.00"
-            << "11/01/2026" << QStringList{Must("a Date Sent")} << 9 << "12/27/2026";
+            << QString("6=1.00") << QString("11/01/2026")
+            << QStringList{"You must enter a Date Sent before saving the record."}
+            << "9=12/27/2026";
     }
     void checkEntersField() {
-        QFETCH(int, filled);
-        QFETCH(QString, text);
+        QFETCH(QString, fields);
         QFETCH(QString, typed);
         QFETCH(QStringList, prompts);
-        QFETCH(int, checked);
         QFETCH(QString, expected);
         mFixture->Desktop().modalBoxes = true;
         frmRebate* form = OpenNew();
         FillRequired(form);
-        form->txtFields(filled)->setText(text);
+        SetFields(form, fields);
         FieldEdit* remarks = Enter(form, 17);
         QTest::keyClick(remarks, Qt::Key_O, Qt::AltModifier);
         QTRY_COMPARE(mFixture->Desktop().boxes.size(), prompts.size());
@@ -417,7 +352,8 @@ private Q_SLOTS:
         for (const auto& box : mFixture->Desktop().boxes)
             shown << box.prompt;
         QCOMPARE(shown, prompts);
-        QCOMPARE(form->txtFields(checked)->text(), expected);
+        QCOMPARE(form->txtFields(expected.section('=', 0, 0).toInt())->text(),
+                 expected.section('=', 1));
         QCOMPARE(CountRebates(), 0);
     }
     void refusedSave_data() {
@@ -436,19 +372,17 @@ private Q_SLOTS:
         frmRebate* form = OpenNew();
         FillRequired(form);
         Type(form, 17, "keep this");
-
         std::unique_ptr<Database> other;
-        QSqlQuery readOnly(gDatabase->Connection());
-        if (cause == "read-only") {
-            QVERIFY(readOnly.exec("PRAGMA query_only = 1"));
-        } else {
+        QSqlQuery query(gDatabase->Connection());
+        if (cause == "locked") {
             other = Database::Open(mFixture->DatabasePath());
-            QVERIFY(QSqlQuery(other->Connection()).exec("BEGIN EXCLUSIVE"));
+            query = QSqlQuery(other->Connection());
         }
-        if (viaOK)
-            form->cmdOK_Click();
-        else
-            form->mnuSaveRecord_Click();
+        QVERIFY(query.exec(cause == "locked" ? "BEGIN EXCLUSIVE" : "PRAGMA query_only = 1"));
+        const auto save = [&] {
+            viaOK ? form->cmdOK_Click() : form->mnuSaveRecord_Click();
+        };
+        save();
 
         QCOMPARE(frmRebate::Instance(), form);
         QVERIFY(form->isVisible()); // shown again after OK hid it
@@ -463,39 +397,27 @@ private Q_SLOTS:
         QVERIFY(entry.contains("frmRebate"));
         QCOMPARE(form->findChild<QLabel*>("lblStatus")->text(), QString("Ready..."));
 
-        if (cause == "read-only")
-            QVERIFY(readOnly.exec("PRAGMA query_only = 0"));
-        else
-            QVERIFY(QSqlQuery(other->Connection()).exec("ROLLBACK"));
-        if (viaOK) {
-            form->cmdOK_Click();
+        QVERIFY(query.exec(cause == "locked" ? "ROLLBACK" : "PRAGMA query_only = 0"));
+        save();
+        if (viaOK)
             QVERIFY(!frmRebate::Instance());
-        } else {
-            form->mnuSaveRecord_Click();
+        else
             QVERIFY(!form->RecordChanged());
-        }
         QCOMPARE(CountRebates(), 1);
-        QCOMPARE(ReadRawRebate(gbRecordSaved ? gsSavedRebateID : form->RebateID())
-                     .value("Remarks")
-                     .toString(),
-                 QString("keep this"));
+        QCOMPARE(ReadRawRebate(kNewKey).value("Remarks").toString(), QString("keep this"));
         QCOMPARE(boxes.size(), 1);
     }
     void deleteRecord_data() {
         QTest::addColumn<int>("answer");
         QTest::addColumn<bool>("emptyName");
-        QTest::addColumn<bool>("closed");
-        QTest::addColumn<QVariant>("deleted");
-        QTest::newRow("yes") << 6 << false << true << QVariant(qlonglong(1));
-        QTest::newRow("no") << 7 << false << false << QVariant(qlonglong(0));
-        QTest::newRow("yes, but a required field is empty")
-            << 6 << true << false << QVariant(qlonglong(0));
+        QTest::newRow("yes") << 6 << false;
+        QTest::newRow("no") << 7 << false;
+        QTest::newRow("yes, but a required field is empty") << 6 << true;
     }
     void deleteRecord() {
         QFETCH(int, answer);
         QFETCH(bool, emptyName);
-        QFETCH(bool, closed);
-        QFETCH(QVariant, deleted);
+        const bool deleted = answer == 6 && !emptyName;
         InsertRebates({StoredRow()});
         frmRebate* form = OpenExisting(kStored);
         if (emptyName)
@@ -506,8 +428,8 @@ private Q_SLOTS:
         QCOMPARE(desktop.Shown().first(),
                  QString("Delete Record? | 292 | Are you sure you want to delete the current "
                          "record?"));
-        QCOMPARE(!frmRebate::Instance(), closed);
-        QCOMPARE(ReadRawRebate(kStored).value("Deleted"), deleted);
+        QCOMPARE(!frmRebate::Instance(), deleted);
+        QCOMPARE(ReadRawRebate(kStored).value("Deleted"), QVariant(qlonglong(deleted)));
         if (emptyName) {
             QCOMPARE(desktop.boxes[1].title, QString("Missing Product Name"));
             QVERIFY(form->chkFields(0)->isChecked());
@@ -541,30 +463,25 @@ private Q_SLOTS:
         QVERIFY(ButtonVisible(4) && ButtonVisible(5));
         QTRY_VERIFY(mMain->mdiArea->subWindowList().isEmpty());
     }
-    void ctrlTabWraps_data() {
-        QTest::addColumn<int>("start");
-        QTest::addColumn<bool>("back");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("next") << 0 << false << "Rebate Info";
-        QTest::newRow("last wraps to first") << 2 << false << "Product Info";
-        QTest::newRow("previous") << 1 << true << "Product Info";
-        QTest::newRow("first wraps to last") << 0 << true << "Followup Info";
-    }
+    // Ctrl+Tab and Ctrl+Shift+Tab from a field of each page, wrapping at the ends.
     void ctrlTabWraps() {
-        QFETCH(int, start);
-        QFETCH(bool, back);
-        QFETCH(QString, expected);
         frmRebate* form = OpenNew();
-        auto* tabs = form->findChild<QTabWidget*>("tbsTabs");
-        tabs->setCurrentIndex(start);
-        const int field = start == 0 ? 14 : start == 1 ? 20 : 11;
-        Enter(form, field);
-        if (back)
-            QTest::keyClick(form->txtFields(field), Qt::Key_Backtab,
-                            Qt::ControlModifier | Qt::ShiftModifier);
-        else
-            QTest::keyClick(form->txtFields(field), Qt::Key_Tab, Qt::ControlModifier);
-        QCOMPARE(CurrentTab(form), expected);
+        const struct {
+            int page, field;
+            bool back;
+            const char* expected;
+        } moves[] = {{0, 14, false, "Rebate Info"},
+                     {2, 11, false, "Product Info"},
+                     {1, 20, true, "Product Info"},
+                     {0, 14, true, "Followup Info"}};
+        for (const auto& move : moves) {
+            form->findChild<QTabWidget*>("tbsTabs")->setCurrentIndex(move.page);
+            Enter(form, move.field);
+            QTest::keyClick(form->txtFields(move.field), move.back ? Qt::Key_Backtab : Qt::Key_Tab,
+                            move.back ? Qt::ControlModifier | Qt::ShiftModifier
+                                      : Qt::ControlModifier);
+            QCOMPARE(CurrentTab(form), QString(move.expected));
+        }
     }
     void escapeOnRejectedBox() {
         frmRebate* form = OpenNew();
@@ -584,11 +501,10 @@ private Q_SLOTS:
         frmRebate* form = OpenNew();
         auto* status = form->findChild<QLabel*>("lblStatus");
         Enter(form, 13);
-        const QStringList order = {"cmdDial",      "txtFields_7", "cmdEditEmail",
-                                   "txtFields_22", "cmdEditWeb",  "txtFields_4"};
-        for (const QString& name : order) {
+        for (const char* name : {"cmdDial", "txtFields_7", "cmdEditEmail", "txtFields_22",
+                                 "cmdEditWeb", "txtFields_4"}) {
             PressTab();
-            QCOMPARE(QApplication::focusWidget()->objectName(), name);
+            QCOMPARE(QApplication::focusWidget()->objectName(), QString(name));
         }
         QCOMPARE(status->text(), QString("Rebate amount due..."));
         form->chkFields(21)->setFocus(Qt::TabFocusReason);
@@ -596,16 +512,14 @@ private Q_SLOTS:
         form->findChild<QPushButton*>("cmdCancel")->setFocus(Qt::TabFocusReason);
         QCOMPARE(status->text(), QString("Close without saving...*"));
 
-        form->txtFields(RebateField::LocationPurchased)->setText("Hardware Barn");
+        FieldEdit* location = form->txtFields(RebateField::LocationPurchased);
+        location->setText("Hardware Barn");
         Enter(form, 14);
         auto* label = form->findChild<QLabel*>("lblLabels_15");
         QTest::mouseClick(label, Qt::LeftButton);
-        QTRY_VERIFY(form->txtFields(RebateField::LocationPurchased)->hasFocus());
-        QCOMPARE(form->txtFields(RebateField::LocationPurchased)->selectedText(),
-                 QString("Hardware Barn"));
-        QCOMPARE(label->buddy(),
-                 form->txtFields(
-                     RebateField::LocationPurchased)); // the field's name for a screen reader
+        QTRY_VERIFY(location->hasFocus());
+        QCOMPARE(location->selectedText(), QString("Hardware Barn"));
+        QCOMPARE(label->buddy(), location); // the field's name for a screen reader
     }
     void positionKept() {
         SaveSetting(kAppTitle, "Settings", "RebateLeft", "1500");
