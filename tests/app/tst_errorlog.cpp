@@ -42,34 +42,21 @@ private Q_SLOTS:
 
     void cleanup() {
         cLogErr::SetMemoryStatusSource(nullptr);
-        cLogErr::SetActiveControlNameSource(nullptr);
         mFixture.reset();
     }
 
     void block_data() {
         QTest::addColumn<QVariant>("location");  // null: left out
-        QTest::addColumn<QVariant>("control");   // null: no source of the focused control
         QTest::addColumn<QStringList>("middle"); // the lines between "Error Source:" and memory
-
-        QTest::newRow("all lines")
-            << QVariant("cmdOK_Click") << QVariant("txtFields_20")
-            << QStringList{"Error Location:\t\tcmdOK_Click", "Active Control:\t\ttxtFields_20"};
-        QTest::newRow("no focus") << QVariant("cmdOK_Click") << QVariant(QString())
+        QTest::newRow("location") << QVariant("cmdOK_Click")
                                   << QStringList{"Error Location:\t\tcmdOK_Click"};
-        QTest::newRow("no control source") << QVariant("AddAllListItems()") << QVariant()
-                                           << QStringList{"Error Location:\t\tAddAllListItems()"};
-        QTest::newRow("no location")
-            << QVariant() << QVariant("lvAll") << QStringList{"Active Control:\t\tlvAll"};
+        QTest::newRow("no location") << QVariant() << QStringList();
         QTest::newRow("empty location")
-            << QVariant(QString("")) << QVariant() << QStringList{"Error Location:\t\t"};
+            << QVariant(QString("")) << QStringList{"Error Location:\t\t"};
     }
     void block() {
         QFETCH(QVariant, location);
-        QFETCH(QVariant, control);
         QFETCH(QStringList, middle);
-        if (!control.isNull())
-            cLogErr::SetActiveControlNameSource([name = control.toString()] { return name; });
-
         gErrorLog->LogIt(3021, "No current record.", "frmRebate",
                          location.isNull() ? std::nullopt : std::optional(location.toString()), "",
                          48, "Vantry! Vantry! Error");

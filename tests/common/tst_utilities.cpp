@@ -1,29 +1,13 @@
-#include "Fixture.h"
 #include "common/core/Desktop.h"
-#include "common/core/modUtilities.h"
 
-#include <QFile>
 #include <QTest>
 
 class tst_utilities : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-
-    void programFolder() {
-        Fixture fixture;
-        QCOMPARE(AppPath(), fixture.ProgramDir());
-        QCOMPARE(AppExeName(), QString("Vantry"));
-        QVERIFY(FileExists(AppPath() + AppExeName() + ".rdb"));
-        QVERIFY(!FileExists(AppPath() + "missing.mdb"));
-        QVERIFY(!FileExists(AppPath()));
-        QVERIFY(!FileExists(QString()));
-        QVERIFY(!TempPath().endsWith('/'));
-    }
-
     void defaultAnswer_data() {
         QTest::addColumn<int>("style");
         QTest::addColumn<int>("answer");
-        QTest::newRow("OK") << 0 << int(vb::vbOK);
         QTest::newRow("Yes, No") << 36 << int(vb::vbYes);
         QTest::newRow("Yes, No, default No") << 292 << int(vb::vbNo);
         QTest::newRow("OK, Cancel, default Cancel") << 1 + 256 + 32 << int(vb::vbCancel);

@@ -129,7 +129,6 @@ private Q_SLOTS:
                            << QStringList{"Vantry-20261123-100001-5.mdb",
                                           "Vantry-20261123-100001-6.mdb",
                                           "Vantry-20261123-100002.mdb"};
-        QTest::newRow("not a number") << "ten" << newest;
         QTest::newRow("0 is no number of backups") << "0" << newest;
     }
     void keepsTheNewest() {

@@ -73,15 +73,6 @@ private Q_SLOTS:
         QVERIFY(form.cmdPurge->isEnabled());
     }
 
-    void emptyListDisablesButtons() {
-        mFixture->OpenDatabase({{.RebateID = "1", .RebateName = "Kept"}});
-        frmPurge form;
-        QCOMPARE(form.lvwRecords->ListItems().Count(), 0);
-        QVERIFY(!form.cmdPurge->isEnabled());
-        QVERIFY(!form.cmdRecover->isEnabled());
-        QVERIFY(mFixture->Desktop().boxes.isEmpty());
-    }
-
     void commands_data() {
         QTest::addColumn<bool>("purge");
         QTest::addColumn<int>("answer");
