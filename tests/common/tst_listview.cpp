@@ -1,5 +1,6 @@
 #include "common/ui/ListView.h"
 
+#include <QAbstractItemView>
 #include <QTest>
 #include <numeric>
 
@@ -75,6 +76,54 @@ private Q_SLOTS:
         lv.ListItems().Clear();
         QCOMPARE(lv.ListItems().Count(), 0);
         QCOMPARE(lv.GetFirstVisible(), nullptr);
+    }
+    // Rows are found by their key sub-item through every change: a key held by two rows (a
+    // store's duplicate) finds the first, then the other once the first is gone.
+    void findByKey_data() {
+        QTest::addColumn<QString>("step");
+        QTest::addColumn<QStringList>("found"); // the texts found for keys a, b and c
+        QTest::newRow("as added") << "" << QStringList{"a1", "b", ""};
+        QTest::newRow("first of a removed") << "remove 1" << QStringList{"a2", "b", ""};
+        QTest::newRow("second of a removed") << "remove 3" << QStringList{"a1", "b", ""};
+        QTest::newRow("key changed") << "a1 to c" << QStringList{"a2", "b", "a1"};
+        QTest::newRow("cleared") << "clear" << QStringList{"", "", ""};
+    }
+    void findByKey() {
+        QFETCH(QString, step);
+        QFETCH(QStringList, found);
+        ListView lv;
+        lv.SetKeySubItem(3);
+        for (const auto& [text, key] : {std::pair{"a1", "a"}, {"b", "b"}, {"a2", "a"}})
+            lv.ListItems().Add(text)->SetSubItems(3, key);
+        if (step.startsWith("remove"))
+            lv.ListItems().Remove(step.mid(7).toInt());
+        else if (step == "a1 to c")
+            lv.ListItems().Item(1)->SetSubItems(3, "c");
+        else if (step == "clear")
+            lv.ListItems().Clear();
+        QStringList texts;
+        for (const QString key : {"a", "b", "c"}) {
+            const ListItem* row = lv.FindByKey(key);
+            texts << (row ? row->Text() : QString());
+        }
+        QCOMPARE(texts, found);
+    }
+
+    // The View menu's four looks show the same rows and selection.
+    void viewsShareRows() {
+        ListView lv;
+        lv.SetMultiSelect(true);
+        lv.ListItems().Add("a")->SetSelected(true);
+        lv.ListItems().Add("b");
+        lv.show();
+        for (int view :
+             {ListView::lvwIcon, ListView::lvwSmallIcon, ListView::lvwList, ListView::lvwReport}) {
+            lv.SetView(view);
+            auto* shown = qobject_cast<QAbstractItemView*>(lv.ActiveView());
+            QVERIFY(shown->isVisible());
+            QTRY_COMPARE(shown->model()->rowCount(), 2);
+            QTRY_COMPARE(shown->selectionModel()->selectedRows().size(), 1);
+        }
     }
 };
 
