@@ -1,7 +1,6 @@
 #include "Fixture.h"
 #include "ProgramWindow.h"
 #include "RebateRows.h"
-#include "common/ui/HelpWindow.h"
 #include "shell/VantryApplication.h"
 #include "shell/frmMDI.h"
 #include "switchboard/frmSwitchboard.h"
@@ -9,7 +8,6 @@
 #include <QLabel>
 #include <QStyleFactory>
 #include <QTest>
-#include <QTextBrowser>
 #include <cmath>
 
 namespace {
@@ -54,14 +52,9 @@ private Q_SLOTS:
         QApplication::setPalette(DarkPalette());
     }
 
-    void init() {
-        mFixture = std::make_unique<Fixture>();
-        mFixture->OpenDatabase();
-    }
-
-    void cleanup() { mFixture.reset(); }
-
     void statisticsSheet() {
+        Fixture fixture;
+        fixture.OpenDatabase();
         InsertRebates({{.RebateID = "1", .PurchasePrice = 19.99, .RebateAmount = 10.0},
                        {.RebateID = "2", .PurchasePrice = 5.0, .AmountReceived = 2.5}});
         ProgramWindow program;
@@ -87,20 +80,6 @@ private Q_SLOTS:
             QVERIFY(program.Mdi().grab().save(shots + "/statistics-dark.png"));
         }
     }
-
-    void helpPage() {
-        HelpWindow help;
-        help.ShowContents();
-        const QPalette palette = help.findChild<QTextBrowser*>("txtTopic")->palette();
-        // The pages' headings and links are dark blue: they keep a light page.
-        for (const QColor ink :
-             {palette.color(QPalette::Text), QColor(0x1F, 0x3A, 0x5F), QColor(0x2F, 0x6F, 0xB3)})
-            QVERIFY2(Contrast(ink, palette.color(QPalette::Base)) >= kReadable,
-                     qPrintable(ink.name()));
-    }
-
-private:
-    std::unique_ptr<Fixture> mFixture;
 };
 
 int main(int argc, char** argv) {

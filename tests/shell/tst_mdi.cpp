@@ -1,29 +1,30 @@
 #include "Fixture.h"
 #include "Modal.h"
-#include "app/cLogErr.h"
 #include "common/core/Globals.h"
 #include "common/core/Settings.h"
 #include "common/ui/Forms.h"
 #include "common/ui/Help.h"
 #include "common/ui/HelpWindow.h"
-#include "common/ui/ListView.h"
 #include "common/ui/MdiChild.h"
+#include "common/ui/QtDesktop.h"
 #include "common/ui/StatusBar.h"
-#include "common/ui/TabStrip.h"
 #include "common/ui/Toolbar.h"
 #include "data/Database.h"
 #include "shell/frmMDI.h"
 #include "shell/modMain.h"
 
+#include <QAccessible>
 #include <QCloseEvent>
-#include <QElapsedTimer>
+#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QTest>
+#include <QTextBrowser>
 #include <QToolButton>
 
 // Stand-ins for the Switchboard and the rebate form, recording the commands that reach them.
@@ -34,9 +35,6 @@ public:
         setObjectName(name);
         setWindowTitle(name);
         Forms::Register(this);
-        auto* button = new QPushButton("Delete", this);
-        button->setObjectName("cmdDelete");
-        button->setFocusPolicy(Qt::StrongFocus);
         mMenu = new QMenu("&Record", this);
         mMenu->setObjectName("mnuRecord");
     }
@@ -73,6 +71,8 @@ private:
 };
 
 namespace {
+const QList<int> kContexts{1000, 1079, 1080, 1081, 1082, 1083, 1084, 2500, 2502, 2503, 2504,
+                           2507, 3000, 3001, 4700, 4800, 5002, 5502, 5902, 7000, 7001, 7500};
 const char* const kPlaces[] = {"MainLeft", "MainTop", "MainWidth", "MainHeight"};
 
 QString Entries(const QWidget* menu) {
@@ -128,11 +128,7 @@ private Q_SLOTS:
             shown << QStringList{key, button.Description(), button.ToolTipText()}.join("|");
             QToolButton* widget = main->findChild<QToolButton*>(key);
             QVERIFY2(widget && widget->isVisible(), qPrintable(key));
-            QCOMPARE(widget->accessibleName(), button.Description());
             QVERIFY(!widget->icon().isNull());
-            for (const ImageList* list : {&main->imlToolbarSGrey, &main->imlToolbarLGrey,
-                                          &main->imlToolbarLarge, &main->imlToolbarSmall})
-                QVERIFY2(!list->Picture(key).isNull(), qPrintable(key));
         }
         QCOMPARE(shown.join(";"), expected);
     }
@@ -151,10 +147,8 @@ private Q_SLOTS:
                                 << minimised;
         };
         row("first start", "", "", 32, "Exit");
-        row("large, text", "Large", "1", 32, "Exit");
         row("small, no text", "Small", "0", 16, "");
         row("anything else is small", "large", "True", 16, "Exit");
-        row("text False", "Large", "False", 32, "");
         row("text not a Boolean", "Large", "maybe", 32, "Exit");
         row("minimised", "Small", "1", 16, "Exit", true);
     }
@@ -202,12 +196,6 @@ private Q_SLOTS:
 
     void toolbarPopup() {
         frmMDI* main = MakeMain();
-        // Choosing the size that is already chosen keeps it chosen.
-        for (int i = 0; i < 2; ++i) {
-            main->mnuTbPopupSmall->trigger();
-            QVERIFY(main->mnuTbPopupSmall->isChecked() && !main->mnuTbPopupLarge->isChecked());
-            QCOMPARE(main->tbToolBar->iconSize(), QSize(16, 16));
-        }
         QTest::mouseClick(main->findChild<QToolButton*>("Exit"), Qt::RightButton);
         QTRY_VERIFY(main->mnuTbPopup->isVisible());
         main->mnuTbPopup->close();
@@ -267,7 +255,6 @@ private Q_SLOTS:
         const char *board = "frmSwitchboard", *rebate = "frmRebate";
         row("Save, no rebate form", "Save", false, board, "", "Ready...");
         row("Save", "Save", true, rebate, "frmRebate.Save", "Saving record...");
-        row("Cut, no rebate form", "Cut", false, board, "", "Ready...");
         row("Print on the Switchboard", "Print", false, board, "frmSwitchboard.Print", "");
         row("Print, rebate form behind the Switchboard", "Print", true, board, "", "");
         row("Print on the rebate form", "Print", true, rebate, "frmRebate.Print", "");
@@ -371,58 +358,151 @@ private Q_SLOTS:
         QCOMPARE(mEnded, 0); // the Switchboard is still there
         QVERIFY(main->isVisible());
 
-        QElapsedTimer clock;
-        clock.start();
         switchboard->close();
         delete switchboard->parentWidget(); // the sub-window goes, and the form with it
         QTRY_COMPARE(mEnded, 1);
-        QVERIFY(clock.elapsed() < TimeLimit(1000));
         QTRY_VERIFY(!mMain);
     }
 
-    void activeControlInLog_data() {
-        QTest::addColumn<QString>("focus"); // the widget given the focus
-        QTest::addColumn<QString>("logged");
-        for (const char* focus : {"cmdDelete", "other"})
-            QTest::newRow(focus) << QString(focus) << QString("cmdDelete");
-        QTest::newRow("a list view's icons") << QString("icons") << QString("lvNew");
-        QTest::newRow("a tab strip's tabs") << QString("tabs") << QString("tbsSwitch");
+    // Each topic in the one help window, with its title first; the contents list them all.
+    void topicByNumber() {
+        HelpWindow* window = nullptr;
+        for (int context : kContexts) {
+            Help::ShowTopic(context);
+            window = window ? window : Help::Window();
+            QVERIFY(window && window->isVisible());
+            QCOMPARE(Help::Window(), window);
+            QCOMPARE(window->CurrentTopic(), context);
+            QVERIFY(!window->CurrentTitle().isEmpty());
+            const QString text = window->findChild<QTextBrowser*>("txtTopic")->toPlainText();
+            QVERIFY2(text.startsWith(window->CurrentTitle()), qPrintable(text.left(60)));
+            QVERIFY2(text.size() > window->CurrentTitle().size() + 80, "a topic says something");
+        }
+        Help::ShowContents();
+        QCOMPARE(Help::Window(), window);
+        QCOMPARE(window->CurrentTopic(), 0);
+        QStringList titles = window->ListedTitles();
+        QCOMPARE(titles.size(), kContexts.size() + 1);
+        QCOMPARE(titles.first(), QString("Contents"));
+        QCOMPARE(titles.removeDuplicates(), 0);
+        QVERIFY(titles.contains("Introducing Vantry! Vantry!"));
     }
 
-    // The log names the program's control, never a part inside it nor a control of a window
-    // that isn't the program's.
-    void activeControlInLog() {
-        QFETCH(QString, focus);
-        QFETCH(QString, logged);
-        frmMDI* main = MakeMain();
-        FakeForm* rebate = AddForm("frmRebate");
-        auto* strip = new TabStrip(rebate);
-        strip->setObjectName("tbsSwitch");
-        auto* list = new ListView(strip);
-        list->setObjectName("lvNew");
-        strip->show();
-        list->show();
-        auto* button = rebate->findChild<QWidget*>("cmdDelete");
-        main->activateWindow();
-        button->setFocus();
-        QTRY_COMPARE(QApplication::focusWidget(), button);
-        QWidget other;
-        auto* otherButton = new QPushButton("elsewhere", &other);
-        otherButton->setObjectName("cmdElsewhere");
-        if (focus == "other") {
-            other.show();
-            QApplication::setActiveWindow(&other);
-            otherButton->setFocus();
-            QTRY_COMPARE(QApplication::focusWidget(), otherButton);
-        } else {
-            QWidget* target = main->findChild<QWidget*>(focus);
-            target->setFocusPolicy(Qt::StrongFocus);
-            target->setFocus();
-            QTRY_COMPARE(QApplication::focusWidget(), target);
+    // The titles that must be listed ("|" between them; a title holding the words comes first)
+    // and those that must not.
+    void search_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QStringList>("mustList");
+        QTest::addColumn<QStringList>("mustNotList");
+        const auto row = [](const char* text, const QString& must, const QString& mustNot) {
+            QTest::newRow(text) << QString(text) << must.split('|', Qt::SkipEmptyParts)
+                                << mustNot.split('|', Qt::SkipEmptyParts);
+        };
+        row("overdue", "The Overdue page", "");
+        row("DELETED   purge", "Deleting rebates|Options", "The toolbar|The status bar");
+        row("xylophone", "", "Contents");
+    }
+
+    void search() {
+        QFETCH(QString, text);
+        QFETCH(QStringList, mustList);
+        QFETCH(QStringList, mustNotList);
+        HelpWindow window;
+        window.show();
+        QTest::keyClicks(window.findChild<QLineEdit*>("txtSearch"), text);
+        const QStringList listed = window.ListedTitles();
+        for (const QString& title : mustList)
+            QVERIFY2(listed.contains(title), qPrintable(title));
+        for (const QString& title : mustNotList)
+            QVERIFY2(!listed.contains(title), qPrintable(title));
+        if (mustList.isEmpty())
+            QVERIFY(listed.isEmpty());
+        else if (mustList.first().contains(text, Qt::CaseInsensitive))
+            QCOMPARE(listed.first(), mustList.first());
+        // Enter opens the first topic found.
+        QTest::keyClick(window.findChild<QLineEdit*>("txtSearch"), Qt::Key_Return);
+        if (!listed.isEmpty())
+            QCOMPARE(window.CurrentTitle(), listed.first());
+    }
+
+    void f1OnFocusedControl() {
+        Help::InstallF1Handler();
+        QWidget form;
+        auto* field = new QLineEdit(&form);
+        auto* other = new QPushButton("Other", &form);
+        other->move(0, 40);
+        field->setProperty(Help::kContextProperty, 2504);
+        form.show();
+        QVERIFY(QTest::qWaitForWindowActive(&form));
+
+        // Without help, F1 does nothing.
+        field->setFocus();
+        QTest::keyClick(field, Qt::Key_F1);
+        QVERIFY(!Help::Window());
+
+        App::SetHelpFile("vantry.hlp");
+        QTest::keyClick(field, Qt::Key_F1);
+        QVERIFY(Help::Window());
+        QCOMPARE(Help::Window()->CurrentTopic(), 2504);
+        // A control without a number: the contents.
+        form.activateWindow();
+        other->setFocus();
+        QTest::keyClick(other, Qt::Key_F1);
+        QCOMPARE(Help::Window()->CurrentTopic(), 0);
+    }
+
+    void statusBarPanels() {
+        auto bar = std::make_unique<StatusBar>();
+        bar->AttachStatusLine();
+        SetStatusText("Loading records...");
+        // A screen reader hears each panel's name and its text.
+        const auto spoken = [&bar](int index) {
+            QAccessibleInterface* panel = QAccessible::queryAccessibleInterface(bar->Panels(index));
+            return panel->text(QAccessible::Name) + ": " + panel->text(QAccessible::Description);
+        };
+        const QStringList panels{"Date: 11/23/2026", "Time: 10:00 AM",
+                                 "Status: Loading records..."};
+        for (int i = 1; i <= 3; ++i) {
+            QCOMPARE(spoken(i), panels[i - 1]);
+            QCOMPARE(bar->PanelText(i), panels[i - 1].section(": ", 1));
         }
-        LogError(VbError(VbError::InvalidCall), "frmRebate", "cmdOK_Click");
-        QVERIFY2(mFixture->LogText().contains("Active Control:\t\t" + logged + "\r\n"),
-                 qPrintable(mFixture->LogText()));
+        QCOMPARE(QAccessible::queryAccessibleInterface(bar.get())->text(QAccessible::Name),
+                 QString("Status Bar"));
+
+        bar.reset();
+        SetStatusText("Ready..."); // nothing attached any more, nothing breaks
+        QCOMPARE(StatusText(), QString("Ready..."));
+    }
+
+    void messageBoxButtons_data() {
+        using B = QMessageBox;
+        QTest::addColumn<int>("style");
+        QTest::addColumn<B::StandardButtons>("buttons");
+        QTest::addColumn<B::StandardButton>("defaultButton");
+        QTest::addColumn<B::Icon>("icon");
+        const auto row = [](int style, B::StandardButtons buttons, B::StandardButton byDefault,
+                            B::Icon icon) {
+            QTest::addRow("%d", style) << style << buttons << byDefault << icon;
+        };
+        row(0, B::Ok, B::Ok, B::NoIcon);
+        row(16, B::Ok, B::Ok, B::Critical);
+        row(36, B::Yes | B::No, B::Yes, B::Question);
+        row(37, B::Retry | B::Cancel, B::Retry, B::Question);
+        row(48, B::Ok, B::Ok, B::Warning);
+        row(292, B::Yes | B::No, B::No, B::Question);
+        row(289, B::Ok | B::Cancel, B::Cancel, B::Question);
+    }
+
+    void messageBoxButtons() {
+        QFETCH(int, style);
+        QFETCH(QMessageBox::StandardButtons, buttons);
+        QFETCH(QMessageBox::StandardButton, defaultButton);
+        QFETCH(QMessageBox::Icon, icon);
+        const auto box = QtDesktop::MakeBox("Are you sure?", style, "Question");
+        QCOMPARE(box->standardButtons(), buttons);
+        QCOMPARE(box->standardButton(box->defaultButton()), defaultButton);
+        QCOMPARE(box->icon(), icon);
+        QCOMPARE(box->windowTitle(), QString("Question"));
     }
 
 private:
