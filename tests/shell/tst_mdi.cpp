@@ -5,6 +5,7 @@
 #include "common/ui/Forms.h"
 #include "common/ui/Help.h"
 #include "common/ui/HelpWindow.h"
+#include "common/ui/ImageList.h"
 #include "common/ui/MdiChild.h"
 #include "common/ui/QtDesktop.h"
 #include "common/ui/StatusBar.h"
@@ -472,6 +473,29 @@ private Q_SLOTS:
         bar.reset();
         SetStatusText("Ready..."); // nothing attached any more, nothing breaks
         QCOMPARE(StatusText(), QString("Ready..."));
+    }
+
+    // Every picture the toolbars, lists and forms ask for is in the program and draws something
+    // at both sizes.
+    void pictureKeys() {
+        for (const char* key :
+             {"Exit",   "Options", "Calc",    "Dialer",  "Web",         "Tip",
+              "Help",   "Save",    "Print",   "Delete",  "Cut",         "Copy",
+              "Paste",  "Undo",    "Redo",    "TCR",     "Log",         "New",
+              "Unsent", "Pending", "Overdue", "Paid",    "Followup",    "Rejected",
+              "Large",  "Small",   "List",    "Details", "Arrange All", "AZ",
+              "ZA",     "Find",    "Back",    "Forward", "Hyperlink",   "NoHyperlink"}) {
+            for (int size : {16, 32}) {
+                ImageList list(size);
+                list.Add(key);
+                const QImage image = list.Picture(key).toImage();
+                int inked = 0;
+                for (int y = 0; y < image.height(); ++y)
+                    for (int x = 0; x < image.width(); ++x)
+                        inked += qAlpha(image.pixel(x, y)) > 128;
+                QVERIFY2(inked > size * size / 8, key);
+            }
+        }
     }
 
     void messageBoxButtons_data() {
