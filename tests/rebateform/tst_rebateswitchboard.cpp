@@ -92,41 +92,33 @@ private Q_SLOTS:
                              "a time."});
         QVERIFY(!frmRebate::Instance());
     }
-    void unsavedFormRefuses_data() {
-        QTest::addColumn<QString>("what");
-        QTest::newRow("New") << QString("create a new record.");
-        QTest::newRow("Open") << QString("edit another record.");
-    }
+    // New and Open refuse while the form holds changes; a clean form gives way without a word.
     void unsavedFormRefuses() {
-        QFETCH(QString, what);
         SelectTab("Unsent");
         SelectIDs(mBoard->lvUnsent, {kUnsent});
         mBoard->mnuEditRebate_Click();
         QPointer<frmRebate> form = frmRebate::Instance();
         QVERIFY(form);
         form->txtFields(RebateField::Remarks)->setText("changed");
-
-        ActivateBoard();
-        SelectIDs(mBoard->lvUnsent, {kSecondUnsent});
-        if (QTest::currentDataTag() == QString("New"))
-            mBoard->mnuNewRebate_Click();
-        else
-            mBoard->OpenRebate();
-        const auto& boxes = mFixture->Desktop().boxes;
-        QCOMPARE(mFixture->Desktop().Shown(),
-                 QStringList{"Unsaved Rebate | 0 | Please save the current rebate record before "
-                             "attempting to " +
-                             what});
-        QCOMPARE(frmRebate::Instance(), form.data());
-        QCOMPARE(form->txtFields(RebateField::Remarks)->text(), QString("changed"));
-        QCOMPARE(mMain->mdiArea->activeSubWindow()->widget(), form.data());
-
-        // A clean form gives way without a word.
+        const QString refusal = "Unsaved Rebate | 0 | Please save the current rebate record before "
+                                "attempting to ";
+        for (const QString what : {"create a new record.", "edit another record."}) {
+            ActivateBoard();
+            SelectIDs(mBoard->lvUnsent, {kSecondUnsent});
+            if (what.startsWith("create"))
+                mBoard->mnuNewRebate_Click();
+            else
+                mBoard->OpenRebate();
+            QCOMPARE(mFixture->Desktop().Shown().last(), refusal + what);
+            QCOMPARE(frmRebate::Instance(), form.data());
+            QCOMPARE(form->txtFields(RebateField::Remarks)->text(), QString("changed"));
+            QCOMPARE(mMain->mdiArea->activeSubWindow()->widget(), form.data());
+        }
         form->mnuSaveRecord_Click();
         ActivateBoard();
         SelectIDs(mBoard->lvUnsent, {kSecondUnsent});
         mBoard->OpenRebate();
-        QCOMPARE(boxes.size(), 1);
+        QCOMPARE(mFixture->Desktop().boxes.size(), 2);
         QCOMPARE(frmRebate::Instance()->RebateID(), kSecondUnsent);
     }
     // OK brings the Switchboard up to date at once: the paid record moves to Paid, selected.
