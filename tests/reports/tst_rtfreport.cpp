@@ -72,22 +72,6 @@ private Q_SLOTS:
     }
     void cleanup() { mTemp.reset(); }
 
-    // Text as RTF: braces and backslash escaped, a tab as a control word, the rest of Unicode as
-    // signed 16-bit code units (a reader may take no other); the file stays 7-bit.
-    void escapesText() {
-        const QList<std::pair<QString, QByteArray>> cases{
-            {"a{b}c\\d", "a\\{b\\}c\\\\d"}, {"a\tb", "a\\tab b"},         {"é", "\\u233?"},
-            {"\uFB01", "\\u-1279?"},        {"😀", "\\u-10179?\\u-8704?"}, {"ש", "\\u1513?"}};
-        for (const auto& [text, rtf] : cases) {
-            RtfDocument document;
-            document.Append(text);
-            const QByteArray out = document.ToRtf();
-            QVERIFY2(out.contains(rtf), out.constData());
-            for (char c : out)
-                QVERIFY(static_cast<unsigned char>(c) < 0x80);
-        }
-    }
-
     // Both layouts as a word processor reads them (one run of the reader, which is slow to
     // start): labels, tab, values by their rules, braces, accents, emoji and right-to-left text
     // as typed; the statistics computed afresh.
