@@ -50,7 +50,6 @@ private Q_SLOTS:
             {"year ahead from Feb 29", "02/29/2024", "cmdYearAhead", "02/28/2025"},
             {"arrows move days and weeks", "11/23/2026", "Right Right Down Left Up", "11/24/2026"},
             {"arrow over the month end", "11/30/2026", "Right", "12/01/2026"},
-            {"page keys move months", "11/23/2026", "PgDown PgDown PgUp", "12/23/2026"},
             {"ctrl page keys move years", "11/23/2026", "Ctrl+PgUp", "11/23/2025"},
             {"home and end", "02/10/2027", "End", "02/28/2027"},
             {"nothing past 12/31/9999", "12/31/9999", "Right cmdYearAhead cmdMonthForward",
