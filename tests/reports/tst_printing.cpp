@@ -149,38 +149,27 @@ private Q_SLOTS:
     }
 
     // The statistics sheet: one page per copy, with its page number.
-    void printStatistics_data() {
-        QTest::addColumn<bool>("empty");
-        QTest::newRow("figures") << false;
-        QTest::newRow("empty store, two copies") << true;
-    }
     void printStatistics() {
         SKIP_WITHOUT_PDF_TOOLS();
-        QFETCH(bool, empty);
         Fixture fixture;
-        QList<RebateRow> rows{{.RebateID = "1", .PurchasePrice = 20.0, .RebateAmount = 5.0}};
-        fixture.OpenDatabase(empty ? QList<RebateRow>{} : rows);
+        fixture.OpenDatabase({{.RebateID = "1", .PurchasePrice = 20.0, .RebateAmount = 5.0}});
         fixture.Desktop().printerOutputFile = mPdf;
-        fixture.Desktop().printerCopies = empty ? 2 : 1;
+        fixture.Desktop().printerCopies = 2;
         ProgramWindow window;
         window.ClickTab("Unsent");
         // The main window's Print button prints the statistics from any Switchboard page.
         window.Mdi().tbToolBar_ButtonClick("Print");
 
         const QStringList pages = ReportReaders::PdfPages(mPdf);
-        QCOMPARE(pages.size(), empty ? 2 : 1);
-        const QString spent = empty ? "$0.00" : "$20.00";
+        QCOMPARE(pages.size(), 2);
         for (const QString& page : pages) {
-            for (const QString& line :
-                 {QString("Vantry! Vantry! Statistics as of 11/23/2026 10:00:00 AM"),
-                  QString("Congratulations!"), QString("of your hard earned money!"),
-                  QString("Page 1"), "You've purchased " + spent + " worth of"})
-                QVERIFY2(page.contains(line), qPrintable(line));
-            // The figures stand on their captions' lines, inside the page.
-            QVERIFY(page.contains(QRegularExpression("Total spent on products: +" +
-                                                     QRegularExpression::escape(spent) + "\n")));
-            QVERIFY(page.contains(QRegularExpression(
-                QString("Number of products purchased: +%1\n").arg(empty ? 0 : 1))));
+            for (const char* line :
+                 {"Vantry! Vantry! Statistics as of 11/23/2026 10:00:00 AM", "Congratulations!",
+                  "of your hard earned money!", "Page 1", "You've purchased $20.00 worth of"})
+                QVERIFY2(page.contains(line), line);
+            // The figures stand on their captions' lines.
+            QVERIFY(page.contains(QRegularExpression("Total spent on products: +\\$20\\.00\n")));
+            QVERIFY(page.contains(QRegularExpression("Number of products purchased: +1\n")));
         }
         QCOMPARE(StatusText(), QString("Ready..."));
     }
