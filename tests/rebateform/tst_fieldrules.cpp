@@ -7,7 +7,6 @@
 
 #include <QApplication>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QTest>
 
 using namespace RebateFormDriver;
@@ -181,19 +180,6 @@ private Q_SLOTS:
                  q.asked ? QStringList{"Amount Received | 36 | Did you receive the full amount?"}
                          : QStringList());
         QCOMPARE(mForm->txtFields(RebateField::AmountReceived)->text(), QString(q.after));
-    }
-    // Tab into a field selects its text, as F2 does; the field's status text shows.
-    void tabAndF2Select() {
-        FieldEdit* name = mForm->txtFields(RebateField::RebateName);
-        name->setText("Spring Mail-In");
-        QTest::keyClick(Enter(mForm, 0), Qt::Key_Backtab, Qt::ShiftModifier);
-        QTRY_VERIFY(name->hasFocus());
-        QCOMPARE(name->selectedText(), QString("Spring Mail-In"));
-        QCOMPARE(mForm->findChild<QLabel*>("lblStatus")->text(),
-                 QString("Name of rebate offer..."));
-        name->deselect();
-        QTest::keyClick(name, Qt::Key_F2);
-        QCOMPARE(name->selectedText(), QString("Spring Mail-In"));
     }
 
 private:
