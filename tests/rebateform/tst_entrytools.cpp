@@ -2,7 +2,6 @@
 #include "Modal.h"
 #include "RebateFormDriver.h"
 #include "common/core/Globals.h"
-#include "common/ui/Toolbar.h"
 #include "rebateform/FieldEdit.h"
 #include "rebateform/RebateFields.h"
 #include "rebateform/frmRebate.h"
@@ -10,10 +9,8 @@
 #include "tools/frmAutoDial.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QClipboard>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
@@ -50,7 +47,6 @@ const struct Calculator {
     const char *name, *typed, *keys, *button, *after, *box;
 } kCalculator[] = {
     {"seeded, added, checked on leaving", "12.50", "+1=", "cmdOK", "$13.50", ""},
-    {"a negative result loses its minus", "2", "-5=", "cmdOK", "$3.00", ""},
     {"beyond money: the field refuses", "900000000000000", "*10=", "cmdOK", "9000000000000000",
      "Invalid Amount"},
     {"Close leaves the field", "7", "+1=", "cmdCancel", "$7.00", ""},
@@ -67,7 +63,6 @@ const struct Weeks {
     {"six weeks", 9, "12/01/2025", "6", true, "1/12/2026"},
     {"cancel keeps the date", 9, "12/01/2025", "", true, "1/26/2026"},
     {"no date sent", 9, "", "6", false, ""},
-    {"not in Date Sent", 5, "12/01/2025", "6", false, "1/26/2026"},
 };
 
 // Undo, cut, copy and paste: the steps are typed text, a key ({Esc} {^Z} {Home} {End}) or a
@@ -82,13 +77,7 @@ const struct Edit {
     {"escape undoes the typing", 15, "Old", "New|{Esc}", "Old", "stale", ""},
     {"a second escape brings it back", 15, "Old", "New|{Esc}|{Esc}", "New", "stale", ""},
     {"escape undoes in a date", 5, "1", "{End}|23|{Esc}", "1", "stale", ""},
-    {"a second escape in a date", 5, "1", "{End}|23|{Esc}|{Esc}", "123", "stale", ""},
-    {"escape undoes in money", 4, "1", "{End}|23|{Esc}", "1", "stale", ""},
-    {"a second escape in money", 4, "1", "{End}|23|{Esc}|{Esc}", "123", "stale", ""},
-    {"escape undoes in a phone number", 13, "1", "{End}|23|{Esc}", "1", "stale", ""},
-    {"a second escape in a phone number", 13, "1", "{End}|23|{Esc}|{Esc}", "123", "stale", ""},
     {"Ctrl+Z undoes text", 20, "1", "{End}|23|{^Z}", "1", "stale", ""},
-    {"a second Ctrl+Z in text", 20, "1", "{End}|23|{^Z}|{^Z}", "123", "stale", ""},
     {"Ctrl+Z refused in a date", 5, "1", "{End}|23|{^Z}", "123", "stale", ""},
     {"nothing to undo after a shortcut", 1, "", "t|{Esc}", "11/23/2026", "stale", ""},
     {"copy the selection", 15, "Toaster", "{Copy}", "Toaster", "Toaster", ""},
@@ -168,8 +157,7 @@ private Q_SLOTS:
         QCOMPARE(mForm->txtFields(RebateField::DateDue)->text(), QString(w.due));
     }
 
-    // Alt+Z opens the field's text in the zoom box and the edit comes back; on the check box it
-    // opens nothing.
+    // Alt+Z opens the field's text in the zoom box and the edit comes back.
     void zoom() {
         mForm->txtFields(RebateField::Remarks)->setText("Mailed");
         FieldEdit* field = Enter(mForm, 17);
@@ -181,13 +169,6 @@ private Q_SLOTS:
         QVERIFY(mOpened);
         QCOMPARE(field->text(), QString("Mailed in May"));
         QTRY_COMPARE(QApplication::focusWidget(), field);
-
-        QCheckBox* rejected = mForm->chkFields(21);
-        rejected->setFocus(Qt::TabFocusReason);
-        QTRY_VERIFY(rejected->hasFocus());
-        QTest::keyClick(rejected, Qt::Key_Z, Qt::AltModifier);
-        QVERIFY(!QApplication::activeModalWidget());
-        QVERIFY(rejected->hasFocus());
     }
 
     // The phone button: a number with digits opens the dialer, letters as they stand, and dials
@@ -236,40 +217,29 @@ private Q_SLOTS:
         QVERIFY(mOpened);
     }
 
-    // What a click on a link field opens, and its colour afterwards.
+    // What a click on a link field opens.
     void links_data() {
         QTest::addColumn<int>("index");
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("opened");
-        const auto row = [](const char* name, int index, const char* text, const char* opened) {
-            QTest::newRow(name) << index << QString(text) << QString(opened);
-        };
-        row("web", 22, "www.example.com", "http://www.example.com");
-        row("web with its prefix in capitals", 22, "HTTP://example.com", "HTTP://example.com");
-        row("https gets the http prefix", 22, "https://example.com", "http://https://example.com");
-        row("email", 7, "rebates@example.com", "mailto:rebates@example.com");
-        row("email with its prefix", 7, "MailTo:a@example.com", "MailTo:a@example.com");
-        row("empty opens nothing", 7, "", "");
+        QTest::newRow("web") << 22 << "www.example.com"
+                             << "http://www.example.com";
+        QTest::newRow("https gets the http prefix") << 22 << "https://example.com"
+                                                    << "http://https://example.com";
+        QTest::newRow("email") << 7 << "rebates@example.com"
+                               << "mailto:rebates@example.com";
+        QTest::newRow("email with its prefix") << 7 << "MailTo:a@example.com"
+                                               << "MailTo:a@example.com";
+        QTest::newRow("empty opens nothing") << 7 << ""
+                                             << "";
     }
     void links() {
         QFETCH(int, index);
         QFETCH(QString, text);
         QFETCH(QString, opened);
-        FieldEdit* field = mForm->txtFields(index);
-        field->setText(text);
-        Enter(mForm, index);
-        const QColor blue(0, 0, 255), red(255, 0, 0), magenta(255, 0, 255);
-        QCOMPARE(field->palette().color(QPalette::Text), blue);
-        MoveMouse(field);
-        QCOMPARE(field->palette().color(QPalette::Text), text.isEmpty() ? blue : red);
-        MoveMouse(mForm);
-        QCOMPARE(field->palette().color(QPalette::Text), blue);
-        QTest::mouseClick(field, Qt::LeftButton);
+        mForm->txtFields(index)->setText(text);
+        QTest::mouseClick(Enter(mForm, index), Qt::LeftButton);
         QCOMPARE(mFixture->Desktop().openedDocuments.join(QString()), opened);
-        QCOMPARE(field->palette().color(QPalette::Text), text.isEmpty() ? blue : magenta);
-        MoveMouse(field);
-        MoveMouse(mForm);
-        QCOMPARE(field->palette().color(QPalette::Text), text.isEmpty() ? blue : magenta);
     }
 
     void editCommands_data() { AddRows(kEdits); }
@@ -300,30 +270,11 @@ private Q_SLOTS:
         QCOMPARE(QApplication::focusWidget(), field);
     }
 
-    // The toolbar's Cut and Copy follow the selection of the field.
-    void cutCopyFollowTheSelection() {
-        const auto enabled = [this](const char* button) {
-            return mMain->tbToolBar->Buttons(button).Enabled();
-        };
-        mForm->txtFields(RebateField::LocationPurchased)->setText("Toaster");
-        FieldEdit* field = Enter(mForm, 15); // Tab selects the text
-        QVERIFY(enabled("Cut") && enabled("Copy"));
-        QTest::keyClick(field, Qt::Key_End);
-        QVERIFY(!enabled("Cut") && !enabled("Copy"));
-        QTest::keyClick(field, Qt::Key_Left, Qt::ShiftModifier);
-        QVERIFY(enabled("Copy"));
-    }
-
 private:
     // The title of the last box shown, "" for none.
     QString LastBox() const {
         const auto& boxes = mFixture->Desktop().boxes;
         return boxes.isEmpty() ? QString() : boxes.last().title;
-    }
-    static void MoveMouse(QWidget* widget) {
-        QMouseEvent move(QEvent::MouseMove, QPointF(2, 2), widget->mapToGlobal(QPointF(2, 2)),
-                         Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-        QApplication::sendEvent(widget, &move);
     }
 
     std::unique_ptr<MainWindowFixture> mFixture;
