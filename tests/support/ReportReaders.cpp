@@ -7,7 +7,6 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QUrl>
-#include <QXmlStreamReader>
 
 namespace {
 QByteArray Run(const QString& program, const QStringList& arguments, int timeoutMs = 120000) {
@@ -63,33 +62,6 @@ QStringList PdfPages(const QString& pdfFile) {
                 {QStringLiteral("-layout"), QStringLiteral("-f"), QString::number(page),
                  QStringLiteral("-l"), QString::number(page), pdfFile, QStringLiteral("-")})));
     return texts;
-}
-
-QList<Word> PdfWords(const QString& pdfFile) {
-    QXmlStreamReader xml(
-        Run(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), pdfFile, QStringLiteral("-")}));
-    QList<Word> words;
-    int page = -1;
-    while (!xml.atEnd()) {
-        if (xml.readNext() != QXmlStreamReader::StartElement)
-            continue;
-        if (xml.name() == QLatin1String("page")) {
-            ++page;
-        } else if (xml.name() == QLatin1String("word")) {
-            const auto a = xml.attributes();
-            const QPointF topLeft(a.value("xMin").toDouble(), a.value("yMin").toDouble());
-            const QPointF bottomRight(a.value("xMax").toDouble(), a.value("yMax").toDouble());
-            words.append({page, QRectF(topLeft, bottomRight), xml.readElementText()});
-        }
-    }
-    return words;
-}
-
-double PdfPageWidth(const QString& pdfFile) {
-    const QString info = QString::fromUtf8(Run(QStringLiteral("pdfinfo"), {pdfFile}));
-    const QRegularExpressionMatch size =
-        QRegularExpression(QStringLiteral("Page size:\\s+([\\d.]+) x")).match(info);
-    return size.hasMatch() ? size.captured(1).toDouble() : 0;
 }
 
 } // namespace ReportReaders

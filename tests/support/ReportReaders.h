@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QRectF>
 #include <QString>
 #include <QStringList>
 
@@ -17,16 +16,6 @@ QStringList OfficeText(const QStringList& rtfFiles);
 
 // The text of each page of the PDF.
 QStringList PdfPages(const QString& pdfFile);
-
-// Where each word stands on its page, in points from the page's top left corner.
-struct Word {
-    int page; // 0-based
-    QRectF box;
-    QString text;
-};
-QList<Word> PdfWords(const QString& pdfFile);
-// The page's width in points.
-double PdfPageWidth(const QString& pdfFile);
 } // namespace ReportReaders
 
 #define SKIP_WITHOUT_OFFICE()                                                                      \
