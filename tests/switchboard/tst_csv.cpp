@@ -186,8 +186,6 @@ private Q_SLOTS:
             "Line 3: text follows the closing quote of field 2");
         bad("impossible date", Line("b", {{14, "2024-02-30"}}),
             "Line 3: DateSent \"2024-02-30\" is not a date (yyyy-mm-dd)");
-        bad("date not ISO", Line("b", {{8, "11/23/2026"}}),
-            "Line 3: ExpDate \"11/23/2026\" is not a date (yyyy-mm-dd)");
         bad("amount with a sign", Line("b", {{7, "$12.50"}, {20, "maybe"}}),
             "Line 3: PurchasePrice \"$12.50\" is not an amount (a plain decimal such as 12.50); "
             "Rejected \"maybe\" is not True or False");

@@ -74,8 +74,7 @@ private Q_SLOTS:
         mFixture = std::make_unique<Fixture>();
         mFixture->OpenDatabase();
         // The Switchboard opens on "New" even with a rebate overdue.
-        SaveSetting(kAppTitle, QStringLiteral("Options"), QStringLiteral("chkAlarm"),
-                    QStringLiteral("0"));
+        SaveSetting(kAppTitle, "Options", "chkAlarm", "0");
         InsertRebates(OneOfEach());
         mProgram = std::make_unique<ProgramWindow>();
     }
@@ -189,8 +188,7 @@ private Q_SLOTS:
                 sb.lvAll->ActiveView()->setFocus();
                 QTest::keyClick(sb.lvAll->ActiveView(), Qt::Key_F, Qt::ControlModifier);
             } else if (command == QLatin1String("toolbar")) {
-                QTest::mouseClick(sb.xToolbar->Buttons(QStringLiteral("Find")).Widget(),
-                                  Qt::LeftButton);
+                QTest::mouseClick(sb.xToolbar->Buttons("Find").Widget(), Qt::LeftButton);
             } else {
                 (command == QLatin1String("menu") ? sb.mnuFind : sb.mnuPopupFind)->trigger();
             }

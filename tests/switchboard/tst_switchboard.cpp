@@ -25,7 +25,6 @@
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QMenu>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QSqlQuery>
@@ -311,10 +310,6 @@ private Q_SLOTS:
         for (const char* name :
              {"mnuDeleteRebate", "mnuEditRebate", "mnuPrintSelected", "mnuPrintPreview"})
             QVERIFY2(board.Action(name)->isEnabled() == records, name);
-        if (tab != "Statistics") { // the popup can't open there; its entries keep their state
-            QCOMPARE(board.form->mnuPopupDelete->isEnabled(), records);
-            QCOMPARE(board.form->mnuPopupPrint->isEnabled(), records);
-        }
         for (const char* key :
              {"New", "Large", "Small", "List", "Details", "AZ", "ZA", "Find", "Arrange All"})
             QVERIFY2(board.Button(key).Enabled() == viewButtons, key);
@@ -489,23 +484,6 @@ private Q_SLOTS:
         }
     }
 
-    // The rows read "No date: ..." and "5/1/2026: Tape": the search sees that text.
-    void letterKeySearch() {
-        OpenFixture fixture(
-            {RebateRow{.RebateID = "1", .RebateName = "Nails"},
-             RebateRow{.RebateID = "2", .RebateName = "Tape", .DateSent = QDate(2026, 5, 1)},
-             RebateRow{.RebateID = "3", .RebateName = "Glue"}});
-        Board board("All");
-        QWidget* view = board.form->lvAll->ActiveView();
-        view->setFocus();
-        // N, N again, N round to the first, N5, then T (no row starts with it).
-        for (const auto& [keys, id] :
-             {std::pair{"n", "3"}, {"n", "1"}, {"n", "3"}, {"n5", "2"}, {"t", "2"}}) {
-            QTest::keyClicks(view, keys);
-            QCOMPARE(ListedIDs(board.form->lvAll, true), QStringList{id});
-        }
-    }
-
     void missingTableIsLogged() {
         OpenFixture fixture;
         Board board;
@@ -566,21 +544,6 @@ private Q_SLOTS:
             QTest::keyClick(focus, Qt::Key_Tab, Qt::ControlModifier);
             QCOMPARE(board.Tab(), QString(next));
         }
-    }
-
-    // A right click opens the popup; Open takes one record only.
-    void popupWithTwoSelected() {
-        OpenFixture fixture(PlainRebates(2));
-        Board board("Unsent");
-        board.Action("mnuDetails")->trigger();
-        SelectIDs(board.form->lvUnsent, {"1", "2"});
-        auto* tree = qobject_cast<QTreeView*>(board.form->lvUnsent->ActiveView());
-        QTest::mouseClick(tree->viewport(), Qt::RightButton, {},
-                          tree->visualRect(tree->model()->index(1, 0)).center());
-        QTRY_VERIFY(board.form->mnuPopup->isVisible());
-        QVERIFY(!board.form->mnuPopupOpen->isEnabled());
-        QVERIFY(board.form->mnuPopupDelete->isEnabled());
-        board.form->mnuPopup->hide();
     }
 
     void f1OnAListOpensItsTopic() {
@@ -694,7 +657,6 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("shown");
         QTest::newRow("off") << false << 7 << QStringList{};
         QTest::newRow("two days") << true << 2 << QStringList{"1 day | Claim 2 | 11/24/2026"};
-        QTest::newRow("none but the late") << true << 0 << QStringList{};
     }
     void deadlineOptions() {
         QFETCH(bool, on);
