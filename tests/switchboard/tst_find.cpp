@@ -109,16 +109,13 @@ private Q_SLOTS:
                            "Pending | 11/12/2026: Hotel Pending"};
 
         // The patterns, from the New page.
-        const auto pattern = [row](const char* name, const char* text, const char* hit) {
-            row(name, "New", text, hit);
-        };
-        pattern("No Date in capitals", "NO DATE", "Unsent | No date: Alpha Unsent");
-        pattern("date prefix", "2000", "Paid | 3/15/2000: Delta Paid");
-        pattern("star", "ch*ue", "Overdue | 8/1/2026: Charlie Overdue");
-        pattern("set", "[xf]ox", "Rejected | 6/1/2026: Foxtrot Rejected");
-        pattern("the product isn't searched", "product", "");
-        pattern("the hidden id isn't searched", "99887766", "");
-        pattern("no match, quoted as typed", "ZuLu", "");
+        row("No Date in capitals", "New", "NO DATE", "Unsent | No date: Alpha Unsent");
+        row("date prefix", "New", "2000", "Paid | 3/15/2000: Delta Paid");
+        row("star", "New", "ch*ue", "Overdue | 8/1/2026: Charlie Overdue");
+        row("set", "New", "[xf]ox", "Rejected | 6/1/2026: Foxtrot Rejected");
+        row("the product isn't searched", "New", "product", "");
+        row("the hidden id isn't searched", "New", "99887766", "");
+        row("no match, quoted as typed", "New", "ZuLu", "");
     }
 
     void searches() {
