@@ -547,11 +547,11 @@ private Q_SLOTS:
         noDate.ExpDate = std::nullopt;
         QTest::newRow("most urgent first, the late ones on top")
             << QList<RebateRow>{ExpiresIn("a", 7), ExpiresIn("b", -3), ExpiresIn("c", 0),
-                                ExpiresIn("d", 1), ExpiresIn("e", 8),  ExpiresIn("f", -1)}
+                                ExpiresIn("d", 8), ExpiresIn("e", -1)}
             << QString()
             << QStringList{"3 days late | Claim b | 11/20/2026",
-                           "1 day late | Claim f | 11/22/2026", "Today | Claim c | 11/23/2026",
-                           "1 day | Claim d | 11/24/2026", "7 days | Claim a | 11/30/2026"};
+                           "1 day late | Claim e | 11/22/2026", "Today | Claim c | 11/23/2026",
+                           "7 days | Claim a | 11/30/2026"};
         QTest::newRow("sent, deleted or without a date: not shown")
             << QList<RebateRow>{sent, deleted, noDate, ExpiresIn("g", 2)} << QString()
             << QStringList{"2 days | Claim g | 11/25/2026"};
