@@ -154,6 +154,21 @@ private Q_SLOTS:
             << QStringList{"No date: 0 7", "Oct 2026: 10 30", "Nov 2026: 12.5 0", "Dec 2026: 0 15"}
             << QStringList{"Rejected (1): 25", "Paid (2): 22.5", "Overdue (1): 30",
                            "Pending (1): 15", "Unsent (2): 11"};
+        QTest::newRow("months between without money")
+            << QList<RebateRow>{Row("p1", 10, 10, QDate(2026, 9, 1), {}, QDate(2026, 10, 1)),
+                                Row("ja", 5, 5, {}, {}, QDate(2027, 1, 4))}
+            << QStringList{"Oct 2026: 10 0", "Nov 2026: 0 0", "Dec 2026: 0 0", "Jan 2027: 5 0"}
+            << QStringList{"Paid (2): 15"};
+        QList<RebateRow> monthly;
+        QStringList months{"Earlier: 2 0"};
+        for (int i = 0; i < 26; ++i) {
+            const QDate received = QDate(2024, 9, 15).addMonths(i);
+            monthly << Row(QString::number(i), 1, 1, QDate(2024, 9, 1).addMonths(i), {}, received);
+            if (i >= 2)
+                months << received.toString("MMM yyyy") + ": 1 0";
+        }
+        QTest::newRow("more than 24 months: the oldest as Earlier")
+            << monthly << months << QStringList{"Paid (26): 26"};
         QTest::newRow("no rebates") << QList<RebateRow>{} << QStringList{} << QStringList{};
     }
     void savingsChart() {
