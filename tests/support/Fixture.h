@@ -8,16 +8,6 @@
 #include <QTemporaryDir>
 #include <functional>
 
-// A time limit that guards against work growing with the square of the data. A sanitized build
-// runs several times slower, and its limits grow with it.
-constexpr qint64 TimeLimit(qint64 ms) {
-#if defined(__SANITIZE_ADDRESS__)
-    return ms * 4;
-#else
-    return ms;
-#endif
-}
-
 // What every test starts from: a temporary program folder holding a fresh copy of the
 // reserve database as "Vantry.rdb" and "Vantry.mdb", settings in a temporary folder, the
 // scripted desktop, the clock fixed at kToday 10:00:00, the globals reset, and a fresh
