@@ -1,0 +1,91 @@
+#include "Fixture.h"
+#include "ProgramWindow.h"
+#include "RebateRows.h"
+#include "shell/VantryApplication.h"
+#include "shell/frmMDI.h"
+#include "switchboard/frmSwitchboard.h"
+
+#include <QLabel>
+#include <QStyleFactory>
+#include <QTest>
+#include <cmath>
+
+namespace {
+// The desktop's dark theme as Fusion draws it: light text on dark grounds.
+QPalette DarkPalette() {
+    QPalette dark;
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        dark.setColor(role, QColor(220, 220, 220));
+    for (const auto role : {QPalette::Window, QPalette::AlternateBase})
+        dark.setColor(role, QColor(45, 45, 48));
+    dark.setColor(QPalette::Base, QColor(30, 30, 30));
+    dark.setColor(QPalette::Button, QColor(53, 53, 56));
+    dark.setColor(QPalette::Highlight, QColor(42, 130, 218));
+    dark.setColor(QPalette::Link, QColor(90, 170, 255));
+    dark.setColor(QPalette::HighlightedText, Qt::black);
+    return dark;
+}
+
+// The contrast ratio of two colours, from 1 (none) to 21 (black on white).
+double Contrast(const QColor& a, const QColor& b) {
+    const auto luminance = [](const QColor& colour) {
+        const auto channel = [](double c) {
+            return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * channel(colour.redF()) + 0.7152 * channel(colour.greenF()) +
+               0.0722 * channel(colour.blueF());
+    };
+    const double la = luminance(a), lb = luminance(b);
+    return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
+}
+
+// Normal text needs 4.5:1 to be read comfortably.
+constexpr double kReadable = 4.5;
+} // namespace
+
+class tst_darktheme : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() {
+        InitTestResources();
+        QApplication::setStyle(QStyleFactory::create("Fusion"));
+        QApplication::setPalette(DarkPalette());
+    }
+
+    void statisticsSheet() {
+        Fixture fixture;
+        fixture.OpenDatabase();
+        InsertRebates({{.RebateID = "1", .PurchasePrice = 19.99, .RebateAmount = 10.0},
+                       {.RebateID = "2", .PurchasePrice = 5.0, .AmountReceived = 2.5}});
+        ProgramWindow program;
+        program.ClickTab("Statistics");
+        auto* sheet = program.Switchboard().findChild<QWidget*>("picLVBack_9");
+        QVERIFY(sheet);
+        const QColor paper = sheet->palette().color(QPalette::Window);
+        QCOMPARE(paper, QColor(Qt::white));
+        int texts = 0;
+        for (const QLabel* label : sheet->findChildren<QLabel*>()) {
+            if (label->text().isEmpty())
+                continue;
+            ++texts;
+            const QColor ink = label->palette().color(label->foregroundRole());
+            QVERIFY2(Contrast(ink, paper) >= kReadable,
+                     qPrintable(label->objectName() + " " + ink.name()));
+        }
+        // Three headers, fifteen captions and fifteen figures.
+        QCOMPARE(texts, 33);
+        const QString shots = qEnvironmentVariable("VANTRY_SCREENSHOT_DIR");
+        if (!shots.isEmpty()) {
+            program.Mdi().resize(900, 700);
+            QVERIFY(program.Mdi().grab().save(shots + "/statistics-dark.png"));
+        }
+    }
+};
+
+int main(int argc, char** argv) {
+    VantryApplication app(argc, argv);
+    tst_darktheme test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_darktheme.moc"
