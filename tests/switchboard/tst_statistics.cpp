@@ -123,12 +123,9 @@ private Q_SLOTS:
         // A screen reader names each figure after its caption.
         QCOMPARE(page->lblStatFigures(12)->accessibleName(), QStringLiteral("Total Expenditures"));
         QCOMPARE(StatusText(), QStringLiteral("Ready..."));
-        QVERIFY(CurrentMousePointer() == MousePointer::Default);
         QVERIFY(mFixture->Desktop().boxes.isEmpty());
         // The main toolbar's Print follows the page.
-        ToolbarButton& print = program.Mdi().tbToolBar->Buttons(QStringLiteral("Print"));
-        QVERIFY(print.Enabled());
-        QCOMPARE(print.ToolTipText(), QStringLiteral("Print statistics"));
+        QVERIFY(program.Mdi().tbToolBar->Buttons(QStringLiteral("Print")).Enabled());
     }
 
     // The Savings page charts the money by month and by state.
