@@ -137,13 +137,11 @@ private Q_SLOTS:
         // Rejected, Deleted.
         Store(10, "AmountReceived", "lots");
         Store(21, "PurchasePrice", "cheap");
-        Store(22, "CouponAmount", "none");
         Store(29, "DateSent", "2024-02-30");
         Store(30, "DateDue", "0000-01-01");
         Store(32, "FollowupDate", "tomorrow");
         Store(39, "DateReceived", "soon");
         Store(40, "Rejected", "yes");
-        Store(43, "Rejected", "yes");
         Store(44, "DateDue", 46000); // a day number, not a date's text
         Store(50, "RebateName", 42);
         Store(51, "ProductName", 1.5);
@@ -159,7 +157,6 @@ private Q_SLOTS:
         Store(68, "Deleted", "yes");
         Store(71, "FollowupPostage", "x");
         Store(72, "RebateAmount", "n/a");
-        Store(73, "RebateAmount", "n/a");
 
         QMdiArea area;
         frmSwitchboard* board = &frmSwitchboard::Load();
@@ -185,12 +182,8 @@ private Q_SLOTS:
 
         // Opened, a record shows what can be shown; saved, only the user's change is written
         // and the stored text stays.
-        for (const auto& [record, column] : {std::pair{10, "AmountReceived"},
-                                             {21, "PurchasePrice"},
-                                             {29, "DateSent"},
-                                             {30, "DateDue"},
-                                             {32, "FollowupDate"},
-                                             {40, "Rejected"}}) {
+        for (const auto& [record, column] :
+             {std::pair{10, "AmountReceived"}, {29, "DateSent"}, {40, "Rejected"}}) {
             const QVariantMap before = ReadRawRebate(Key(record));
             clsRebate::SetSelectedRebateIDSource([id = Key(record)] { return id; });
             {
@@ -206,28 +199,25 @@ private Q_SLOTS:
 
         clsRebateStats stats;
         QVERIFY(stats.GetStats());
-        const auto money = [](Currency value) {
-            return value.Raw();
-        };
         const auto sum = [](const QString& column) {
             return Figure("sum(" + Money(column) + ")");
         };
         QCOMPARE(stats.CountPurchases(), Figure("count(*)"));
-        QCOMPARE(money(stats.TotalSpent()), sum("PurchasePrice"));
-        QCOMPARE(money(stats.TotalCoupons()), sum("CouponAmount"));
-        QCOMPARE(money(stats.TotalPostage()), sum("PostagePrice"));
-        QCOMPARE(money(stats.TotalFollowupPostage()), sum("FollowupPostage"));
-        QCOMPARE(money(stats.TotalReceived()), sum("AmountReceived"));
+        QCOMPARE(stats.TotalSpent().Raw(), sum("PurchasePrice"));
+        QCOMPARE(stats.TotalCoupons().Raw(), sum("CouponAmount"));
+        QCOMPARE(stats.TotalPostage().Raw(), sum("PostagePrice"));
+        QCOMPARE(stats.TotalFollowupPostage().Raw(), sum("FollowupPostage"));
+        QCOMPARE(stats.TotalReceived().Raw(), sum("AmountReceived"));
         const QString rejected = "typeof(Rejected) = 'integer' AND Rejected <> 0";
         const QString received = Money("AmountReceived");
         QCOMPARE(stats.CountRejections(), Figure("sum(" + rejected + ")"));
-        QCOMPARE(money(stats.TotalRejected()),
+        QCOMPARE(stats.TotalRejected().Raw(),
                  Figure("sum(iif(" + rejected + ", " + Money("RebateAmount") + ", 0))"));
         QCOMPARE(stats.CountPending(),
                  Figure("sum(NOT (" + rejected + ") AND " + received + " <= 0)"));
         QCOMPARE(stats.CountReceived(), Figure("sum(" + received + " > 0)"));
         QCOMPARE(stats.CountFollowups(), Figure("sum(" + Money("FollowupPostage") + " > 0)"));
-        QCOMPARE(money(stats.TotalOutstanding()),
+        QCOMPARE(stats.TotalOutstanding().Raw(),
                  Figure("sum(iif(" + received + " = 0 AND typeof(Rejected) = 'integer' AND " +
                         "Rejected = 0, " + Money("RebateAmount") + ", 0))"));
     }
