@@ -11,8 +11,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QKeySequence>
-#include <QLabel>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
 
@@ -124,9 +122,8 @@ private Q_SLOTS:
     }
     void cleanup() { mFixture.reset(); }
 
-    // Each tool runs over the field as a real modal window (c opens the calendar and the
-    // calculator, Alt+Z the zoom box); the field takes what it hands back as keys, and its check
-    // on leaving decides.
+    // Each tool as a real modal window over the field (c opens the calendar and the calculator,
+    // Alt+Z the zoom box); the field's check on leaving decides what it handed back.
     void tools_data() { AddRows(kTools); }
     void tools() {
         const Tool& t = Row(kTools);

@@ -147,8 +147,7 @@ private Q_SLOTS:
         Type(mForm, 5, "t");
         QCOMPARE(postage->text(), QString("$1.00"));
 
-        // Followup Date: emptied, its postage is zero; typed, the default when the setting isn't
-        // money.
+        // Followup Date emptied: its postage is zero; typed: the default, the setting not money.
         SaveSetting(kAppTitle, "Options", "Postage", "a stamp");
         FieldEdit* followup = mForm->txtFields(RebateField::FollowupPostage);
         followup->setText("$1.00");

@@ -354,10 +354,9 @@ private Q_SLOTS:
         }
     }
     void closingAsksNothing_data() {
-        QTest::addColumn<QString>("how");
-        QTest::newRow("Cancel") << "cmdCancel";
-        QTest::newRow("Close without Saving") << "mnuCloseWOSave";
-        QTest::newRow("close box") << "close";
+        QTest::addColumn<QString>("how"); // the Cancel button, the menu command, the close box
+        for (const char* how : {"cmdCancel", "mnuCloseWOSave", "close"})
+            QTest::newRow(how) << QString(how);
     }
     void closingAsksNothing() {
         QFETCH(QString, how);

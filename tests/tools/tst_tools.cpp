@@ -100,7 +100,6 @@ private Q_SLOTS:
             double seed;
             const char *keys, *readout;
         } rows[] = {
-            {"empty seed", 0, "", "0."},
             {"chain, negative second operand", 0, "2+3*-4=", "-20"},
             {"divide by zero keeps the first", 0, "5/0=", "5 Calculator|Can't divide by zero"},
             {"percent", 0, "200*5%=", "10"},
