@@ -88,7 +88,6 @@ private Q_SLOTS:
             << QStringList{"missing.pdf"} << QStringList{}
             << QStringList{"Files Not Attached | 48 | These files were not attached:\n"
                            "missing.pdf: No such file or directory"};
-        QTest::newRow("cancelled") << QStringList{} << QStringList{} << QStringList{};
     }
     void attach() {
         QFETCH(QStringList, chosen);
@@ -154,52 +153,33 @@ private Q_SLOTS:
         QCOMPARE(ListedRows(box), QStringList{"form.pdf (34 bytes)"});
     }
 
-    void open_data() {
-        QTest::addColumn<bool>("desktopTakesIt");
-        QTest::addColumn<QStringList>("boxes");
-        QTest::newRow("the desktop opens it") << true << QStringList{};
-        QTest::newRow("nothing opens it") << false
-                                          << QStringList{"Unable to Open | 48 | Unable to open "
-                                                         "'form.pdf' with the desktop."};
-    }
-    void open() {
-        QFETCH(bool, desktopTakesIt);
-        QFETCH(QStringList, boxes);
-        AddFiles({"form.pdf"});
-        frmRebate* form = OpenExisting(kStored);
-        AttachmentsBox* box = ShowBox(form);
-        mFixture->Desktop().openDocumentResult = desktopTakesIt;
+    // Enter opens a copy under the file's own name, by which the desktop picks the program;
+    // Remove asks first.
+    void openAndRemove() {
+        AddFiles({"a.pdf", "b.pdf"});
+        AttachmentsBox* box = ShowBox(OpenExisting(kStored));
+        auto& desktop = mFixture->Desktop();
+        desktop.openDocumentResult = false;
+        box->lstAttachments->setCurrentRow(0);
         box->lstAttachments->setFocus();
         QTest::keyClick(box->lstAttachments, Qt::Key_Return);
+        QCOMPARE(desktop.Shown(),
+                 QStringList{"Unable to Open | 48 | Unable to open 'a.pdf' with the desktop."});
+        QCOMPARE(desktop.openedDocuments.size(), 1);
+        const QString opened = desktop.openedDocuments[0];
+        QVERIFY2(opened.endsWith("/a.pdf"), qPrintable(opened));
+        QCOMPARE(ReadFile(opened), kPdf);
+        QDir(QFileInfo(opened).path()).removeRecursively();
 
-        QCOMPARE(mFixture->Desktop().Shown(), boxes);
-        const QStringList opened = mFixture->Desktop().openedDocuments;
-        QCOMPARE(opened.size(), 1);
-        // A copy under the file's own name, by which the desktop picks the program.
-        QVERIFY2(opened[0].endsWith("/form.pdf"), qPrintable(opened[0]));
-        QCOMPARE(ReadFile(opened[0]), kPdf);
-        QDir(QFileInfo(opened[0]).path()).removeRecursively();
-    }
-
-    void remove_data() {
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<QStringList>("left");
-        QTest::newRow("yes") << int(vb::vbYes) << QStringList{kStored + ":b.pdf"};
-        QTest::newRow("no") << int(vb::vbNo) << QStringList{kStored + ":a.pdf", kStored + ":b.pdf"};
-    }
-    void remove() {
-        QFETCH(int, answer);
-        QFETCH(QStringList, left);
-        AddFiles({"a.pdf", "b.pdf"});
-        frmRebate* form = OpenExisting(kStored);
-        AttachmentsBox* box = ShowBox(form);
-        box->lstAttachments->setCurrentRow(0);
-        mFixture->Desktop().SetNextAnswer(answer);
-        QTest::mouseClick(box->cmdRemove, Qt::LeftButton);
-        QCOMPARE(mFixture->Desktop().Shown(),
-                 QStringList{"Remove Attachment? | 292 | Remove 'a.pdf' from this rebate?"});
-        QCOMPARE(StoredNames(), left);
-        QCOMPARE(box->lstAttachments->count(), left.size());
+        desktop.boxes.clear();
+        for (int answer : {vb::vbNo, vb::vbYes}) {
+            desktop.SetNextAnswer(answer);
+            QTest::mouseClick(box->cmdRemove, Qt::LeftButton);
+        }
+        QCOMPARE(desktop.Shown(),
+                 QStringList(2, "Remove Attachment? | 292 | Remove 'a.pdf' from this rebate?"));
+        QCOMPARE(StoredNames(), QStringList{kStored + ":b.pdf"});
+        QCOMPARE(ListedRows(box), QStringList{"b.pdf (34 bytes)"});
     }
 
     // A deleted rebate keeps its files until it is purged; the purge takes them with it.

@@ -35,18 +35,13 @@ const struct Keys {
     {"date: T is today", 10, "01/01/2020", "T", "11/23/2026"},
     {"date: y ignores the field", 19, "03/15/2020", "Y", "11/22/2026"},
     {"date: + on empty is today", 9, "", "+", "11/23/2026"},
-    {"date: + over the year end", 9, "12/31/1999", "+", "01/01/2000"},
-    {"date: = over a month end", 9, "11/30/2026", "=", "12/01/2026"},
-    {"date: - into a leap day", 11, "03/01/2024", "-", "02/29/2024"},
-    {"date: _ over the year start", 11, "1/1/2027", "_", "12/31/2026"},
-    {"date: shortcuts repeat", 5, "", "t++-", "11/24/2026"},
+    {"date: + and = over the year end", 9, "12/30/1999", "+=", "01/01/2000"},
+    {"date: - and _ into a leap day", 11, "03/02/2024", "-_", "02/29/2024"},
     {"date: w outside Date Due swallowed", 1, "", "wW", ""},
     {"money: digits, dot, dollar", 2, "", "$12.50", "$12.50"},
     {"money: repeated dots pass", 3, "", "1..$$", "1..$$"},
     {"money: minus, comma, letters refused", 4, "", "-1,000x", "1000"},
     {"phone: keypad", 13, "", "1-800-FLOWERS", "1-800-3569377"},
-    {"phone: lowercase keypad", 13, "", "abc def ghi jkl mno prs tuv wxy",
-     "222 333 444 555 666 777 888 999"},
     {"phone: q is 0, Q is 7", 13, "", "qQ", "07"},
     {"phone: punctuation passes", 13, "", "(555) 12-34/5", "(555) 12-34/5"},
     {"text: c is a letter", 20, "", "cwt+-", "cwt+-"},
@@ -65,7 +60,6 @@ const struct Leaving {
     {"money rounded", 3, "0.125", "$0.13", ""},
     {"money refused", 3, "1..$$", "1..$$",
      "Invalid Amount | 0 | Please enter a valid currency amount."},
-    {"phone never refused", 13, "(800) FLOWERS!", "(800) FLOWERS!", ""},
     {"text untouched", 20, "  Spaced  ", "  Spaced  ", ""},
 };
 
@@ -109,18 +103,12 @@ private Q_SLOTS:
         QCOMPARE(field->text(), QString(k.expected));
         QVERIFY(mFixture->Desktop().boxes.isEmpty());
     }
-    void letterWithoutDigitIsLogged_data() {
-        QTest::addColumn<QString>("letter");
-        for (const char* letter : {"z", "é"})
-            QTest::newRow(letter) << QString::fromUtf8(letter);
-    }
     // A letter the keypad has no digit for leaves the field as it was; the error is logged and
     // the program goes on.
     void letterWithoutDigitIsLogged() {
-        QFETCH(QString, letter);
         FieldEdit* field = Type(mForm, 13, "55");
         // As a keyboard sends it; QTest's own key clicks know no accented letters.
-        QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, letter);
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString("é"));
         QApplication::sendEvent(field, &press);
         QCOMPARE(field->text(), QString("55"));
         QCOMPARE(mFixture->Desktop().boxes.size(), 1);
@@ -139,7 +127,7 @@ private Q_SLOTS:
         QCOMPARE(mFixture->Desktop().Shown(), *l.box ? QStringList{l.box} : QStringList());
         QCOMPARE(field->hasFocus(), *l.box != 0);
     }
-    void dateSentFillsDueAndPostage() {
+    void datesFillDueAndPostage() {
         FieldEdit* postage = mForm->txtFields(RebateField::PostagePrice);
         FieldEdit* due = mForm->txtFields(RebateField::DateDue);
         Type(mForm, 5, "11/10/2026");
@@ -158,15 +146,15 @@ private Q_SLOTS:
         postage->setText("$1.00");
         Type(mForm, 5, "t");
         QCOMPARE(postage->text(), QString("$1.00"));
-    }
-    void followupDateFillsFollowupPostage() {
-        SaveSetting(kAppTitle, "Options", "Postage", "a stamp"); // not money: the default
-        FieldEdit* postage = mForm->txtFields(RebateField::FollowupPostage);
-        postage->setText("$1.00");
+
+        // Followup Date emptied: its postage is zero; typed: the default, the setting not money.
+        SaveSetting(kAppTitle, "Options", "Postage", "a stamp");
+        FieldEdit* followup = mForm->txtFields(RebateField::FollowupPostage);
+        followup->setText("$1.00");
         QTest::keyClick(Type(mForm, 11, "1"), Qt::Key_Backspace);
-        QCOMPARE(postage->text(), QString("0.00"));
+        QCOMPARE(followup->text(), QString("0.00"));
         Type(mForm, 11, "1");
-        QCOMPARE(postage->text(), QString("0.32"));
+        QCOMPARE(followup->text(), QString("0.32"));
     }
     void fullAmountQuestion_data() { AddRows(kQuestions); }
     void fullAmountQuestion() {

