@@ -1,3 +1,4 @@
+#include "DataRows.h"
 #include "MainWindowFixture.h"
 #include "Modal.h"
 #include "RebateFormDriver.h"
@@ -17,17 +18,6 @@
 using namespace RebateFormDriver;
 
 namespace {
-// A data table of rows with a name: the test reads its row by index.
-template <class T, size_t N> void AddRows(const T (&rows)[N]) {
-    QTest::addColumn<int>("row");
-    for (size_t i = 0; i < N; ++i)
-        QTest::newRow(rows[i].name) << int(i);
-}
-template <class T, size_t N> const T& Row(const T (&rows)[N]) {
-    QFETCH(int, row);
-    return rows[row];
-}
-
 // The field and its text, the tool's window, what is typed in it ({Key} or text) and the
 // button that closes it; the field after leaving it and the box.
 const struct Tool {

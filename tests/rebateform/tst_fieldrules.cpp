@@ -1,3 +1,4 @@
+#include "DataRows.h"
 #include "MainWindowFixture.h"
 #include "RebateFormDriver.h"
 #include "common/core/Settings.h"
@@ -12,17 +13,6 @@
 using namespace RebateFormDriver;
 
 namespace {
-// A data table of rows with a name: the test reads its row by index.
-template <class T, size_t N> void AddRows(const T (&rows)[N]) {
-    QTest::addColumn<int>("row");
-    for (size_t i = 0; i < N; ++i)
-        QTest::newRow(rows[i].name) << int(i);
-}
-template <class T, size_t N> const T& Row(const T (&rows)[N]) {
-    QFETCH(int, row);
-    return rows[row];
-}
-
 // The field, text set beforehand by code, keys typed (the field's text selected by Tab is kept
 // for the date shortcuts, which read it), the text afterwards.
 const struct Keys {

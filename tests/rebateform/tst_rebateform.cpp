@@ -1,3 +1,4 @@
+#include "DataRows.h"
 #include "MainWindowFixture.h"
 #include "RebateFormDriver.h"
 #include "RebateRows.h"
@@ -41,17 +42,6 @@ RebateRow StoredRow(const QString& id = kStored) {
 void SetFields(frmRebate* form, const QString& fields) {
     for (const QString& field : fields.split('|', Qt::SkipEmptyParts))
         form->txtFields(field.section('=', 0, 0).toInt())->setText(field.section('=', 1));
-}
-
-// A data table of rows with a name: the test reads its row by index.
-template <class T, size_t N> void AddRows(const T (&rows)[N]) {
-    QTest::addColumn<int>("row");
-    for (size_t i = 0; i < N; ++i)
-        QTest::newRow(rows[i].name) << int(i);
-}
-template <class T, size_t N> const T& Row(const T (&rows)[N]) {
-    QFETCH(int, row);
-    return rows[row];
 }
 
 QAction* MenuAction(frmRebate* form, const QString& name) {
