@@ -1171,11 +1171,13 @@ void frmRebate::txtFields_Validate(int index, bool& cancel) {
         }
         if (index == RebateField::DateSent && txtFields(RebateField::DateDue)->text().isEmpty() &&
             IsDate(txtFields(RebateField::DateSent)->text())) {
-            // Written in the default date format (M/d/yyyy), not the field format.
-            txtFields(RebateField::DateDue)
-                ->setText(
-                    CStr(CDate(txtFields(RebateField::DateSent)->text()).addDays(kDaysToDue)));
-            mbEdited = true;
+            // Written in the default date format (M/d/yyyy), not the field format. A day past
+            // 12/31/9999 is no date the fields hold: Date Due stays empty for the user to fill.
+            const QDate due = CDate(txtFields(RebateField::DateSent)->text()).addDays(kDaysToDue);
+            if (due.year() <= kLastYear) {
+                txtFields(RebateField::DateDue)->setText(CStr(due));
+                mbEdited = true;
+            }
         }
         break;
     case FieldClass::Currency:

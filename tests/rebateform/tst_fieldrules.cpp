@@ -124,6 +124,13 @@ private Q_SLOTS:
         QCOMPARE(postage->text(), QString("0.32")); // each keystroke fills an empty postage
         PressTab();
         QCOMPARE(due->text(), QString("1/5/2027")); // 56 days on, M/d/yyyy
+        // None past 12/31/9999.
+        due->clear();
+        Type(mForm, 5, "12/01/9999");
+        PressTab();
+        QCOMPARE(due->text(), QString());
+        Type(mForm, 5, "11/10/2026");
+        PressTab();
 
         // A Date Due already there stays; a postage of zero gives way to the setting.
         SaveSetting(kAppTitle, "Options", "Postage", ".45");
