@@ -22,7 +22,6 @@ private Q_SLOTS:
     void versionAndLinks() {
         frmAbout about;
         QCOMPARE(about.lblVersion->text(), "Version " + AppVersion());
-        QCOMPARE(about.lblCompanyProduct->text(), "Vantry! Vantry! " + AppVersion());
         QTest::mouseClick(about.cmdEmailKVX, Qt::LeftButton);
         QTest::mouseClick(about.cmdKVXWebPage, Qt::LeftButton);
         QTest::mouseClick(about.lblTCR, Qt::LeftButton);

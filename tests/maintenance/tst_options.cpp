@@ -4,7 +4,6 @@
 #include "app/AppSettings.h"
 #include "common/core/Settings.h"
 #include "common/ui/TabStrip.h"
-#include "common/ui/Toolbar.h"
 #include "maintenance/frmOptions.h"
 #include "shell/frmMDI.h"
 
@@ -42,7 +41,6 @@ private Q_SLOTS:
         QCOMPARE(options.spnBackupsKept->value(), 10);
         QVERIFY(!options.cmdApply->isEnabled());
         QCOMPARE(options.tbsTabs->SelectedItem()->Caption(), QString("Startup"));
-        QCOMPARE(Stored(Setting::Sound), QString("<none>"));
         options.tbsTabs->Tabs().Item("General")->SetSelected(true);
         options.spnBackupsKept->setFocus();
         QTest::keyClick(options.spnBackupsKept, Qt::Key_A, Qt::ControlModifier);

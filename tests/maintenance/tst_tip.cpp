@@ -3,7 +3,6 @@
 #include "ProgramWindow.h"
 #include "app/AppSettings.h"
 #include "common/core/Globals.h"
-#include "common/ui/Toolbar.h"
 #include "maintenance/Maintenance.h"
 #include "maintenance/frmTip.h"
 #include "shell/frmMDI.h"
