@@ -9,7 +9,6 @@ private Q_SLOTS:
         QTest::addColumn<int>("style");
         QTest::addColumn<int>("answer");
         QTest::newRow("Yes, No") << 36 << int(vb::vbYes);
-        QTest::newRow("Yes, No, default No") << 292 << int(vb::vbNo);
         QTest::newRow("OK, Cancel, default Cancel") << 1 + 256 + 32 << int(vb::vbCancel);
         QTest::newRow("Retry, Cancel") << 5 + 32 << int(vb::vbRetry);
     }

@@ -34,8 +34,6 @@ private Q_SLOTS:
         row("negative amount is not paid", {.DateSent = sent, .AmountReceived = -3.0}, "Pending");
         row("paid beats rejected", {.AmountReceived = 5.0, .Rejected = true}, "Paid");
         row("rejected beats followup", {.FollowupDate = yesterday, .Rejected = true}, "Rejected");
-        row("Rejected Null counts as not rejected", {.DateSent = sent, .Rejected = none},
-            "Pending");
         row("followup beats overdue",
             {.DateSent = sent, .DateDue = sent, .FollowupDate = yesterday}, "Followup");
         row("due today, never sent", {.DateDue = today}, "Unsent");

