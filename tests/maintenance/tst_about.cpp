@@ -29,17 +29,28 @@ private Q_SLOTS:
                  (QStringList{"mailto:" + kSupportMailbox, kProductWebSite, gTCRLink}));
     }
 
-    // Help > About opens the real modal box.
-    void aboutIsModal() {
+    // Help > About opens the real modal box; a click on its picture the modal credits; each
+    // gives the focus back to its owner when it closes.
+    void aboutAndCreditsModal() {
         mFixture->OpenDatabase();
         ProgramWindow program;
-        bool shown = false;
-        WhenModal("frmAbout", [&shown](QWidget* about) {
-            shown = about->isModal() && about->isVisible();
+        QVERIFY(QTest::qWaitForWindowActive(&program.Mdi()));
+        bool creditsShown = false;
+        bool aboutActiveAgain = false;
+        WhenModal("frmAbout", [&](QWidget* dialog) {
+            auto* about = static_cast<frmAbout*>(dialog);
+            WhenModal("frmCredits", [&](QWidget* credits) {
+                creditsShown = QTest::qWaitForWindowActive(credits);
+                credits->close();
+            });
+            QTest::mouseClick(about->imgAbout, Qt::LeftButton);
+            aboutActiveAgain = QTest::qWaitFor([about] { return about->isActiveWindow(); });
             QTest::keyClick(about, Qt::Key_Return);
         });
         program.Mdi().mnuHelpAbout_Click();
-        QVERIFY(shown);
+        QVERIFY(creditsShown);
+        QVERIFY(aboutActiveAgain);
+        QTRY_COMPARE(QApplication::activeWindow(), &program.Mdi());
     }
 
     void noSystemInformationTool() {

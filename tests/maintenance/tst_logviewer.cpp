@@ -3,6 +3,7 @@
 #include "app/cLogErr.h"
 #include "common/core/Globals.h"
 #include "common/ui/Forms.h"
+#include "common/ui/TabStrip.h"
 #include "maintenance/frmLogViewer.h"
 #include "maintenance/frmOptions.h"
 
@@ -38,10 +39,15 @@ private Q_SLOTS:
         QCOMPARE(QFileInfo(mFixture->LogPath()).size(), 0);
     }
 
-    // The viewer runs modal over the Options dialog with the header above the log.
+    // The viewer runs modal over the Options dialog with the header above the log; OK gives
+    // the focus back to the button that opened it.
     void viewsLogModally() {
         WriteLog(mFixture->LogPath(), "Date:\t\t\tfirst block\r\n");
         frmOptions options;
+        options.show();
+        options.tbsTabs->Tabs().Item(2)->SetSelected(true);
+        QVERIFY(QTest::qWaitForWindowActive(&options));
+        options.cmdViewLog->setFocus();
         QString text;
         bool buttons = false;
         WhenModal("frmLogViewer", [&](QWidget* dialog) {
@@ -54,6 +60,8 @@ private Q_SLOTS:
         options.cmdViewLog_Click();
         QCOMPARE(text, QString("Error Log for Vantry! Vantry!\n\nDate:\t\t\tfirst block\n"));
         QVERIFY(buttons);
+        QTRY_COMPARE(QApplication::activeWindow(), &options);
+        QCOMPARE(QApplication::focusWidget(), options.cmdViewLog);
     }
 
     // The question and a "no": tst_errorlog's purge. A purged log can't be mailed.

@@ -65,12 +65,14 @@ private Q_SLOTS:
         QCOMPARE(ReadSetting(Setting::Tips), QString(stored == "1" ? "0" : "1"));
     }
 
-    // The toolbar's Tip button opens the real modal dialog whatever the setting says.
+    // The toolbar's Tip button opens the real modal dialog whatever the setting says; OK gives
+    // the focus back to the main window.
     void toolbarButtonOpensModal() {
         mFixture->OpenDatabase();
         WriteSetting(Setting::Tips, "0");
         gAppStarted = true;
         ProgramWindow program;
+        QVERIFY(QTest::qWaitForWindowActive(&program.Mdi()));
         bool boxClear = false;
         WhenModal("frmTip", [&boxClear](QWidget* dialog) {
             auto* tip = static_cast<frmTip*>(dialog);
@@ -79,6 +81,7 @@ private Q_SLOTS:
         });
         program.Mdi().tbToolBar_ButtonClick("Tip");
         QVERIFY(boxClear);
+        QTRY_COMPARE(QApplication::activeWindow(), &program.Mdi());
     }
 };
 
