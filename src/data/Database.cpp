@@ -325,6 +325,10 @@ void Database::SetBusyTimeout(int milliseconds) {
         QStringLiteral("PRAGMA busy_timeout = %1").arg(std::min(milliseconds, store::kLockTryMs)));
 }
 
+int Database::BusyTimeout() const {
+    return mConnection->lockWaitMs;
+}
+
 void Database::BeginTrans() {
     QSqlDatabase& db = mConnection->Checked();
     if (!db.transaction())

@@ -73,6 +73,7 @@ public:
 
     // How long a write waits for a lock held by another connection before it raises 3260.
     void SetBusyTimeout(int milliseconds);
+    int BusyTimeout() const;
 
     // The writes between BeginTrans and CommitTrans go to the file together: one flush to the
     // disk for many rows instead of one per row. Rollback drops them. Refusals raise as

@@ -87,7 +87,7 @@ void InsertRebateValues(const QList<QVariantList>& rows) {
         for (const QVariantList& row : rows) {
             for (int c = 0; c < row.size(); ++c)
                 query.bindValue(c, row[c]);
-            if (!store::ExecWaiting(query, 6000))
+            if (!store::ExecWaiting(query, db.BusyTimeout()))
                 throw store::SqlFailure(query.lastError(), dbError::QueryError);
         }
     });
