@@ -2,7 +2,7 @@
 // in the backups folder, the older ones pruned). "x raw" is its time over a raw scan of every
 // row of the same store through the SQLite C interface, in the same run; "under 0.5 s" says
 // whether the call kept within half a second.
-#include "Fixture.h"
+#include "BenchMain.h"
 #include "RawScan.h"
 #include "RebateRows.h"
 #include "app/AppSettings.h"
@@ -10,7 +10,6 @@
 #include "common/core/Clock.h"
 #include "data/Database.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <benchmark/benchmark.h>
 
@@ -42,12 +41,6 @@ void MakeBackupAtStart(benchmark::State& state) {
 BENCHMARK(MakeBackupAtStart)->Unit(benchmark::kMillisecond)->Iterations(5);
 
 int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
-    Fixture fixture;
-    fixture.OpenDatabase(GenerateRebates(kRecords, 20261123));
-    WriteSetting(Setting::BackupsKept, QStringLiteral("3"));
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return RunBenchmarks(argc, argv, kRecords,
+                         [] { WriteSetting(Setting::BackupsKept, QStringLiteral("3")); });
 }

@@ -3,7 +3,7 @@
 // load's time over a raw scan of the same rows through the SQLite C interface (every column), "x
 // raw of its columns" over a raw scan of just the columns the lists read; both scans run in the
 // same run on the same file.
-#include "Fixture.h"
+#include "BenchMain.h"
 #include "RawScan.h"
 #include "RebateRows.h"
 #include "common/core/Globals.h"
@@ -12,7 +12,6 @@
 #include "switchboard/frmFind.h"
 #include "switchboard/frmSwitchboard.h"
 
-#include <QApplication>
 #include <benchmark/benchmark.h>
 
 namespace {
@@ -50,35 +49,27 @@ void FindNothing(benchmark::State& state) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    InitTestResources();
-    Fixture fixture;
-    fixture.OpenDatabase(GenerateRebates(kRecords, 20261123));
-    frmSwitchboard& form = frmSwitchboard::Load();
-    form.AddAllListItems();
-    const int shown = [&form] {
-        int rows = 0;
-        for (ListView* lv : form.RecordLists())
-            rows += lv->ListItems().Count();
-        return rows;
-    }();
-
-    benchmark::RegisterBenchmark(QStringLiteral("RebuildAllLists/%1 records, %2 rows in 7 lists")
-                                     .arg(kRecords)
-                                     .arg(shown)
-                                     .toStdString()
-                                     .c_str(),
-                                 RebuildAllLists)
-        ->Unit(benchmark::kMillisecond)
-        ->Iterations(5);
-    benchmark::RegisterBenchmark(
-        QStringLiteral("FindNothing/%1 rows walked").arg(shown).toStdString().c_str(), FindNothing)
-        ->Unit(benchmark::kMillisecond);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    delete frmSwitchboard::Instance();
-    return 0;
+    return RunBenchmarks(
+        argc, argv, kRecords,
+        [] {
+            frmSwitchboard& form = frmSwitchboard::Load();
+            form.AddAllListItems();
+            int shown = 0;
+            for (ListView* lv : form.RecordLists())
+                shown += lv->ListItems().Count();
+            benchmark::RegisterBenchmark(
+                QStringLiteral("RebuildAllLists/%1 records, %2 rows in 7 lists")
+                    .arg(kRecords)
+                    .arg(shown)
+                    .toStdString()
+                    .c_str(),
+                RebuildAllLists)
+                ->Unit(benchmark::kMillisecond)
+                ->Iterations(5);
+            benchmark::RegisterBenchmark(
+                QStringLiteral("FindNothing/%1 rows walked").arg(shown).toStdString().c_str(),
+                FindNothing)
+                ->Unit(benchmark::kMillisecond);
+        },
+        [] { delete frmSwitchboard::Instance(); });
 }

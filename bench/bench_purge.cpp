@@ -1,13 +1,12 @@
 // The deleted record manager's commands on generated data: purging and recovering 10,000
 // deleted rows out of 100,000, each one transaction with one look-up by key per row. "x raw" is
 // the command's time over a raw scan of the same deleted rows, in the same run.
-#include "Fixture.h"
+#include "BenchMain.h"
 #include "RawScan.h"
 #include "RebateRows.h"
 #include "app/DeletedRecords.h"
 #include "data/Database.h"
 
-#include <QCoreApplication>
 #include <benchmark/benchmark.h>
 
 namespace {
@@ -71,11 +70,5 @@ BENCHMARK(BM_RecoverDeleted)->Arg(10000)->Iterations(3)->Unit(benchmark::kMillis
 BENCHMARK(BM_ListDeleted)->Arg(10000)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
-    Fixture fixture;
-    fixture.OpenDatabase();
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return RunBenchmarks(argc, argv, 0);
 }

@@ -1,7 +1,7 @@
 // The RTF report of many selected records: composing by appending at the end and writing the
 // file must grow linearly with the records. The whole command (a read of each record, the
 // composing, the file) beside the composing and writing alone over one walk of the rows.
-#include "Fixture.h"
+#include "BenchMain.h"
 #include "RebateRows.h"
 #include "data/Database.h"
 #include "data/Recordset.h"
@@ -9,7 +9,6 @@
 #include "reports/Reports.h"
 #include "reports/RtfDocument.h"
 
-#include <QCoreApplication>
 #include <QSaveFile>
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
@@ -65,13 +64,7 @@ BENCHMARK(BM_ComposeAndWrite)
     ->Complexity(benchmark::oN);
 
 int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    Fixture fixture;
-    fixture.OpenDatabase();
     QTemporaryDir temp; // the report files go here, not into the machine's folder
     qputenv("TMPDIR", temp.path().toUtf8());
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return RunBenchmarks(argc, argv, 0);
 }

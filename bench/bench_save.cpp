@@ -1,7 +1,7 @@
 // One record saved through the rebate form with 100,000 records in the table and the
 // Switchboard's lists built: a change to a stored record and a new record (which also looks
 // for a free RebateID), each with the lists' update that follows the save (UpdateIcons).
-#include "Fixture.h"
+#include "BenchMain.h"
 #include "RebateRows.h"
 #include "app/clsRebate.h"
 #include "common/core/Clock.h"
@@ -12,7 +12,6 @@
 #include "rebateform/frmRebate.h"
 #include "switchboard/frmSwitchboard.h"
 
-#include <QApplication>
 #include <QSqlQuery>
 #include <benchmark/benchmark.h>
 
@@ -79,26 +78,15 @@ BENCHMARK(SaveChangedRecord)->Unit(benchmark::kMillisecond)->Iterations(50);
 BENCHMARK(SaveNewRecord)->Unit(benchmark::kMillisecond)->Iterations(50);
 
 int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    InitTestResources();
-    Fixture fixture;
-    fixture.OpenDatabase();
-    QList<RebateRow> rows = GenerateRebates(kRecords - 1, 20261123);
-    RebateRow stored;
-    stored.RebateID = kStored;
-    stored.RebateName = QStringLiteral("Router Rebate");
-    stored.ProductName = QStringLiteral("Router");
-    stored.PurchasePrice = 89.99;
-    stored.RebateAmount = 30.0;
-    rows.append(stored);
-    InsertRebates(rows);
-    frmSwitchboard::Load();
-
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    delete frmSwitchboard::Instance();
-    return 0;
+    return RunBenchmarks(
+        argc, argv, kRecords - 1,
+        [] {
+            InsertRebates({RebateRow{.RebateID = kStored,
+                                     .RebateName = QStringLiteral("Router Rebate"),
+                                     .ProductName = QStringLiteral("Router"),
+                                     .PurchasePrice = 89.99,
+                                     .RebateAmount = 30.0}});
+            frmSwitchboard::Load();
+        },
+        [] { delete frmSwitchboard::Instance(); });
 }

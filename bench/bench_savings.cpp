@@ -2,14 +2,13 @@
 // per month, rebates by state). "x raw" is its time over a raw scan of the same rows through the
 // SQLite C interface (every column), "x raw of its columns" over one of just the columns it
 // reads, both in the same run.
-#include "Fixture.h"
+#include "BenchMain.h"
 #include "RawScan.h"
 #include "RebateRows.h"
 #include "app/SavingsFigures.h"
 #include "common/core/Clock.h"
 #include "data/Database.h"
 
-#include <QCoreApplication>
 #include <benchmark/benchmark.h>
 
 namespace {
@@ -29,19 +28,12 @@ void Savings(benchmark::State& state) {
 } // namespace
 
 int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    {
-        Fixture fixture;
-        fixture.OpenDatabase(GenerateRebates(100000, 20261123));
+    return RunBenchmarks(argc, argv, 100000, [] {
         benchmark::RegisterBenchmark(QStringLiteral("Savings/%1 rows read")
                                          .arg(RawRowCount(gDatabase->Name(), kWhere))
                                          .toStdString()
                                          .c_str(),
                                      Savings)
             ->Unit(benchmark::kMillisecond);
-        benchmark::RunSpecifiedBenchmarks();
-    }
-    benchmark::Shutdown();
-    return 0;
+    });
 }

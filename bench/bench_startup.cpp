@@ -2,6 +2,7 @@
 // Switchboard in it, its lists built, sorted and painted. Each start runs in a fresh process
 // of its own, so that the figures are those a user meets: the CPU time of the whole process
 // (Qt's own start included) and its peak resident memory. The time reported is that CPU time.
+#include "BenchMain.h"
 #include "Fixture.h"
 #include "RebateRows.h"
 #include "common/ui/ListView.h"
@@ -81,23 +82,18 @@ void StartUp(benchmark::State& state, const QString& path) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    if (argc == 3 && qstrcmp(argv[1], kChild) == 0)
+    if (argc == 3 && qstrcmp(argv[1], kChild) == 0) {
+        QApplication app(argc, argv); // the parent set the platform
         return StartOver(QString::fromLocal8Bit(argv[2]));
-
-    Fixture fixture;
-    fixture.OpenDatabase(GenerateRebates(kRecords, 20261123));
-    gDatabase->Close();
-    benchmark::RegisterBenchmark(
-        QStringLiteral("StartUp/%1 records").arg(kRecords).toStdString().c_str(),
-        [path = fixture.DatabasePath()](benchmark::State& state) { StartUp(state, path); })
-        ->UseManualTime()
-        ->Unit(benchmark::kMillisecond)
-        ->Iterations(3);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    }
+    return RunBenchmarks(argc, argv, kRecords, [] {
+        const QString path = gDatabase->Name();
+        gDatabase->Close();
+        benchmark::RegisterBenchmark(
+            QStringLiteral("StartUp/%1 records").arg(kRecords).toStdString().c_str(),
+            [path](benchmark::State& state) { StartUp(state, path); })
+            ->UseManualTime()
+            ->Unit(benchmark::kMillisecond)
+            ->Iterations(3);
+    });
 }

@@ -1,13 +1,12 @@
 // The Switchboard's Statistics page over 30,000 records (UpdateStatistics). "x raw" is its
 // time over a raw scan of the same rows through the SQLite C interface (every column), "x raw
 // of its columns" over one of just the columns it sums, both in the same run (aim: < 2).
-#include "Fixture.h"
+#include "BenchMain.h"
 #include "RawScan.h"
 #include "RebateRows.h"
 #include "data/Database.h"
 #include "switchboard/StatisticsPage.h"
 
-#include <QApplication>
 #include <QLabel>
 #include <benchmark/benchmark.h>
 
@@ -28,22 +27,12 @@ void Statistics(benchmark::State& state) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    InitTestResources();
-    benchmark::Initialize(&argc, argv);
-    {
-        Fixture fixture;
-        fixture.OpenDatabase(GenerateRebates(30000, 20261123));
+    return RunBenchmarks(argc, argv, 30000, [] {
         benchmark::RegisterBenchmark(QStringLiteral("Statistics/%1 rows counted")
                                          .arg(RawRowCount(gDatabase->Name(), kWhere))
                                          .toStdString()
                                          .c_str(),
                                      Statistics)
             ->Unit(benchmark::kMillisecond);
-        benchmark::RunSpecifiedBenchmarks();
-    }
-    benchmark::Shutdown();
-    return 0;
+    });
 }
