@@ -20,7 +20,7 @@
 namespace {
 
 // One record in each status. Their rows read (dates as the lists write them):
-//   Unsent    "No date: Alpha Unsent", "No date: Golf 47 Unsent"
+//   Unsent    "No date: Alpha Unsent"
 //   Pending   "11/10/2026: Bravo Pending", "11/12/2026: Hotel Pending"
 //   Overdue   "8/1/2026: Charlie Overdue"
 //   Paid      "3/15/2000: Delta Paid"
@@ -42,7 +42,6 @@ QList<RebateRow> OneOfEach() {
                           row("4", "Delta Paid", QDate(2000, 3, 15)),
                           row("5", "Echo Followup", QDate(2026, 7, 1)),
                           row("6", "Foxtrot Rejected", QDate(2026, 6, 1)),
-                          row("7", "Golf 47 Unsent"),
                           row("8", "Hotel Pending", QDate(2026, 11, 12), QDate(2027, 1, 7))};
     rows[3].AmountReceived = 5.0;
     rows[3].DateReceived = QDate(2000, 5, 1);
@@ -51,7 +50,6 @@ QList<RebateRow> OneOfEach() {
     return rows;
 }
 
-// The selected rows of a list, by text.
 QStringList SelectedRows(ListView* lv) {
     QStringList selected;
     for (int i = 1; i <= lv->ListItems().Count(); ++i)
@@ -203,7 +201,6 @@ private:
         QVERIFY(ran);
         QVERIFY(!frmFind::Instance());
     }
-    // Types the text into the dialog and clicks Find.
     static void Search(frmFind& find, const QString& text) {
         find.Text1->clear();
         QTest::keyClicks(find.Text1, text);

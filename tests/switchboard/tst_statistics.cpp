@@ -155,7 +155,6 @@ private Q_SLOTS:
             shown << page->lblStatFigures(i)->text();
         if (!figures.isEmpty())
             QCOMPARE(shown, figures);
-        // A screen reader names each figure after its caption.
         QCOMPARE(page->lblStatFigures(12)->accessibleName(), QStringLiteral("Total Expenditures"));
         QCOMPARE(StatusText(), QStringLiteral("Ready..."));
 
@@ -163,7 +162,6 @@ private Q_SLOTS:
         SavingsPage* savings = program.Switchboard().Savings();
         QCOMPARE(Bars(savings->chtMonths), months);
         QCOMPARE(Bars(savings->chtStates), states);
-        // The same money as the statistics.
         QCOMPARE(savings->lblSavingsTotals->text(),
                  QString("Received: %1    Outstanding: %2").arg(shown[4], shown[11]));
         QVERIFY(fixture.Desktop().boxes.isEmpty());
