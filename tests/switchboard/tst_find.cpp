@@ -124,8 +124,7 @@ private Q_SLOTS:
                 }
                 const QStringList hit = hits[i].split(QStringLiteral(" | "));
                 QCOMPARE(mProgram->CurrentTab(), hit[0]);
-                ListView* lv = mProgram->Switchboard().GetCurrentLV();
-                QCOMPARE(SelectedRows(lv), QStringList{hit[1]});
+                QCOMPARE(SelectedRows(mProgram->Switchboard().GetCurrentLV()), QStringList{hit[1]});
             }
         });
         QCOMPARE(mFixture->Desktop().boxes.size(), hits.count(QString()));

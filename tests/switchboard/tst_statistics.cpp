@@ -100,8 +100,7 @@ private Q_SLOTS:
             << QStringList{"Rejected (1): 25", "Paid (3): 25.5", "Unsent (5): 20"};
         QTest::newRow("empty table")
             << QList<RebateRow>{}
-            << QStringList{"$0.00", "$0.00", "$0.00", "$0.00", "$0.00", "0",     "0",    "0",
-                           "0",     "0",     "$0.00", "$0.00", "$0.00", "$0.00", "$0.00"}
+            << QStringList(5, "$0.00") + QStringList(5, "0") + QStringList(5, "$0.00")
             << QStringList{} << QStringList{};
 
         RebateRow rejected = Row("re", 25, 0, QDate(2026, 8, 1));

@@ -334,20 +334,34 @@ private Q_SLOTS:
         QCOMPARE(StatusText(), QString("Ready..."));
     }
 
-    void exitQuestion_data() {
+    void closing_data() {
         QTest::addColumn<int>("answer");
-        QTest::newRow("Yes") << int(vb::vbYes);
-        QTest::newRow("No") << int(vb::vbNo);
+        QTest::addColumn<QStringList>("stored"); // a position setting, after "Switchboard"
+        QTest::newRow("No") << int(vb::vbNo) << QStringList{"Width", "1500"};
+        QTest::newRow("far left") << int(vb::vbYes) << QStringList{"Left", "-300000"};
+        QTest::newRow("NaN") << int(vb::vbYes) << QStringList{"Left", "nan"};
+        QTest::newRow("wider than any screen") << int(vb::vbYes) << QStringList{"Width", "1400000"};
     }
 
-    // Yes removes the program's own temporary reports (~va*.rtf), and no other file.
-    void exitQuestion() {
+    // Yes to the exit question removes the program's own temporary reports (~va*.rtf), and no
+    // other file. A window the settings would put where it can't be seen or reached opens where
+    // a first run puts it, and that is what is written back.
+    void closing() {
         QFETCH(int, answer);
+        QFETCH(QStringList, stored);
         OpenFixture fixture;
+        const QRect first = Board().window->geometry();
+        for (const QString name : {"Left", "Top", "Width", "Height"})
+            SaveSetting(kAppTitle, "Settings", "Switchboard" + name,
+                        name == stored[0] ? stored[1] : "1500");
+        const auto part = [&stored](const QRect& r) {
+            return stored[0] == "Left" ? r.x() : r.width();
+        };
         const QStringList files{"~va1.rtf", "~va2.rtf", "~vb.rtf"};
         for (const QString& name : files)
             QVERIFY(QFile(TempPath() + "/" + name).open(QIODevice::WriteOnly));
-        Board board("Paid");
+        Board board;
+        QCOMPARE(part(board.window->geometry()), part(first));
         fixture.Desktop().SetNextAnswer(answer);
         const bool yes = answer == vb::vbYes;
         QCOMPARE(board.window->close(), yes);
@@ -359,38 +373,9 @@ private Q_SLOTS:
         if (yes) {
             QTRY_COMPARE(frmSwitchboard::Instance(), nullptr);
             board.window = nullptr;
+            QCOMPARE(GetSetting(kAppTitle, "Settings", "Switchboard" + stored[0]).toDouble(),
+                     part(first) * 15.0);
         }
-    }
-
-    void unreachablePositionReplaced_data() {
-        QTest::addColumn<QString>("key"); // after "Switchboard"
-        QTest::addColumn<QString>("value");
-        QTest::newRow("far left") << "Left"
-                                  << "-300000";
-        QTest::newRow("NaN") << "Left"
-                             << "nan";
-        QTest::newRow("wider than any screen") << "Width"
-                                               << "1400000";
-    }
-
-    // A window the settings would put where it can't be seen or reached opens where a first
-    // run puts it, and that is what is written back.
-    void unreachablePositionReplaced() {
-        QFETCH(QString, key);
-        QFETCH(QString, value);
-        OpenFixture fixture;
-        const QRect first = Board().window->geometry();
-        for (const QString name : {"Left", "Top", "Width", "Height"})
-            SaveSetting(kAppTitle, "Settings", "Switchboard" + name, name == key ? value : "1500");
-        const auto part = [&key](const QRect& r) {
-            return key == "Left" ? r.x() : r.width();
-        };
-        Board board;
-        QCOMPARE(part(board.window->geometry()), part(first));
-        fixture.Desktop().SetNextAnswer(vb::vbYes);
-        QVERIFY(board.window->close());
-        QCOMPARE(GetSetting(kAppTitle, "Settings", "Switchboard" + key).toDouble(),
-                 part(first) * 15.0);
     }
 
     void deadlineRows_data() {
