@@ -35,6 +35,15 @@ QByteArray ThumbnailOf(const QByteArray& data) {
         .save(&buffer, "PNG");
     return png;
 }
+
+// "512 bytes", "12 KB", "3.4 MB".
+QString SizeText(qint64 bytes) {
+    if (bytes < 1024)
+        return QStringLiteral("%1 bytes").arg(bytes);
+    if (bytes < 1024 * 1024)
+        return QStringLiteral("%1 KB").arg((bytes + 1023) / 1024);
+    return QStringLiteral("%1 MB").arg(static_cast<double>(bytes) / (1024 * 1024), 0, 'f', 1);
+}
 } // namespace
 
 AttachmentsBox::AttachmentsBox(QWidget* parent)
@@ -76,14 +85,6 @@ AttachmentsBox::AttachmentsBox(QWidget* parent)
     layout->addWidget(lblAttachHint);
     layout->addLayout(row, 1);
     SetRebateID(QString());
-}
-
-QString AttachmentsBox::SizeText(qint64 bytes) {
-    if (bytes < 1024)
-        return QStringLiteral("%1 bytes").arg(bytes);
-    if (bytes < 1024 * 1024)
-        return QStringLiteral("%1 KB").arg((bytes + 1023) / 1024);
-    return QStringLiteral("%1 MB").arg(static_cast<double>(bytes) / (1024 * 1024), 0, 'f', 1);
 }
 
 void AttachmentsBox::SetRebateID(const QString& rebateID) {
