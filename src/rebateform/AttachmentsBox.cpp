@@ -111,7 +111,6 @@ void AttachmentsBox::Reload() {
                 QStringLiteral("%1 (%2)").arg(file.fileName, SizeText(file.size)));
             item->setData(Qt::UserRole, file.id);
             item->setData(Qt::UserRole + 1, file.fileName);
-            item->setData(Qt::UserRole + 2, picture);
             lstAttachments->addItem(item);
         }
     } catch (const VbError& e) {
