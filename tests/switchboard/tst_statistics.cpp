@@ -14,6 +14,7 @@
 #include <QChart>
 #include <QChartView>
 #include <QLabel>
+#include <QPointer>
 #include <QTest>
 
 namespace {
@@ -170,6 +171,16 @@ private Q_SLOTS:
         QVERIFY(savings->isVisible());
         QCOMPARE(Bars(savings->chtMonths), months);
         QCOMPARE(Bars(savings->chtStates), states);
+        // Each visit draws the charts anew and frees the axes drawn before.
+        QList<QPointer<QAbstractAxis>> drawn;
+        for (QChartView* chart : {savings->chtMonths, savings->chtStates})
+            for (QAbstractAxis* axis : chart->chart()->axes())
+                drawn.append(axis);
+        program.ClickTab("Statistics");
+        program.ClickTab("Savings");
+        for (const QPointer<QAbstractAxis>& axis : drawn)
+            QVERIFY(axis.isNull());
+        QCOMPARE(Bars(savings->chtMonths), months);
         // The same money as the statistics.
         QCOMPARE(savings->lblSavingsTotals->text(),
                  QString("Received: %1    Outstanding: %2").arg(shown[4], shown[11]));
