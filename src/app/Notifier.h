@@ -19,7 +19,7 @@ Q_SIGNALS:
     void RecordDeleted(const QString& rebateID);
     // The rebate form closed without saving; the Switchboard shows its current page anew.
     void RecordFormClosed();
-    // Records changed in bulk (recovered, purged, imported): every list is built anew.
+    // Records changed in bulk (recovered, purged, imported, restored): every list is built anew.
     void ListsStale();
     // gDatabase was closed and opened again (compaction, restore); recordsets held before are
     // stale.

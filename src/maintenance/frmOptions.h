@@ -4,7 +4,6 @@
 
 class QCheckBox;
 class QLineEdit;
-class QSpinBox;
 class QPushButton;
 class QSpinBox;
 class TabStrip;

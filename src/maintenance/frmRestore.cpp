@@ -107,8 +107,11 @@ void frmRestore::cmdRestore_Click() {
             LogError(error, objectName(), QStringLiteral("cmdRestore_Click"));
         }
     }
-    if (gDatabase && gDatabase->IsOpen())
+    if (gDatabase && gDatabase->IsOpen()) {
         Q_EMIT Notifier::Instance().DatabaseReopened();
+        // Even a restore that failed late may have put the backup's records in place.
+        Q_EMIT Notifier::Instance().ListsStale();
+    }
     if (!restored) {
         MsgBox(QStringLiteral("The database was not restored. Your database is as it was "
                               "before."),

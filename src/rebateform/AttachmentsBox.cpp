@@ -35,6 +35,15 @@ QByteArray ThumbnailOf(const QByteArray& data) {
         .save(&buffer, "PNG");
     return png;
 }
+
+// "512 bytes", "12 KB", "3.4 MB".
+QString SizeText(qint64 bytes) {
+    if (bytes < 1024)
+        return QStringLiteral("%1 bytes").arg(bytes);
+    if (bytes < 1024 * 1024)
+        return QStringLiteral("%1 KB").arg((bytes + 1023) / 1024);
+    return QStringLiteral("%1 MB").arg(static_cast<double>(bytes) / (1024 * 1024), 0, 'f', 1);
+}
 } // namespace
 
 AttachmentsBox::AttachmentsBox(QWidget* parent)
@@ -78,14 +87,6 @@ AttachmentsBox::AttachmentsBox(QWidget* parent)
     SetRebateID(QString());
 }
 
-QString AttachmentsBox::SizeText(qint64 bytes) {
-    if (bytes < 1024)
-        return QStringLiteral("%1 bytes").arg(bytes);
-    if (bytes < 1024 * 1024)
-        return QStringLiteral("%1 KB").arg((bytes + 1023) / 1024);
-    return QStringLiteral("%1 MB").arg(static_cast<double>(bytes) / (1024 * 1024), 0, 'f', 1);
-}
-
 void AttachmentsBox::SetRebateID(const QString& rebateID) {
     mRebateID = rebateID;
     Reload();
@@ -110,7 +111,6 @@ void AttachmentsBox::Reload() {
                 QStringLiteral("%1 (%2)").arg(file.fileName, SizeText(file.size)));
             item->setData(Qt::UserRole, file.id);
             item->setData(Qt::UserRole + 1, file.fileName);
-            item->setData(Qt::UserRole + 2, picture);
             lstAttachments->addItem(item);
         }
     } catch (const VbError& e) {

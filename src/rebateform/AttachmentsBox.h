@@ -22,9 +22,6 @@ public:
     void SetRebateID(const QString& rebateID);
     QString RebateID() const { return mRebateID; }
 
-    // "512 bytes", "12 KB", "3.4 MB".
-    static QString SizeText(qint64 bytes);
-
     void cmdAttach_Click();
     void cmdOpen_Click();
     void cmdRemove_Click();

@@ -14,7 +14,17 @@
 
 namespace {
 constexpr int kVisibleRows = 5;
+
+// "3 days", "1 day", "Today", "1 day late", "5 days late".
+QString DaysLeftText(int days) {
+    if (days == 0)
+        return QStringLiteral("Today");
+    const int count = std::abs(days);
+    const QString text =
+        count == 1 ? QStringLiteral("1 day") : QStringLiteral("%1 days").arg(count);
+    return days > 0 ? text : text + QStringLiteral(" late");
 }
+} // namespace
 
 DeadlinePanel::DeadlinePanel(QWidget* parent)
     : QWidget(parent), lblDeadlines(new QLabel), lvDeadlines(new QTreeWidget) {
@@ -43,15 +53,6 @@ DeadlinePanel::DeadlinePanel(QWidget* parent)
     layout->setSpacing(2);
     layout->addWidget(lblDeadlines);
     layout->addWidget(lvDeadlines);
-}
-
-QString DeadlinePanel::DaysLeftText(int days) {
-    if (days == 0)
-        return QStringLiteral("Today");
-    const int count = std::abs(days);
-    const QString text =
-        count == 1 ? QStringLiteral("1 day") : QStringLiteral("%1 days").arg(count);
-    return days > 0 ? text : text + QStringLiteral(" late");
 }
 
 void DeadlinePanel::Refresh() {

@@ -22,9 +22,6 @@ public:
     // store is logged and leaves the panel empty.
     void Refresh();
 
-    // "3 days", "1 day", "Today", "1 day late", "5 days late".
-    static QString DaysLeftText(int days);
-
     QLabel* lblDeadlines;
     QTreeWidget* lvDeadlines; // columns: days left, rebate, product, expiration date
 

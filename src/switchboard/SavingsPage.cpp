@@ -37,8 +37,10 @@ QChartView* NewChartView(const char* name, const QString& title) {
 void ShowBars(QChart* chart, const QStringList& categories, const QList<QBarSet*>& sets,
               bool lying) {
     chart->removeAllSeries();
-    for (QAbstractAxis* axis : chart->axes())
+    for (QAbstractAxis* axis : chart->axes()) {
         chart->removeAxis(axis);
+        delete axis; // the chart gives a removed axis back instead of deleting it
+    }
     QAbstractBarSeries* series =
         lying ? static_cast<QAbstractBarSeries*>(new QHorizontalBarSeries) : new QBarSeries;
     double top = 0;

@@ -302,7 +302,6 @@ frmSwitchboard::frmSwitchboard(QWidget* parent) : QWidget(parent) {
     connect(&notifier, &Notifier::RecordDeleted, this, &frmSwitchboard::DeleteIcons);
     connect(&notifier, &Notifier::RecordFormClosed, this, &frmSwitchboard::tbsSwitch_Click);
     connect(&notifier, &Notifier::ListsStale, this, &frmSwitchboard::mnuRefresh_Click);
-    connect(&notifier, &Notifier::DatabaseReopened, this, &frmSwitchboard::mnuRefresh_Click);
 
     ActiveXImageList.Add(kListIcons);
     xImageListSmall.Add(kListIcons);

@@ -12,6 +12,7 @@
 #include <QChart>
 #include <QChartView>
 #include <QLabel>
+#include <QPointer>
 #include <QTest>
 
 namespace {
@@ -161,6 +162,16 @@ private Q_SLOTS:
         SavingsPage* savings = program.Switchboard().Savings();
         QCOMPARE(Bars(savings->chtMonths), months);
         QCOMPARE(Bars(savings->chtStates), states);
+        // Each visit draws the charts anew and frees the axes drawn before.
+        QList<QPointer<QAbstractAxis>> drawn;
+        for (QChartView* chart : {savings->chtMonths, savings->chtStates})
+            for (QAbstractAxis* axis : chart->chart()->axes())
+                drawn.append(axis);
+        program.ClickTab("Statistics");
+        program.ClickTab("Savings");
+        for (const QPointer<QAbstractAxis>& axis : drawn)
+            QVERIFY(axis.isNull());
+        QCOMPARE(Bars(savings->chtMonths), months);
         QCOMPARE(savings->lblSavingsTotals->text(),
                  QString("Received: %1    Outstanding: %2").arg(shown[4], shown[11]));
         QVERIFY(fixture.Desktop().boxes.isEmpty());
