@@ -24,28 +24,20 @@ private Q_SLOTS:
             QTest::newRow(name) << r << QString(status);
         };
         const auto none = std::nullopt;
-        const QDate sent = kLastMonth, today = kToday, yesterday = kToday.addDays(-1);
+        const QDate sent = kLastMonth, yesterday = kToday.addDays(-1);
         row("all Null but the key", MoneyRow("1", none, none, none, none, none, none, none, none),
             "Unsent");
         row("deleted beats paid", {.AmountReceived = 5.0, .Deleted = true}, "Deleted");
         row("Deleted Null counts as not deleted", {.AmountReceived = 5.0, .Deleted = none}, "Paid");
         row("paid a cent", {.AmountReceived = 0.01}, "Paid");
         row("amount 0 is not paid", {.DateSent = sent, .AmountReceived = 0.0}, "Pending");
-        row("negative amount is not paid", {.DateSent = sent, .AmountReceived = -3.0}, "Pending");
         row("paid beats rejected", {.AmountReceived = 5.0, .Rejected = true}, "Paid");
         row("rejected beats followup", {.FollowupDate = yesterday, .Rejected = true}, "Rejected");
         row("followup beats overdue",
             {.DateSent = sent, .DateDue = sent, .FollowupDate = yesterday}, "Followup");
-        row("due today, never sent", {.DateDue = today}, "Unsent");
         row("no due date", {.DateSent = sent, .DateDue = none}, "Pending");
-        row("past due but received, no money",
-            {.DateSent = sent,
-             .DateDue = yesterday,
-             .AmountReceived = 0.0,
-             .DateReceived = yesterday},
-            "Pending");
-        row("past due but received, never sent", {.DateDue = yesterday, .DateReceived = yesterday},
-            "Unsent");
+        row("past due but received",
+            {.DateSent = sent, .DateDue = yesterday, .DateReceived = yesterday}, "Pending");
     }
     void statusOfRow() {
         QFETCH(RebateRow, row);
@@ -54,8 +46,7 @@ private Q_SLOTS:
         fixture.OpenDatabase({row});
         auto rs = gDatabase->OpenRecordset("SELECT * FROM Rebates WHERE (([RebateID])= '1');");
         QCOMPARE(GetRebateStatus(*rs), status);
-        QCOMPARE(rs->Fields("RebateID"), QVariant("1"));
-        QVERIFY(!rs->IsEOF());
+        QCOMPARE(rs->Fields("RebateID"), QVariant("1")); // still on the row
     }
 
     void dueDatePassesOvernight() {

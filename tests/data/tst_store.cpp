@@ -55,11 +55,9 @@ private Q_SLOTS:
         row("text", "Remarks", text, text, text);
         row("money from double", "PurchasePrice", 129.99, qlonglong(1299900), money(1299900));
         row("money from text", "RebateAmount", "$1,234.50", qlonglong(12345000), money(12345000));
-        row("money, four decimals", "PostagePrice", money(4901), qlonglong(4901), money(4901));
         row("date from text", "DateSent", "11/5/2026", "2026-11-05", QDate(2026, 11, 5));
         row("date cleared", "FollowupDate", QString(""), null, null);
         row("Boolean true", "Rejected", true, qlonglong(1), true);
-        row("Boolean from number", "Deleted", 0, qlonglong(0), false);
     }
     void valuesRoundTrip() {
         QFETCH(QString, column);
@@ -112,7 +110,8 @@ private Q_SLOTS:
         QCOMPARE(ReadRawRebate("A"), expected);
     }
 
-    void blankMembersAreStored() {
+    // Blanks are stored; a second record under the same key is refused and changes nothing.
+    void blankMembersThenDuplicateKey() {
         Fixture fixture;
         fixture.OpenDatabase({{.RebateID = "1",
                                .RebateName = "Printer Rebate",
@@ -136,18 +135,14 @@ private Q_SLOTS:
         for (const char* column : {"RebateName", "ProductName"})
             QCOMPARE(raw.value(column), QVariant(""));
         QCOMPARE(raw.value("PurchasePrice"), QVariant(qlonglong(1299900)));
-    }
 
-    void duplicateKeyIsRefused() {
-        Fixture fixture;
-        fixture.OpenDatabase({{.RebateID = "1", .RebateName = "First"}});
         auto rs = gDatabase->OpenRecordset(kMatchNone);
         rs->AddNew();
         rs->SetField("RebateID", "1");
         rs->SetField("RebateName", "Second");
         QCOMPARE(ErrorOf([&] { rs->Update(); }), 3022);
         QCOMPARE(CountRebates(), 1);
-        QCOMPARE(ReadRawRebate("1").value("RebateName"), QVariant("First"));
+        QCOMPARE(ReadRawRebate("1"), raw);
     }
 };
 

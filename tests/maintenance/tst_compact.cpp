@@ -84,7 +84,6 @@ private Q_SLOTS:
         QTest::newRow("3 old target can't go") << 3 << int(dbError::ReadOnly);
         QTest::newRow("4 close") << 4 << 3000;
         QTest::newRow("5 disk full") << 5 << int(dbError::DiskFull);
-        QTest::newRow("5 locked") << 5 << int(dbError::Locked);
         QTest::newRow("6 verify") << 6 << int(dbError::NotADatabase);
         QTest::newRow("8 old backup can't go") << 8 << 75;
         QTest::newRow("9 rename to backup") << 9 << 75;

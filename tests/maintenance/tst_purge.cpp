@@ -62,13 +62,11 @@ private Q_SLOTS:
         mFixture->OpenDatabase(
             {{.RebateID = "1", .RebateName = "Kept"}, paid, rej, fol, ove, uns, pen});
         frmPurge form;
-        QCOMPARE(form.windowTitle(), QString("Deleted Record Manager"));
         QCOMPARE(Rows(form),
                  (QStringList{"Paid|Paid product||2|Paid", "Rej|Rej product||3|Rejected",
                               "Fol|Fol product|1/2/2026|4|Followup",
                               "Ove|Ove product|1/2/2026|5|Overdue", "Uns|Uns product||6|Unsent",
                               "||11/1/2026|7|Pending"}));
-        QCOMPARE(form.sbStatus->currentMessage(), QString("Ready..."));
     }
 
     void commands_data() {
@@ -90,7 +88,6 @@ private Q_SLOTS:
         row("recover many", false, true, "1 3", "2", "1 2 3 9");
         row("recover inverted", false, true, "! 2", "2", "1 2 3 9");
         row("purge many", true, true, "1 2", "3", "3 9");
-        row("purge all", true, true, "1 2 3", "", "9");
         row("no keeps all", true, false, "1 2 3", "1 2 3", "1 2 3 9");
         row("nothing selected", true, true, "", "1 2 3", "1 2 3 9");
     }

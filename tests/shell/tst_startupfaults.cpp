@@ -195,65 +195,93 @@ private Q_SLOTS:
         QVERIFY(gAppStarted);
         QVERIFY(!startedWhenLoaded);
         QCOMPARE(main->ActiveFormName(), QString("frmSwitchboard"));
-        QCOMPARE(QDir::currentPath() + "/", mFixture->ProgramDir());
         QVERIFY(mFixture->Desktop().boxes.isEmpty());
         QVERIFY(!QFile::exists(mFixture->LogPath()));
         QCOMPARE(mEnded, 0);
     }
 
+    // Each cause that keeps the store from being used: its own message (whole, or the words
+    // that tell it apart), and the file as it was. A directory in the way refuses the reserve's
+    // copy whoever runs the test (a folder without write permission would move the store to the
+    // user's data folder instead).
     void refusedStart_data() {
-        QTest::addColumn<QByteArray>("store"); // the store's bytes; null: both files missing
+        QTest::addColumn<QString>("cause");
         QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("prompt");
-        QTest::newRow("both files missing") << QByteArray() << "Missing File" << kMissingFile;
-        QTest::newRow("corrupt database")
-            << QByteArray("This is not a database at all.\n").repeated(200)
-            << "Corrupt Database File" << CorruptText();
-        QTest::newRow("zero bytes") << QByteArray("") << "Corrupt Database File" << CorruptText();
+        QTest::addColumn<QString>("says");
+        const auto row = [](const char* cause, const char* title, const QString& says) {
+            QTest::newRow(cause) << QString(cause) << QString(title) << says;
+        };
+        row("both files missing", "Missing File", kMissingFile);
+        row("directory in the way", "Missing File", kMissingFile);
+        row("not a database", "Corrupt Database File", CorruptText());
+        row("zero bytes", "Corrupt Database File", CorruptText());
+        row("damaged page", "Corrupt Database File", "is corrupt");
+        row("another program's file", "Not a Vantry! Vantry! Database", "has no table of rebates");
+        row("locked", "Database In Use", "Your data in 'Vantry.mdb' is intact");
     }
 
     void refusedStart() {
-        QFETCH(QByteArray, store);
+        QFETCH(QString, cause);
         QFETCH(QString, title);
-        QFETCH(QString, prompt);
-        const bool present = !store.isNull();
-        if (present) {
-            QFile file(mFixture->DatabasePath());
-            QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-            file.write(store);
-        } else {
-            QVERIFY(QFile::remove(mFixture->DatabasePath()));
+        QFETCH(QString, says);
+        const QString path = mFixture->DatabasePath();
+        std::unique_ptr<OtherProgram> other;
+        if (cause == "both files missing") {
+            QVERIFY(QFile::remove(path));
             QVERIFY(QFile::remove(mFixture->ReservePath()));
+        } else if (cause == "directory in the way") {
+            QVERIFY(QFile::remove(path) && QDir().mkdir(path));
+        } else if (cause == "not a database" || cause == "zero bytes") {
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+            if (cause == "not a database")
+                file.write(QByteArray("This is not a database at all.\n").repeated(200));
+        } else if (cause == "damaged page") {
+            QList<RebateRow> rows;
+            for (int i = 0; i < 200; ++i)
+                rows << RebateRow{.RebateID = QString::number(i), .RebateName = "Row"};
+            mFixture->OpenDatabase(rows);
+            gDatabase.reset();
+            DamagePage(path, 2);
+        } else if (cause == "another program's file") {
+            QVERIFY(QFile::remove(path));
+            OtherProgram maker(path);
+            QVERIFY(maker.Run("CREATE TABLE Recipes (Name TEXT)"));
+        } else {
+            other = std::make_unique<OtherProgram>(path);
+            QVERIFY(other->Run("PRAGMA locking_mode = EXCLUSIVE"));
+            QVERIFY(other->Run("BEGIN EXCLUSIVE"));
         }
+        const QByteArray before = Checksum(path);
         bool splashShown = true;
         mFixture->Desktop().OnNextBox(
             [&splashShown](const ScriptedDesktop::Box&) { splashShown = frmSplash::Instance(); });
         QVERIFY(!Main());
-        if (!present)
+        if (cause == "both files missing")
             QVERIFY(!splashShown);
-        QCOMPARE(mFixture->Desktop().Shown(), QStringList{title + " | 16 | " + prompt});
-        QCOMPARE(QFile::exists(mFixture->DatabasePath()), present);
-        QCOMPARE(ReadFile(mFixture->DatabasePath()), present ? store : QByteArray());
+        QStringList shown = mFixture->Desktop().Shown();
+        if (cause == "directory in the way") {
+            const QString renaming = "Error Renaming Vantry.rdb | 48 | ";
+            QVERIFY2(shown.value(0).startsWith(renaming) && shown[0].size() > renaming.size(),
+                     qPrintable(shown.value(0)));
+            shown.removeFirst();
+        }
+        if (says.size() > 100) {
+            QCOMPARE(shown, QStringList{title + " | 16 | " + says});
+        } else {
+            QCOMPARE(shown.size(), 1);
+            QVERIFY2(shown[0].startsWith(title + " | 16 | ") && shown[0].contains(says),
+                     qPrintable(shown[0]));
+        }
+        QCOMPARE(QFile::exists(path), cause != "both files missing");
+        QCOMPARE(QFile::exists(mFixture->ReservePath()), cause != "both files missing");
         QVERIFY(!frmMDI::Instance());
         QVERIFY(!frmSplash::Instance());
+        QVERIFY(!gDatabase);
         QVERIFY(!gAppStarted);
-    }
-
-    void folderRefusesTheCopy() {
-        // A directory in the way refuses the copy whoever runs the test; a folder without
-        // write permission would move the store to the user's data folder instead.
-        QVERIFY(QFile::remove(mFixture->DatabasePath()));
-        QVERIFY(QDir().mkdir(mFixture->DatabasePath()));
-
-        QVERIFY(!Main());
-        const QStringList shown = mFixture->Desktop().Shown();
-        QCOMPARE(shown.size(), 2);
-        const QString renaming = "Error Renaming Vantry.rdb | 48 | ";
-        QVERIFY2(shown[0].startsWith(renaming) && shown[0].size() > renaming.size(),
-                 qPrintable(shown[0]));
-        QCOMPARE(shown[1], "Missing File | 16 | " + kMissingFile);
-        QVERIFY(QFile::exists(mFixture->ReservePath()));
-        QVERIFY(!frmMDI::Instance());
+        QCOMPARE(Checksum(path), before);
+        other.reset();
+        QCOMPARE(Checksum(path), before);
     }
 
     void secondCopyActivatesFirst_data() {
@@ -302,7 +330,6 @@ private Q_SLOTS:
         QTRY_VERIFY(window.isMinimized());
         QCOMPARE(FindWindowByTitlePrefix("vantry! VANTRY!"), &window);
         QVERIFY(!FindWindowByTitlePrefix("Vantry! Vantry! Help"));
-        QVERIFY(!FindWindowByTitlePrefix(QString()));
         QCOMPARE(ActivatePrevInstance("Vantry! Vantry!"), &window);
         QTRY_VERIFY(!window.isMinimized());
         QVERIFY(!ActivatePrevInstance("Nothing like it"));
@@ -324,57 +351,6 @@ private Q_SLOTS:
         QVERIFY(boxes[2].prompt.startsWith("Internal error\r\n\r\n"));
         for (const char* line : {"Number:\t\t13", "Number:\t\t51", "Source:\t\tpicFailing"})
             QVERIFY(mFixture->LogText().contains(QString("Error %1\r\n").arg(line)));
-    }
-
-    // Each cause that keeps the store from being used: its own message, and the file as it
-    // was (a file that is no database at all: refusedStart).
-    void refusedStore_data() {
-        QTest::addColumn<QString>("cause");
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("says");
-        const auto row = [](const char* name, const char* cause, const char* title,
-                            const char* says) {
-            QTest::newRow(name) << QString(cause) << QString(title) << QString(says);
-        };
-        row("damaged page", "damaged", "Corrupt Database File", "is corrupt");
-        row("another program's file", "foreign", "Not a Vantry! Vantry! Database",
-            "has no table of rebates");
-        row("locked by another program", "locked", "Database In Use",
-            "Your data in 'Vantry.mdb' is intact");
-    }
-    void refusedStore() {
-        QFETCH(QString, cause);
-        QFETCH(QString, title);
-        QFETCH(QString, says);
-        const QString path = mFixture->DatabasePath();
-        std::unique_ptr<OtherProgram> other;
-        if (cause == "damaged") {
-            QList<RebateRow> rows;
-            for (int i = 0; i < 200; ++i)
-                rows << RebateRow{.RebateID = QString::number(i), .RebateName = "Row"};
-            mFixture->OpenDatabase(rows);
-            gDatabase.reset();
-            DamagePage(path, 2);
-        } else if (cause == "foreign") {
-            QVERIFY(QFile::remove(path));
-            OtherProgram maker(path);
-            QVERIFY(maker.Run("CREATE TABLE Recipes (Name TEXT)"));
-        } else {
-            other = std::make_unique<OtherProgram>(path);
-            QVERIFY(other->Run("PRAGMA locking_mode = EXCLUSIVE"));
-            QVERIFY(other->Run("BEGIN EXCLUSIVE"));
-        }
-        const QByteArray before = Checksum(path);
-        QVERIFY(!Main());
-        const QStringList shown = mFixture->Desktop().Shown();
-        QCOMPARE(shown.size(), 1);
-        QVERIFY2(shown[0].startsWith(title + " | 16 | ") && shown[0].contains(says),
-                 qPrintable(shown[0]));
-        QVERIFY(!frmMDI::Instance());
-        QVERIFY(!gDatabase);
-        QCOMPARE(Checksum(path), before);
-        other.reset();
-        QCOMPARE(Checksum(path), before);
     }
 
     // A folder that can't be written: the store opens read-only, says so, and refuses saves
