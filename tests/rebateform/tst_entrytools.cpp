@@ -25,21 +25,13 @@ const struct Tool {
     int index;
     const char *before, *tool, *keys, *button, *after, *box;
 } kTools[] = {
-    {"calendar: empty field starts on today", 19, "", "frmCalendar", "{Right}|{Return}", "",
-     "11/24/2026", ""},
-    {"calendar: from the field's date", 1, "3/5/2026", "frmCalendar", "{PgDown}|{Return}", "",
-     "04/05/2026", ""},
-    {"calendar: escape leaves the field", 5, "3/5/2026", "frmCalendar", "{Right}|{Esc}", "",
-     "03/05/2026", ""},
-    {"calculator: seeded, added, checked on leaving", 4, "12.50", "frmCalculator", "+1=", "cmdOK",
-     "$13.50", ""},
-    {"calculator: beyond money, the field refuses", 4, "900000000000000", "frmCalculator",
-     "*10=", "cmdOK", "9000000000000000", "Invalid Amount"},
-    {"calculator: Close leaves the field", 4, "7", "frmCalculator", "+1=", "cmdCancel", "$7.00",
-     ""},
-    {"zoom: the edit comes back", 17, "Mailed", "frmZoomBox", " in May", "btnOK", "Mailed in May",
-     ""},
-    {"zoom: Cancel leaves the field", 17, "Mailed", "frmZoomBox", "xyz", "btnCancel", "Mailed", ""},
+    {"calendar: empty is today", 19, "", "frmCalendar", "{Right}|{Return}", "", "11/24/2026", ""},
+    {"calendar: field", 1, "3/5/2026", "frmCalendar", "{PgDown}|{Return}", "", "04/05/2026", ""},
+    {"calculator: seeded, added", 4, "12.50", "frmCalculator", "+1=", "cmdOK", "$13.50", ""},
+    {"calculator: beyond money", 4, "900000000000000", "frmCalculator", "*10=", "cmdOK",
+     "9000000000000000", "Invalid Amount"},
+    {"zoom: edit kept", 17, "Mailed", "frmZoomBox", " in May", "btnOK", "Mailed in May", ""},
+    {"zoom: Cancel", 17, "Mailed", "frmZoomBox", "xyz", "btnCancel", "Mailed", ""},
 };
 
 // "w" in Date Due over a Date Sent: the answer, Date Due afterwards (56 days on is the default)
@@ -51,7 +43,6 @@ const struct Weeks {
     {"six weeks", "12/01/2025", "6", "1/12/2026", ""},
     {"half days round to even", "12/01/2025", "1.5", "12/11/2025", ""},
     {"cancel keeps the date", "12/01/2025", "", "1/26/2026", ""},
-    {"letters", "12/01/2025", "soon", "1/26/2026", kNotWeeks},
     {"too many days", "12/01/2025", "5000", "1/26/2026", kNotWeeks},
     {"past the year 9999", "11/01/9999", "9", "12/27/9999", kNotWeeks},
     {"no date sent", "", "6", "", ""},
@@ -66,7 +57,6 @@ const struct Link {
     {"web", 22, "www.example.com", "http://www.example.com"},
     {"https gets the http prefix", 22, "https://example.com", "http://https://example.com"},
     {"email", 7, "rebates@example.com", "mailto:rebates@example.com"},
-    {"email with its prefix", 7, "MailTo:a@example.com", "MailTo:a@example.com"},
     {"empty opens nothing", 7, "", ""},
 };
 
@@ -85,14 +75,11 @@ const struct Edit {
     {"Ctrl+Z refused in a date", 5, "1", "{End}|23|{^Z}", "123", "stale", ""},
     {"nothing to undo after a shortcut", 1, "", "t|{Esc}", "11/23/2026", "stale", ""},
     {"copy the selection", 15, "Toaster", "{Copy}", "Toaster", "Toaster", ""},
-    {"cut the selection, then undo", 15, "Toaster", "{Cut}|{Esc}", "Toaster", "Toaster", ""},
     {"cut without a selection deletes at the caret", 15, "Toaster", "{Home}|{Cut}", "oaster", "",
      ""},
     {"paste a bad date: refused at once, kept", 5, "", "{Paste:13/45}", "13/45", "13/45",
      "Invalid Date"},
     {"paste a date: rewritten at once", 5, "", "{Paste:3/5/26}", "03/05/2026", "3/5/26", ""},
-    {"paste letters into a phone number", 13, "", "{Paste:1-800-FLOWERS}", "1-800-FLOWERS",
-     "1-800-FLOWERS", ""},
     {"a date shortcut past 12/31/9999 is refused", 9, "12/31/9999", "+", "12/31/9999", "stale",
      "Invalid Date"},
 };
@@ -191,15 +178,6 @@ private Q_SLOTS:
         QWidget* focus = box.isEmpty() ? static_cast<QWidget*>(cmdDial)
                                        : mForm->txtFields(RebateField::PhoneNumber);
         QTRY_COMPARE(QApplication::focusWidget(), focus);
-    }
-
-    // The main toolbar's Dialer opens the dialer without a number.
-    void toolbarDialer() {
-        WhileModal("frmAutoDial", &mOpened, [&](QWidget* dialog) {
-            QVERIFY(static_cast<frmAutoDial&>(*dialog).txtNumber->text().isEmpty());
-        });
-        mMain->tbToolBar_ButtonClick("Dialer");
-        QVERIFY(mOpened);
     }
 
     void links_data() { AddRows(kLinks); }

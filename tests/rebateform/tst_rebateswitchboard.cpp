@@ -45,9 +45,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("tab");
         QTest::addColumn<QString>("how");
         QTest::addColumn<QString>("opened");
-        for (const char* how : {"menu", "toolbar", "double click", "enter", "space"})
+        for (const char* how : {"menu", "double click", "enter", "space"})
             QTest::addRow("New: %s", how) << "New" << how << "";
-        for (const char* how : {"menu", "popup", "double click", "enter", "space"})
+        for (const char* how : {"menu", "double click", "enter", "space"})
             QTest::addRow("Unsent: %s", how) << "Unsent" << how << kSecondUnsent;
     }
     void opensForm() {
@@ -66,10 +66,6 @@ private Q_SLOTS:
         }
         if (how == "menu")
             (create ? mBoard->mnuNewRebate : mBoard->mnuEditRebate)->trigger();
-        else if (how == "toolbar")
-            mBoard->xToolbar_ButtonClick("New");
-        else if (how == "popup")
-            mBoard->mnuPopupOpen->trigger();
         else if (how == "double click")
             QTest::mouseDClick(
                 view->viewport(), Qt::LeftButton, {},

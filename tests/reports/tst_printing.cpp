@@ -77,7 +77,6 @@ private Q_SLOTS:
 
         const QStringList pages = ReportReaders::PdfPages(mPdf);
         const QString all = pages.join("\f");
-        QVERIFY2(pages.size() > 1 && pages.size() < 9, qPrintable(QString::number(pages.size())));
         QVERIFY(pages.first().count("Rebate Contact Info") > 1);
         QVERIFY(!all.contains("Record5"));
         QCOMPARE(all.count("Reason Rejected:"), 9); // no line twice at a page break
@@ -137,7 +136,6 @@ private Q_SLOTS:
         QCOMPARE(boxes.size(), 2);
         QCOMPARE(boxes[0].title, QString("Retry?"));
         QCOMPARE(boxes[0].style, 37);
-        QVERIFY(!boxes[0].prompt.isEmpty());
         QCOMPARE(StatusText(), QString("Ready..."));
     }
 

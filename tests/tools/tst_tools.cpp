@@ -47,8 +47,6 @@ private Q_SLOTS:
             {"month back from Mar 31, leap year", "03/31/2024", "cmdMonthBack", "02/29/2024"},
             {"year ahead from Feb 29", "02/29/2024", "cmdYearAhead", "02/28/2025"},
             {"arrows over the month end", "11/30/2026", "Right Right Down Left Up", "12/01/2026"},
-            {"ctrl page keys move years", "11/23/2026", "Ctrl+PgUp", "11/23/2025"},
-            {"home and end", "02/10/2027", "End", "02/28/2027"},
             {"nothing past 12/31/9999", "12/31/9999", "Right cmdYearAhead cmdMonthForward",
              "12/31/9999"},
             {"nothing before the year 100", "01/01/0100", "Left cmdMonthBack cmdYearBack",
