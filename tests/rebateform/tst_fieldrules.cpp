@@ -47,7 +47,6 @@ const struct Leaving {
     {"money rounded", 3, "0.125", "$0.13", ""},
     {"money refused", 3, "1..$$", "1..$$",
      "Invalid Amount | 0 | Please enter a valid currency amount."},
-    {"text untouched", 20, "  Spaced  ", "  Spaced  ", ""},
 };
 
 // Amount Rec'd, Date Received and Rebate Amount, the answer, whether the question is asked, the

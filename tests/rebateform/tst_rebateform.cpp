@@ -43,14 +43,6 @@ void SetFields(frmRebate* form, const QString& fields) {
         form->txtFields(field.section('=', 0, 0).toInt())->setText(field.section('=', 1));
 }
 
-QAction* MenuAction(frmRebate* form, const QString& name) {
-    for (QMenu* menu : form->Menus())
-        for (QAction* action : menu->actions())
-            if (action->objectName() == name)
-                return action;
-    return nullptr;
-}
-
 const struct State {
     const char *name, *how;
     bool save, print, remove;
@@ -136,12 +128,13 @@ private Q_SLOTS:
 
         // OK, Save, Save and Close and the toolbar's Save; Print twice; Delete twice.
         QCOMPARE((QList<bool>{form->findChild<QPushButton*>("cmdOK")->isEnabled(),
-                              MenuAction(form, "mnuSaveRecord")->isEnabled(),
-                              MenuAction(form, "mnuSaveRecordAndCloseForm")->isEnabled(),
+                              form->findChild<QAction*>("mnuSaveRecord")->isEnabled(),
+                              form->findChild<QAction*>("mnuSaveRecordAndCloseForm")->isEnabled(),
                               ButtonEnabled(3), form->RecordChanged()}),
                  QList<bool>(5, s.save));
-        QCOMPARE((QList<bool>{MenuAction(form, "mnuPrint")->isEnabled(), ButtonEnabled(4)}),
-                 QList<bool>(2, s.print));
+        QCOMPARE(
+            (QList<bool>{form->findChild<QAction*>("mnuPrint")->isEnabled(), ButtonEnabled(4)}),
+            QList<bool>(2, s.print));
         QCOMPARE((QList<bool>{form->findChild<QPushButton*>("cmdDelete")->isEnabled(),
                               ButtonEnabled(6)}),
                  QList<bool>(2, s.remove));
@@ -347,7 +340,7 @@ private Q_SLOTS:
         else if (how == "close")
             form->parentWidget()->close(); // the child window's close box
         else
-            MenuAction(form, how)->trigger();
+            form->findChild<QAction*>(how)->trigger();
         QVERIFY(!frmRebate::Instance());
         QVERIFY(!IsFormLoaded("frmRebate"));
         QVERIFY(mFixture->Desktop().boxes.isEmpty());
