@@ -5,7 +5,6 @@
 #include "data/Database.h"
 #include "rebateform/AttachmentsBox.h"
 #include "rebateform/FieldEdit.h"
-#include "rebateform/RebateFields.h"
 #include "rebateform/frmRebate.h"
 
 #include <QFile>

@@ -2,7 +2,6 @@
 #include "MainWindowFixture.h"
 #include "Modal.h"
 #include "RebateFormDriver.h"
-#include "common/core/Globals.h"
 #include "rebateform/FieldEdit.h"
 #include "rebateform/RebateFields.h"
 #include "rebateform/frmRebate.h"

@@ -76,7 +76,6 @@ private Q_SLOTS:
         frmRebate* form = frmRebate::Instance();
         QVERIFY(form);
         QCOMPARE(form->RebateID(), opened);
-        QVERIFY(!form->RecordChanged());
         QCOMPARE(mMain->mdiArea->activeSubWindow()->widget(), form);
     }
     // Open refuses more than one row; New and Open refuse while the form holds changes; a clean

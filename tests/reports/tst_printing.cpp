@@ -7,7 +7,6 @@
 #include "common/ui/ListView.h"
 #include "common/ui/QtDesktop.h"
 #include "common/ui/ReportHooks.h"
-#include "common/ui/Toolbar.h"
 #include "data/Database.h"
 #include "rebateform/frmRebate.h"
 #include "reports/Reports.h"

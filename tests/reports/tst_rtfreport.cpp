@@ -11,7 +11,6 @@
 #include "reports/ReportLayout.h"
 #include "reports/Reports.h"
 #include "reports/RtfDocument.h"
-#include "shell/frmMDI.h"
 #include "switchboard/frmSwitchboard.h"
 
 #include <QAction>
