@@ -23,7 +23,6 @@ namespace {
 const QString kStored = "9";
 const QByteArray kPdf = "%PDF-1.4\n% a filled-in form\n%%EOF\n";
 
-// A file of the program folder holding the bytes; its path.
 QString WriteFile(const QString& path, const QByteArray& bytes) {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
@@ -49,7 +48,6 @@ QStringList ListedRows(const AttachmentsBox* box) {
     return rows;
 }
 
-// The box on its page, brought forward.
 AttachmentsBox* ShowBox(frmRebate* form) {
     auto* box = form->findChild<AttachmentsBox*>("fraAttachments");
     auto* tabs = form->findChild<QTabWidget*>("tbsTabs");

@@ -82,9 +82,8 @@ const struct Edit {
 };
 } // namespace
 
-// The rebate form's side of the entry tools, the contact links, undo and the clipboard, in the
-// main window. The tools run as real modal windows; the focus must come back to the field or
-// button that opened them.
+// The rebate form's side of the entry tools, the contact links, undo and the clipboard. The tools
+// run as real modal windows; the focus must come back to the field that opened them.
 class tst_entrytools : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -211,7 +210,6 @@ private Q_SLOTS:
     }
 
 private:
-    // The title of the last box shown, "" for none.
     QString LastBox() const {
         const auto& boxes = mFixture->Desktop().boxes;
         return boxes.isEmpty() ? QString() : boxes.last().title;

@@ -63,7 +63,6 @@ private Q_SLOTS:
                          .PostagePrice = 0.5,
                          .CouponAmount = 1.5};
         fixture.OpenDatabase({FullRecord(), blank});
-        // The records' report, composed as the program composes it.
         RtfDocument document;
         for (const QString& id : {FullRecord().RebateID, QString("2")})
             AddRecordToRTF(document, *RebateQueries::OpenRebateByID(id));

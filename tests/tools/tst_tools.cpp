@@ -14,10 +14,8 @@
 #include <QTest>
 #include <QVBoxLayout>
 
-// The entry tools on their own, driven by keys and clicks (tst_entrytools runs each over the
-// rebate form's fields). The dialer runs as a real modal window over a field that must have the
-// focus again afterwards. The tables run in one test each and compare "row: result" lists, so a
-// failure names its row.
+// The entry tools on their own (tst_entrytools runs each over the rebate form's fields). The
+// tables compare "row: result" lists, so a failure names its row.
 class tst_tools : public QObject {
     Q_OBJECT
 private Q_SLOTS:
