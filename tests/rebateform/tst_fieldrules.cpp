@@ -14,11 +14,12 @@ using namespace RebateFormDriver;
 
 namespace {
 // The field, text set beforehand by code, keys typed (the field's text selected by Tab is kept
-// for the date shortcuts, which read it), the text afterwards.
+// for the date shortcuts, which read it) or, after "|", text pasted and the field left; the text
+// afterwards and the box shown.
 const struct Keys {
     const char* name;
     int index;
-    const char *before, *keys, *expected;
+    const char *before, *keys, *expected, *box = "";
 } kKeys[] = {
     {"date: digits and slash", 5, "", "13/45", "13/45"},
     {"date: letters, dot, comma, minus refused", 1, "", "1a.b,2", "12"},
@@ -33,19 +34,12 @@ const struct Keys {
     {"phone: keypad", 13, "", "1-800-FLOWERS", "1-800-3569377"},
     {"phone: q is 0, Q is 7", 13, "", "qQ", "07"},
     {"text: c is a letter", 20, "", "cwt+-", "cwt+-"},
-};
-
-// The field, text put in by pasting, the text after leaving, the box shown ("" for none).
-const struct Leaving {
-    const char* name;
-    int index;
-    const char *text, *after, *box;
-} kLeaving[] = {
-    {"date rewritten", 1, "3/5/26", "03/05/2026", ""},
-    {"date of this year", 19, "12/5", "12/05/2026", ""},
-    {"date refused", 1, "13/45", "13/45", "Invalid Date | 0 | Please enter a valid date."},
-    {"money rounded", 3, "0.125", "$0.13", ""},
-    {"money refused", 3, "1..$$", "1..$$",
+    {"left: date rewritten", 1, "", "|3/5/26", "03/05/2026"},
+    {"left: date of this year", 19, "", "|12/5", "12/05/2026"},
+    {"left: date refused", 1, "", "|13/45", "13/45",
+     "Invalid Date | 0 | Please enter a valid date."},
+    {"left: money rounded", 3, "", "|0.125", "$0.13"},
+    {"left: money refused", 3, "", "|1..$$", "1..$$",
      "Invalid Amount | 0 | Please enter a valid currency amount."},
 };
 
@@ -84,9 +78,16 @@ private Q_SLOTS:
         if (*k.before)
             field->deselect(); // the shortcuts read the text; typing digits would replace it
         field->setCursorPosition(static_cast<int>(field->text().length()));
-        QTest::keyClicks(field, k.keys);
+        const bool leave = *k.keys == '|';
+        if (leave) {
+            field->insert(k.keys + 1); // as a paste: around the key rules
+            PressTab();
+        } else {
+            QTest::keyClicks(field, k.keys);
+        }
         QCOMPARE(field->text(), QString(k.expected));
-        QVERIFY(mFixture->Desktop().boxes.isEmpty());
+        QCOMPARE(mFixture->Desktop().Shown(), *k.box ? QStringList{k.box} : QStringList());
+        QCOMPARE(field->hasFocus(), !leave || *k.box);
     }
     // A letter the keypad has no digit for leaves the field as it was; the error is logged and
     // the program goes on.
@@ -101,16 +102,6 @@ private Q_SLOTS:
         QVERIFY(mFixture->LogText().contains("txtFields_KeyPress"));
         QTest::keyClicks(field, "1");
         QCOMPARE(field->text(), QString("551"));
-    }
-    void leavingField_data() { AddRows(kLeaving); }
-    void leavingField() {
-        const Leaving& l = Row(kLeaving);
-        FieldEdit* field = Enter(mForm, l.index);
-        field->insert(l.text); // as a paste: around the key rules
-        PressTab();
-        QCOMPARE(field->text(), QString(l.after));
-        QCOMPARE(mFixture->Desktop().Shown(), *l.box ? QStringList{l.box} : QStringList());
-        QCOMPARE(field->hasFocus(), *l.box != 0);
     }
     void datesFillDueAndPostage() {
         FieldEdit* postage = mForm->txtFields(RebateField::PostagePrice);
