@@ -198,7 +198,6 @@ private Q_SLOTS:
         FillRequired(form);
         form->mnuSaveRecord_Click();
         QCOMPARE(form->RebateID(), QString("20261123100002"));
-        QCOMPARE(CountRebates(), 3);
 
         Clock::Advance(90);
         Type(form, 20, "Spring Mail-In, corrected");
@@ -251,7 +250,6 @@ private Q_SLOTS:
         QCOMPARE(postage->text(), QString("1..2"));
         QCOMPARE(shown.last().prompt, QString("Please enter a valid currency amount."));
         QTRY_VERIFY(postage->hasFocus());
-        QVERIFY(!QFile::exists(mFixture->LogPath()));
     }
     void refusedSave_data() {
         QTest::addColumn<QString>("cause"); // read-only through Save, locked through OK
