@@ -129,14 +129,11 @@ private Q_SLOTS:
         QCOMPARE((QList<bool>{form->findChild<QPushButton*>("cmdOK")->isEnabled(),
                               form->findChild<QAction*>("mnuSaveRecord")->isEnabled(),
                               form->findChild<QAction*>("mnuSaveRecordAndCloseForm")->isEnabled(),
-                              ButtonEnabled(3), form->RecordChanged()}),
-                 QList<bool>(5, s.save));
-        QCOMPARE(
-            (QList<bool>{form->findChild<QAction*>("mnuPrint")->isEnabled(), ButtonEnabled(4)}),
-            QList<bool>(2, s.print));
-        QCOMPARE((QList<bool>{form->findChild<QPushButton*>("cmdDelete")->isEnabled(),
+                              ButtonEnabled(3), form->RecordChanged(),
+                              form->findChild<QAction*>("mnuPrint")->isEnabled(), ButtonEnabled(4),
+                              form->findChild<QPushButton*>("cmdDelete")->isEnabled(),
                               ButtonEnabled(6)}),
-                 QList<bool>(2, s.remove));
+                 QList<bool>(5, s.save) + QList<bool>(2, s.print) + QList<bool>(2, s.remove));
         if (!s.print) { // the main window's Print on a record never saved explains instead
             form->Print();
             QCOMPARE(mFixture->Desktop().Shown(),

@@ -67,10 +67,8 @@ private Q_SLOTS:
         if (how == "menu")
             (create ? mBoard->mnuNewRebate : mBoard->mnuEditRebate)->trigger();
         else if (how == "double click")
-            QTest::mouseDClick(
-                view->viewport(), Qt::LeftButton, {},
-                view->visualRect(view->model()->index(lv->SelectedItem()->Index() - 1, 0))
-                    .center());
+            QTest::mouseDClick(view->viewport(), Qt::LeftButton, {},
+                               view->visualRect(view->currentIndex()).center());
         else
             QTest::keyClick(view, how == "enter" ? Qt::Key_Return : Qt::Key_Space);
         frmRebate* form = frmRebate::Instance();
