@@ -48,12 +48,10 @@ QStringList ListedRows(const AttachmentsBox* box) {
     return rows;
 }
 
+// The box on its page, brought forward.
 AttachmentsBox* ShowBox(frmRebate* form) {
     auto* box = form->findChild<AttachmentsBox*>("fraAttachments");
-    auto* tabs = form->findChild<QTabWidget*>("tbsTabs");
-    for (int i = 0; i < tabs->count(); ++i)
-        if (tabs->widget(i)->isAncestorOf(box))
-            tabs->setCurrentIndex(i);
+    form->findChild<QTabWidget*>("tbsTabs")->setCurrentWidget(box->parentWidget());
     return box;
 }
 } // namespace
