@@ -43,14 +43,11 @@ private Q_SLOTS:
             {"month back from Mar 31, leap year", "03/31/2024", "cmdMonthBack", "02/29/2024"},
             {"year ahead from Feb 29", "02/29/2024", "cmdYearAhead", "02/28/2025"},
             {"arrows over the month end", "11/30/2026", "Right Right Down Left Up", "12/01/2026"},
-            {"nothing past 12/31/9999", "12/31/9999", "Right cmdYearAhead cmdMonthForward",
-             "12/31/9999"},
-            {"nothing before the year 100", "01/01/0100", "Left cmdMonthBack cmdYearBack",
-             "01/01/0100"},
+            {"past 9999", "12/31/9999", "Right cmdYearAhead cmdMonthForward", "12/31/9999"},
+            {"before 100", "01/01/0100", "Left cmdMonthBack cmdYearBack", "01/01/0100"},
             {"today", "03/05/2020", "cmdToday", "11/23/2026"},
-            {"reset goes back to the date handed in", "03/05/2020", "cmdYearAhead cmdReset",
-             "03/05/2020"},
-            {"a click on a cell picks its day", "03/10/2025", "Label3_20", "03/15/2025 MARCH"},
+            {"reset to the date handed in", "03/05/2020", "cmdYearAhead cmdReset", "03/05/2020"},
+            {"a click on a cell", "03/10/2025", "Label3_20", "03/15/2025 MARCH"},
         };
         QStringList got, expected;
         for (const auto& row : rows) {
