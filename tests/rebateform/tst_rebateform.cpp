@@ -42,6 +42,13 @@ void SetFields(frmRebate* form, const QString& fields) {
         form->txtFields(field.section('=', 0, 0).toInt())->setText(field.section('=', 1));
 }
 
+// Rows named by their only value, in the column "how".
+void AddNames(std::initializer_list<const char*> names) {
+    QTest::addColumn<QString>("how");
+    for (const char* name : names)
+        QTest::newRow(name) << QString(name);
+}
+
 const struct State {
     const char *name, *how;
     bool save, print, remove;
@@ -221,11 +228,7 @@ private Q_SLOTS:
     }
     // Money that isn't an amount in Postage Price, then a way out of the field: each checks the
     // field first, which refuses, so the focus, the page and the table stay as they were.
-    void vetoedField_data() {
-        QTest::addColumn<QString>("how");
-        for (const char* how : {"Alt+O", "Save"})
-            QTest::newRow(how) << QString(how);
-    }
+    void vetoedField_data() { AddNames({"Alt+O", "Save"}); }
     void vetoedField() {
         QFETCH(QString, how);
         // Each box takes the focus away as on a desktop; it comes back as a window activation.
@@ -247,26 +250,22 @@ private Q_SLOTS:
         QCOMPARE(shown.last().prompt, QString("Please enter a valid currency amount."));
         QTRY_VERIFY(postage->hasFocus());
     }
-    void refusedSave_data() {
-        QTest::addColumn<QString>("cause"); // read-only through Save, locked through OK
-        QTest::newRow("read-only, Save") << "read-only";
-        QTest::newRow("locked, OK") << "locked";
-    }
     // A save the store refuses leaves the form open with everything typed, logs the error, and a
-    // later save goes through once the cause is gone.
+    // later save goes through once the cause is gone: read-only through Save, locked through OK.
+    void refusedSave_data() { AddNames({"read-only", "locked"}); }
     void refusedSave() {
-        QFETCH(QString, cause);
-        const bool viaOK = cause == "locked";
+        QFETCH(QString, how);
+        const bool viaOK = how == "locked";
         frmRebate* form = OpenNew();
         FillRequired(form);
         Type(form, 17, "keep this");
         std::unique_ptr<Database> other;
         QSqlQuery query(gDatabase->Connection());
-        if (cause == "locked") {
+        if (how == "locked") {
             other = Database::Open(mFixture->DatabasePath());
             query = QSqlQuery(other->Connection());
         }
-        QVERIFY(query.exec(cause == "locked" ? "BEGIN EXCLUSIVE" : "PRAGMA query_only = 1"));
+        QVERIFY(query.exec(how == "locked" ? "BEGIN EXCLUSIVE" : "PRAGMA query_only = 1"));
         const auto save = [&] {
             viaOK ? form->cmdOK_Click() : form->mnuSaveRecord_Click();
         };
@@ -281,7 +280,7 @@ private Q_SLOTS:
         QVERIFY(mFixture->LogText().contains("frmRebate"));
         QCOMPARE(form->findChild<QLabel*>("lblStatus")->text(), QString("Ready..."));
 
-        QVERIFY(query.exec(cause == "locked" ? "ROLLBACK" : "PRAGMA query_only = 0"));
+        QVERIFY(query.exec(how == "locked" ? "ROLLBACK" : "PRAGMA query_only = 0"));
         save();
         if (viaOK)
             QVERIFY(!frmRebate::Instance());
@@ -317,11 +316,7 @@ private Q_SLOTS:
         if (emptyName)
             QCOMPARE(desktop.boxes[1].title, QString("Missing Product Name"));
     }
-    void closingAsksNothing_data() {
-        QTest::addColumn<QString>("how"); // the Cancel button, the close box
-        for (const char* how : {"cmdCancel", "close"})
-            QTest::newRow(how) << QString(how);
-    }
+    void closingAsksNothing_data() { AddNames({"cmdCancel", "close"}); }
     void closingAsksNothing() {
         QFETCH(QString, how);
         InsertRebates({StoredRow()});
