@@ -150,14 +150,13 @@ private Q_SLOTS:
     void dial() {
         QFETCH(QString, phone);
         QFETCH(QString, box);
-        const QString name = "Acme";
         mForm->txtFields(RebateField::PhoneNumber)->setText(phone);
-        mForm->txtFields(RebateField::RebateName)->setText(name);
+        mForm->txtFields(RebateField::RebateName)->setText("Acme");
         auto* cmdDial = mForm->findChild<QPushButton*>("cmdDial");
         WhileModal("frmAutoDial", &mOpened, [&](QWidget* dialog) {
             auto& dial = static_cast<frmAutoDial&>(*dialog);
             QCOMPARE(dial.txtNumber->text(), phone);
-            QCOMPARE(dial.txtName->text(), name);
+            QCOMPARE(dial.txtName->text(), QString("Acme"));
             QTest::mouseClick(dial.findChild<QPushButton*>("cmdDial"), Qt::LeftButton);
         });
         QTest::keyClick(cmdDial, Qt::Key_Space);

@@ -166,8 +166,6 @@ private Q_SLOTS:
         tabs->setCurrentIndex(c.start);
         tabs->setFocus();
         auto& desktop = mFixture->Desktop();
-        desktop.boxes.clear();
-
         form->mnuSaveRecord_Click(); // the toolbar's Save: no focus move first
         const QString missing = c.missing;
         if (missing.isEmpty()) {
@@ -290,17 +288,13 @@ private Q_SLOTS:
         QCOMPARE(ReadRawRebate(kNewKey).value("Remarks").toString(), QString("keep this"));
         QCOMPARE(boxes.size(), 1);
     }
-    void deleteRecord_data() {
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<bool>("emptyName");
-        QTest::newRow("yes") << 6 << false;
-        QTest::newRow("no") << 7 << false;
-        QTest::newRow("yes, but a required field is empty") << 6 << true;
-    }
+    // Yes, No, and Yes while a required field is empty.
+    void deleteRecord_data() { AddNames({"yes", "no", "yes, no product name"}); }
     void deleteRecord() {
-        QFETCH(int, answer);
-        QFETCH(bool, emptyName);
-        const bool deleted = answer == 6 && !emptyName;
+        QFETCH(QString, how);
+        const int answer = how == "no" ? 7 : 6;
+        const bool emptyName = how.endsWith("name");
+        const bool deleted = how == "yes";
         InsertRebates({StoredRow()});
         frmRebate* form = OpenExisting(kStored);
         if (emptyName)

@@ -19,9 +19,7 @@
 #include <QTest>
 #include <QTimer>
 
-namespace {
 const QString kPending = "1", kUnsent = "2", kSecondUnsent = "3";
-} // namespace
 
 class tst_rebateswitchboard : public QObject {
     Q_OBJECT
@@ -142,8 +140,7 @@ private Q_SLOTS:
             frmRebate* form = frmRebate::Instance();
             QVERIFY(form);
             QCOMPARE(form->RebateID(), id);
-            FieldEdit* remarks = RebateFormDriver::Type(form, 17, "ok");
-            QTest::keyClick(remarks, Qt::Key_O, Qt::AltModifier);
+            QTest::keyClick(RebateFormDriver::Type(form, 17, "ok"), Qt::Key_O, Qt::AltModifier);
             QTRY_VERIFY(!frmRebate::Instance());
             QTRY_COMPARE(QApplication::focusWidget(), ViewOf(all));
             QCOMPARE(ListedIDs(all, true), QStringList{id});

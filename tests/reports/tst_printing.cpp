@@ -164,8 +164,7 @@ private Q_SLOTS:
         fixture.OpenDatabase({Named("1", "Alpha")});
         ProgramWindow window;
         window.ClickTab("All");
-        ListView* lv = window.Switchboard().GetCurrentLV();
-        ProgramWindow::ClickRow(lv, 1);
+        ProgramWindow::ClickRow(window.Switchboard().GetCurrentLV(), 1);
         QWidget* focused = QApplication::focusWidget();
         QVERIFY(focused);
         InstallDesktop(std::make_unique<QtDesktop>());
