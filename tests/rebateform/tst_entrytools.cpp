@@ -141,6 +141,14 @@ private Q_SLOTS:
 
     // The phone button: a number with digits opens the dialer, letters as they stand, and dials
     // it for the rebate's name; one without digits gives the box.
+    // The main toolbar's Dialer opens an empty dialer over the form.
+    void toolbarDialer() {
+        WhileModal("frmAutoDial", &mOpened, [&](QWidget* dialog) {
+            QVERIFY(static_cast<frmAutoDial&>(*dialog).txtNumber->text().isEmpty());
+        });
+        mMain->tbToolBar_ButtonClick("Dialer");
+        QVERIFY(mOpened);
+    }
     void dial_data() {
         QTest::addColumn<QString>("phone");
         QTest::addColumn<QString>("box");
