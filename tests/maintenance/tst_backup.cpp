@@ -219,6 +219,7 @@ private Q_SLOTS:
         QTest::newRow("not a store") << "text";
         QTest::newRow("damaged page") << "damaged";
         QTest::newRow("another program's database") << "foreign";
+        QTest::newRow("store locked by another program") << "locked";
     }
     void failedRestoreKeepsStore() {
         QFETCH(QString, fault);
@@ -240,7 +241,7 @@ private Q_SLOTS:
             QVERIFY(db.open());
             QVERIFY(QSqlQuery(db).exec("CREATE TABLE Other (x)"));
             db.close();
-        } else {
+        } else if (fault != "locked") {
             QFile file(backup);
             QVERIFY(file.open(QIODevice::ReadWrite));
             if (fault == "damaged") {
@@ -253,7 +254,16 @@ private Q_SLOTS:
         Clock::Advance(60);
         ProgramWindow window;
         mFixture->Desktop().SetNextAnswer(vb::vbYes);
-        RestoreRow(window, 0);
+        {
+            // Another program's write transaction on the store, held until it is closed.
+            QSqlDatabase locker = QSqlDatabase::addDatabase("QSQLITE", "locker");
+            locker.setDatabaseName(gDatabase->Name());
+            if (fault == "locked")
+                QVERIFY(locker.open() && QSqlQuery(locker).exec("BEGIN IMMEDIATE"));
+            RestoreRow(window, 0);
+            locker.close();
+        }
+        QSqlDatabase::removeDatabase("locker");
         QVERIFY(gDatabase && gDatabase->IsOpen());
         QCOMPARE(CountRebates(), rows);
         QCOMPARE(ReadRawRebate(kept), row);
