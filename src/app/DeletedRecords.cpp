@@ -34,24 +34,20 @@ QString IconKeyOf(const Recordset& rs, const QDate& today) {
 }
 
 // Runs the statements for each key, in order, in one transaction; each statement takes the key
-// for every ? it holds. Returns the rows the last statement changed.
+// as its one bound value. Returns the rows the last statement changed.
 int ChangeRows(const QStringList& rebateIDs, const QStringList& statements) {
     Database& db = TheDatabase();
     int changed = 0;
     db.InTransaction([&] {
         std::vector<QSqlQuery> queries;
-        std::vector<qsizetype> placeholders;
         for (const QString& statement : statements) {
-            placeholders.push_back(statement.count(QLatin1Char('?')));
             QSqlQuery& query = queries.emplace_back(db.Connection());
             if (!query.prepare(statement))
                 throw VbError(dbError::QueryError, query.lastError().text());
         }
         for (const QString& id : rebateIDs) {
-            for (size_t q = 0; q < queries.size(); ++q) {
-                QSqlQuery& query = queries[q];
-                for (int i = 0; i < placeholders[q]; ++i)
-                    query.bindValue(i, id);
+            for (QSqlQuery& query : queries) {
+                query.bindValue(0, id);
                 if (!query.exec())
                     throw VbError(dbError::QueryError, query.lastError().text());
             }

@@ -68,11 +68,12 @@ bool RemoveAttachment(qint64 attachmentID) {
                                  {attachmentID}) > 0;
 }
 
+// MIN skips the NULLs of (Deleted = True): the key's rows with a Deleted of NULL count for
+// neither side, any other value than True keeps the attachments.
 QString PurgeStatement() {
     return QStringLiteral(
-        "DELETE FROM Attachments WHERE RebateID = ? AND EXISTS (SELECT 1 FROM Rebates WHERE "
-        "RebateID = ? AND Deleted = True) AND NOT EXISTS (SELECT 1 FROM Rebates WHERE RebateID "
-        "= ? AND NOT (Deleted = True))");
+        "DELETE FROM Attachments WHERE RebateID IN (SELECT RebateID FROM Rebates WHERE "
+        "RebateID = ? GROUP BY RebateID HAVING MIN(Deleted = True) = 1)");
 }
 
 } // namespace AttachmentQueries

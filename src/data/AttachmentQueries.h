@@ -34,8 +34,8 @@ QByteArray ReadAttachmentData(qint64 attachmentID);
 bool RemoveAttachment(qint64 attachmentID);
 
 // The statement the purge runs per key, inside its transaction, before the rebate's row goes:
-// it takes three bound values, the key each time. Attachments stay while a row that isn't
-// marked deleted still holds the key.
+// it takes the key as its one bound value. Attachments stay while a row that isn't marked
+// deleted still holds the key.
 QString PurgeStatement();
 
 } // namespace AttachmentQueries

@@ -3,6 +3,7 @@
 #include "common/core/VbError.h"
 #include "data/Database.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <sqlite3.h>
@@ -12,6 +13,9 @@ namespace {
 // Pages per backup step: small enough for the fault hook to fall between steps of a store of
 // a few hundred kilobytes, large enough that a store of 100,000 records takes few steps.
 constexpr int kPagesPerStep = 256;
+
+// How long a copy waits for a lock another program holds on either file, since its last step.
+constexpr int kLockWaitMs = 2000;
 
 // One connection of the C interface, closed however the scope ends.
 class Handle {
@@ -33,6 +37,9 @@ private:
 
 VbError Failure(int code, const QString& message) {
     switch (code & 0xff) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return VbError(dbError::Locked, message);
     case SQLITE_FULL:
         return VbError(dbError::DiskFull, message);
     case SQLITE_READONLY:
@@ -74,14 +81,20 @@ void StoreBackup::Copy(const QString& from, const QString& to,
         if (!target.Ok())
             throw Failure(sqlite3_errcode(target.Get()),
                           target.Message() + QStringLiteral(": ") + to);
-        sqlite3_busy_timeout(target.Get(), 2000);
+        sqlite3_busy_timeout(target.Get(), kLockWaitMs);
         sqlite3_backup* backup = sqlite3_backup_init(target.Get(), "main", source.Get(), "main");
         if (!backup)
             throw Failure(sqlite3_errcode(target.Get()), target.Message());
         int step = SQLITE_OK;
         try {
+            // A lock that outlasts the wait ends the copy: it may never be released.
+            QElapsedTimer sinceProgress;
+            sinceProgress.start();
             while ((step = sqlite3_backup_step(backup, kPagesPerStep)) == SQLITE_OK ||
-                   step == SQLITE_BUSY || step == SQLITE_LOCKED) {
+                   ((step == SQLITE_BUSY || step == SQLITE_LOCKED) &&
+                    sinceProgress.elapsed() < kLockWaitMs)) {
+                if (step == SQLITE_OK)
+                    sinceProgress.restart();
                 if (betweenSteps)
                     betweenSteps();
             }

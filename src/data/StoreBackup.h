@@ -13,7 +13,8 @@ namespace StoreBackup {
 // `to` as it was, and a file it had created is removed. A new file keeps no write-ahead log:
 // it is one file that any SQLite reader opens. `betweenSteps` runs after each step of
 // some hundred pages and may throw to abandon the copy. Raises 3024 for a missing source,
-// 3026 for a full disk, 3027 when `to` or its folder can't be written, else 3043.
+// 3026 for a full disk, 3027 when `to` or its folder can't be written, 3260 when another
+// program keeps either file locked for two seconds, else 3043.
 void Copy(const QString& from, const QString& to,
           const std::function<void()>& betweenSteps = nullptr);
 

@@ -214,6 +214,7 @@ private Q_SLOTS:
         QTest::newRow("fails half-way") << "half-way";
         QTest::newRow("damaged page") << "damaged";
         QTest::newRow("another program's database") << "foreign";
+        QTest::newRow("store locked by another program") << "locked";
     }
     void failedRestoreKeepsStore() {
         QFETCH(QString, fault);
@@ -235,7 +236,7 @@ private Q_SLOTS:
             QVERIFY(db.open());
             QVERIFY(QSqlQuery(db).exec("CREATE TABLE Other (x)"));
             db.close();
-        } else {
+        } else if (fault != "locked") {
             QFile file(backup);
             QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(file.size() / 2));
             QVERIFY(file.write(QByteArray(8192, '\xff')) == 8192);
@@ -243,7 +244,16 @@ private Q_SLOTS:
         Clock::Advance(60);
         ProgramWindow window;
         mFixture->Desktop().SetNextAnswer(vb::vbYes);
-        RestoreRow(window, 0);
+        {
+            // Another program's write transaction on the store, held until it is closed.
+            QSqlDatabase locker = QSqlDatabase::addDatabase("QSQLITE", "locker");
+            locker.setDatabaseName(gDatabase->Name());
+            if (fault == "locked")
+                QVERIFY(locker.open() && QSqlQuery(locker).exec("BEGIN IMMEDIATE"));
+            RestoreRow(window, 0);
+            locker.close();
+        }
+        QSqlDatabase::removeDatabase("locker");
         QVERIFY(gDatabase && gDatabase->IsOpen());
         QCOMPARE(CountRebates(), rows);
         QCOMPARE(ReadRawRebate(kept), row);
