@@ -5,11 +5,10 @@
 #include "common/core/VbError.h"
 #include "common/core/modUtilities.h"
 #include "data/Database.h"
+#include "data/RebateQueries.h"
+#include "data/StoreBackup.h"
 
 #include <QFile>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 
 namespace {
 std::function<void(int)> gFaultHook;
@@ -19,14 +18,6 @@ void Step(int number, const std::function<void(const QString&)>& status, const Q
         status(text);
     if (gFaultHook)
         gFaultHook(number);
-}
-
-// The rows of Rebates in a file, through a connection of its own.
-qint64 CountRows(Database& db) {
-    auto rs = db.OpenRecordset(QStringLiteral("SELECT Count(*) FROM Rebates"), dbOpenSnapshot);
-    const qint64 count = rs->Fields(0).toLongLong();
-    rs->Close();
-    return count;
 }
 
 void Remove(const QString& path) {
@@ -82,20 +73,15 @@ bool CompactRebateDatabase(const std::function<void(const QString&)>& status) {
         qint64 rows = 0;
         {
             auto source = Database::Open(live);
-            rows = CountRows(*source);
-            QSqlQuery vacuum(source->Connection());
-            vacuum.prepare(QStringLiteral("VACUUM INTO ?"));
-            vacuum.addBindValue(target);
-            if (!vacuum.exec())
-                throw VbError(dbError::DiskError, vacuum.lastError().text());
-            vacuum.finish();
+            rows = RebateQueries::CountRebates(*source);
+            StoreBackup::CompactInto(*source, target);
             source->Close();
         }
 
         Step(6, status, QStringLiteral("Verifying compacted database..."));
         {
             auto copy = Database::Open(target);
-            if (CountRows(*copy) != rows)
+            if (RebateQueries::CountRebates(*copy) != rows)
                 throw VbError(dbError::NotADatabase,
                               QStringLiteral("The compacted database doesn't hold every record."));
             Step(7, status, QStringLiteral("Database verified..."));

@@ -5,17 +5,10 @@
 #include "common/core/Regional.h"
 #include "common/core/VbError.h"
 #include "common/core/modUtilities.h"
-#include "data/AttachmentQueries.h"
-#include "data/Database.h"
-
-#include <QSqlError>
-#include <QSqlQuery>
-#include <vector>
+#include "data/RebateQueries.h"
+#include "data/Recordset.h"
 
 namespace {
-const QString kDeletedRows =
-    QStringLiteral("SELECT * FROM Rebates WHERE (((Rebates.Deleted)=True))");
-
 // The manager's own icon rule, which differs from the lists' status rules.
 QString IconKeyOf(const Recordset& rs, const QDate& today) {
     if (CDbl(NZ(rs.Fields(QStringLiteral("AmountReceived")), 0)) > 0)
@@ -32,34 +25,10 @@ QString IconKeyOf(const Recordset& rs, const QDate& today) {
         return QStringLiteral("Unsent");
     return QStringLiteral("Pending");
 }
-
-// Runs the statements for each key, in order, in one transaction; each statement takes the key
-// as its one bound value. Returns the rows the last statement changed.
-int ChangeRows(const QStringList& rebateIDs, const QStringList& statements) {
-    Database& db = TheDatabase();
-    int changed = 0;
-    db.InTransaction([&] {
-        std::vector<QSqlQuery> queries;
-        for (const QString& statement : statements) {
-            QSqlQuery& query = queries.emplace_back(db.Connection());
-            if (!query.prepare(statement))
-                throw VbError(dbError::QueryError, query.lastError().text());
-        }
-        for (const QString& id : rebateIDs) {
-            for (QSqlQuery& query : queries) {
-                query.bindValue(0, id);
-                if (!query.exec())
-                    throw VbError(dbError::QueryError, query.lastError().text());
-            }
-            changed += queries.back().numRowsAffected();
-        }
-    });
-    return changed;
-}
 } // namespace
 
 QList<DeletedRecord> ReadDeletedRecords() {
-    auto rs = TheDatabase().OpenRecordset(kDeletedRows, dbOpenSnapshot);
+    auto rs = RebateQueries::OpenDeletedRebates();
     const QDate today = Date();
     QList<DeletedRecord> rows;
     rows.reserve(rs->RecordCount());
@@ -74,24 +43,15 @@ QList<DeletedRecord> ReadDeletedRecords() {
 }
 
 bool AnyDeletedRecords() {
-    auto rs = TheDatabase().OpenRecordset(
-        QStringLiteral("SELECT RebateID FROM Rebates WHERE (((Rebates.Deleted)=True)) LIMIT 1"),
-        dbOpenSnapshot);
-    const bool any = !rs->IsEOF();
-    rs->Close();
-    return any;
+    return RebateQueries::AnyRebateDeleted();
 }
 
 int RecoverDeletedRecords(const QStringList& rebateIDs) {
-    return ChangeRows(rebateIDs, {QStringLiteral("UPDATE Rebates SET Deleted = False WHERE "
-                                                 "RebateID = ? AND Deleted = True")});
+    return RebateQueries::RecoverDeletedRebates(rebateIDs);
 }
 
 int PurgeDeletedRecords(const QStringList& rebateIDs) {
     if (!rebateIDs.isEmpty())
         Backups::MakeBackup();
-    // A purged rebate's attachments go with it, in the same transaction.
-    return ChangeRows(
-        rebateIDs, {AttachmentQueries::PurgeStatement(),
-                    QStringLiteral("DELETE FROM Rebates WHERE RebateID = ? AND Deleted = True")});
+    return RebateQueries::PurgeDeletedRebates(rebateIDs);
 }

@@ -1,6 +1,40 @@
 #include "data/RebateQueries.h"
 
+#include "data/AttachmentQueries.h"
 #include "data/Recordset.h"
+#include "data/StoreConnection.h"
+
+#include <QSqlError>
+#include <QSqlQuery>
+#include <vector>
+
+namespace {
+const QString kDeletedWhere = QStringLiteral(" FROM Rebates WHERE (((Rebates.Deleted)=True))");
+
+// Runs the statements for each key, in order, in one transaction; each statement takes the key
+// as its one bound value. Returns the rows the last statement changed.
+int ChangeRows(const QStringList& rebateIDs, const QStringList& statements) {
+    Database& db = TheDatabase();
+    int changed = 0;
+    db.InTransaction([&] {
+        std::vector<QSqlQuery> queries;
+        for (const QString& statement : statements) {
+            QSqlQuery& query = queries.emplace_back(db.Connection());
+            if (!query.prepare(statement))
+                throw store::SqlFailure(query.lastError(), dbError::QueryError);
+        }
+        for (const QString& id : rebateIDs) {
+            for (QSqlQuery& query : queries) {
+                query.bindValue(0, id);
+                if (!store::ExecWaiting(query, db.BusyTimeout()))
+                    throw store::SqlFailure(query.lastError(), dbError::QueryError);
+            }
+            changed += queries.back().numRowsAffected();
+        }
+    });
+    return changed;
+}
+} // namespace
 
 namespace RebateQueries {
 
@@ -50,6 +84,35 @@ void ForEachSavingsRow(const std::function<void(const ScannedRow&)>& visit) {
 std::unique_ptr<Recordset> OpenUndeletedByDateSent() {
     return TheDatabase().OpenRecordset(
         QStringLiteral("Select * from Rebates WHERE NOT (([Deleted])=True Order by DateSent"));
+}
+
+std::unique_ptr<Recordset> OpenDeletedRebates() {
+    return TheDatabase().OpenRecordset(QStringLiteral("SELECT *") + kDeletedWhere, dbOpenSnapshot);
+}
+
+bool AnyRebateDeleted() {
+    return !TheDatabase()
+                .OpenRecordset(QStringLiteral("SELECT RebateID") + kDeletedWhere +
+                                   QStringLiteral(" LIMIT 1"),
+                               dbOpenSnapshot)
+                ->IsEOF();
+}
+
+int RecoverDeletedRebates(const QStringList& rebateIDs) {
+    return ChangeRows(rebateIDs, {QStringLiteral("UPDATE Rebates SET Deleted = False WHERE "
+                                                 "RebateID = ? AND Deleted = True")});
+}
+
+int PurgeDeletedRebates(const QStringList& rebateIDs) {
+    return ChangeRows(
+        rebateIDs, {AttachmentQueries::PurgeStatement(),
+                    QStringLiteral("DELETE FROM Rebates WHERE RebateID = ? AND Deleted = True")});
+}
+
+qint64 CountRebates(Database& db) {
+    return db.OpenRecordset(QStringLiteral("SELECT Count(*) FROM Rebates"), dbOpenSnapshot)
+        ->Fields(0)
+        .toLongLong();
 }
 
 bool RebateIDTaken(const QString& rebateID) {

@@ -4,6 +4,7 @@
 #include "data/Database.h"
 
 #include <QString>
+#include <QStringList>
 #include <functional>
 #include <memory>
 
@@ -72,6 +73,19 @@ void ForEachSavingsRow(const std::function<void(const ScannedRow&)>& visit);
 // the engine (an unbalanced parenthesis): opening it raises 3075.
 std::unique_ptr<Recordset> OpenUndeletedByDateSent();
 
+// The rows marked deleted, every column, for the deleted record manager.
+std::unique_ptr<Recordset> OpenDeletedRebates();
+// Whether any row is marked deleted.
+bool AnyRebateDeleted();
+// Clears Deleted on the deleted rows with these keys, or removes them from the table with their
+// attachments, all in one transaction (one look-up by key per row), each write waiting out
+// another program's lock as long as the store's other writes do. A key without a deleted row
+// is passed over. Returns the number of rows changed; raises the store's error after rolling
+// back.
+int RecoverDeletedRebates(const QStringList& rebateIDs);
+int PurgeDeletedRebates(const QStringList& rebateIDs);
+// The number of rows in the Rebates table of `db`.
+qint64 CountRebates(Database& db);
 // Whether a row has this RebateID.
 bool RebateIDTaken(const QString& rebateID);
 

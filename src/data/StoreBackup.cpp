@@ -6,6 +6,8 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QSqlError>
+#include <QSqlQuery>
 #include <sqlite3.h>
 
 namespace {
@@ -116,6 +118,14 @@ void StoreBackup::Copy(const QString& from, const QString& to,
             QFile::remove(to);
         throw;
     }
+}
+
+void StoreBackup::CompactInto(Database& db, const QString& to) {
+    QSqlQuery vacuum(db.Connection());
+    vacuum.prepare(QStringLiteral("VACUUM INTO ?"));
+    vacuum.addBindValue(to);
+    if (!vacuum.exec())
+        throw VbError(dbError::DiskError, vacuum.lastError().text());
 }
 
 qint64 StoreBackup::CountRebates(const QString& path) {

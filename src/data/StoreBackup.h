@@ -3,6 +3,8 @@
 #include <QString>
 #include <functional>
 
+class Database;
+
 // Whole-file copies of a store through SQLite's online backup: page by page from a connection
 // of its own, so the copy is one consistent state of the file even while the program's
 // connection holds it open with its write-ahead log. Never a copy of the file's bytes.
@@ -18,6 +20,9 @@ namespace StoreBackup {
 void Copy(const QString& from, const QString& to,
           const std::function<void()>& betweenSteps = nullptr);
 
+// Writes a compacted copy of `db`'s file into `to`, which must not exist (VACUUM INTO).
+// Raises 3026 with the engine's words when the copy can't be written.
+void CompactInto(Database& db, const QString& to);
 // The rows of Rebates in the store, read on a read-only connection of its own; -1 when the
 // file is no store of rebates or can't be read.
 qint64 CountRebates(const QString& path);
